@@ -1,0 +1,57 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <array>
+#include <cstdint>
+#include <source_location>
+
+#include "TableAccess/AncillaryClasses/FTErrorCodes.h"
+
+/// The one exception of the library: font data that cannot be used, or a broken precondition. Thrown by value, caught
+/// by reference. Carries the failed condition as it stands at the throw site, a code, and where it was thrown; where a
+/// detail text explains the failure to a user, the code is -1. Texts longer than their buffers are cut, so copying one
+/// never fails.
+class FTException {
+ public:
+  /// Code 0, line 0, empty texts.
+  FTException() = default;
+  /// The detailed message becomes "Error %d (%s) in file %s, line %d". A null file counts as empty.
+  FTException(const char* iAssertion, int32_t iCode, const char* iFile, uint32_t iLine);
+  /// The same followed by " (%s)" with the detail text.
+  FTException(const char* iAssertion, int32_t iCode, const char* iDetail, const char* iFile, uint32_t iLine);
+  /// A copy has no UI message until it is asked for one.
+  FTException(const FTException& iOther);
+  FTException& operator=(const FTException& iOther);
+  virtual ~FTException() = default;
+
+  virtual const char* GetAssertion() const { return _fAssertion.data(); }
+  virtual int32_t GetErrorCode() const { return _fCode; }
+  virtual const char* GetFile() const { return _fFile.data(); }
+  virtual uint32_t GetLine() const { return _fLine; }
+  /// The detailed message as a string; owned by the exception. The first call also prints the report.
+  virtual TovaStringRef GetUIMessageString() const;
+  /// Writes "FTException: " and the detailed message as a line to standard error.
+  virtual void PrintReport() const;
+  virtual const char* GetDetailedMessage() const { return _fDetailedMessage.data(); }
+
+ private:
+  std::array<char, 2048> _fAssertion = {};
+  int32_t _fCode = 0;
+  std::array<char, 1024> _fFile = {};
+  uint32_t _fLine = 0;
+  std::array<char, 2048> _fDetailedMessage = {};
+  mutable Tova::String _fUIMessage;
+};
+
+/// Throws with code -1 and the place of the call; the file is named as in "TableAccess/FontClasses/FTFont_sfnt".
+[[noreturn]] void FTThrow(const char* iAssertion, const char* iDetail,
+                          const std::source_location& iPlace = std::source_location::current());
+/// Throws with code -1 and a place that is part of the message's published form.
+[[noreturn]] void FTThrowAt(const char* iAssertion, const char* iDetail, const char* iFile, uint32_t iLine);
+
+/// The text of a code in the user's language, from the string table "VornFTMessages"; the code's name without one. A
+/// number outside the table gives an empty string.
+Tova::String GetUIMessageString(int32_t iCode);
+
+/// The library's own bundle, null when it cannot be found.
+TovaBundleRef GetBundle();

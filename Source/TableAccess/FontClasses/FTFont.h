@@ -1,0 +1,63 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "Platform/ByteView.h"
+#include "Platform/File.h"
+
+class FTFontContainer;
+
+/// A font of any kind: its bytes, its container and what every font can be asked.
+///
+/// Bytes: raw and big-endian. They are borrowed, held in a data object, or mapped from the file; whichever, Bytes() is
+/// valid as long as the font. The container is not owned and must outlive the font; a font made by hand may have none.
+/// Failures throw FTException.
+class FTFont {
+ public:
+  /// What GetType answers. No font is of type 4.
+  enum Type : uint32_t { kBase = 0, kFOND = 1, kNFNT = 2, kSfnt = 3, kSpliced = 5, kType1 = 6, kPOST = 7 };
+
+  FTFont() = default;
+  /// Borrows the bytes when the container is read-only (the caller keeps them alive), copies them otherwise.
+  FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes);
+  /// Takes one more reference when the container is read-only, copies otherwise.
+  FTFont(const FTFontContainer* iContainer, const Tova::Data& iData);
+  /// Maps the file. Throws "A file IO operation failed".
+  FTFont(const FTFontContainer* iContainer, const Tova::FileReference& iFile);
+  /// Looks into a mapping that others may look into as well.
+  FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping);
+  /// Shares the bytes of a read-only font, copies those of another. Throws "A file IO operation failed" for a read-only
+  /// font over a mapped file: a copy never keeps a file mapped.
+  FTFont(const FTFont& iOther);
+  FTFont& operator=(const FTFont& iOther);
+  virtual ~FTFont() = default;
+
+  /// Throws when the font is of no use at all; the value returned is not null then.
+  virtual const void* TestBasicUsability() const;
+  /// Names of the font, borrowed from it; null where it has none.
+  virtual TovaStringRef GetIdentifier() const { return nullptr; }
+  virtual TovaStringRef GetName() const;
+  virtual TovaStringRef GetPostScriptName() const { return nullptr; }
+  virtual uint32_t GetType() const { return kBase; }
+  virtual const FTFontContainer* GetContainer() const { return _fContainer; }
+  virtual void SetContainer(const FTFontContainer* iContainer) { _fContainer = iContainer; }
+  virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
+  virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
+  virtual bool IsReadOnly() const;
+  /// The value for a glyph in a lookup table of the state-machine layout tables, given by the bytes from its format
+  /// word on: a view that starts at the value, or an empty one where the table has none for the glyph.
+  virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;
+
+  /// The font's bytes, for reading.
+  Tova::ByteView Bytes() const { return _fBytes; }
+
+ private:
+  void CopyUnswappedData(const FTFont& iOther);
+
+  const FTFontContainer* _fContainer = nullptr;
+  Tova::Data _fData;                                   // owns the bytes, or
+  std::shared_ptr<const Tova::FileMapping> _fMapping;  // keeps them mapped, or neither: they are borrowed
+  Tova::ByteView _fBytes;
+};

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "TableAccess/FontClasses/FTFont.h"
+#include "TableAccess/TableClasses/FTFontTable.h"
+
+class FTEncoding;
+class FTFont_FOND;
+struct FTFeatureName;
+
+/// An sfnt font: TrueType, OpenType, bitmap-only. Creates an accessor for each entry of its table directory, finds them
+/// by tag, and answers what tests ask of the font as a whole.
+///
+/// Bytes: the offset table (scaler type u32, numTables u16, three u16 for searching) at the directory offset, then
+/// numTables entries of tag, checksum, offset, length (u32 each); offsets count from the start of the file. See "The
+/// OpenType Font File" in the OpenType specification.
+///
+/// Tables, names and counts are made on first use and kept. Strings, tables and encodings that are returned belong to
+/// the font. Directory faults throw FTException from every operation that needs a table.
+class FTFont_sfnt : public FTFont {
+ public:
+  /// Stands for "any" where a platform, script or language is asked for.
+  static constexpr uint32_t kAny = 0xFFFFFFFF;
+  /// The answer where a character has no glyph, or a glyph no character.
+  static constexpr uint32_t kNone = 0xFFFF;
+  using Tables = std::vector<std::unique_ptr<const FTFontTable>>;
+
+  FTFont_sfnt() = default;
+  FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iBytes);
+  FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData);
+  FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset = 0);
+  FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
+              uint64_t iDirectoryOffset);
+  FTFont_sfnt(const FTFont_sfnt& iOther);
+  FTFont_sfnt& operator=(const FTFont_sfnt& iOther);
+  ~FTFont_sfnt() override;
+
+  /// Validates the directory, then returns the identifier.
+  const void* TestBasicUsability() const override;
+  /// The checksum adjustment in eight hexadecimal digits, '|', and the unique name where there is one.
+  TovaStringRef GetIdentifier() const override;
+  /// The full name, else the PostScript name, else the unique name, else the container's.
+  TovaStringRef GetName() const override;
+  TovaStringRef GetPostScriptName() const override;
+  uint32_t GetType() const override { return kSfnt; }
+
+  /// The family resource that lists this font; none for a font from a data fork.
+  virtual const FTFont_FOND* GetFOND() const { return nullptr; }
+  virtual uint64_t CountTables() const;
+  /// The tag of a directory entry, 'NULL' for an index beyond the last.
+  virtual uint32_t GetIndTableTag(uint64_t iIndex) const;
+  virtual const FTFontTable* GetIndTable(uint64_t iIndex) const;
+  /// The accessor of the first entry with the tag, null without one.
+  virtual const FTFontTable* GetTaggedTable(uint32_t iTag) const;
+  /// Whether the first entry with the tag has bytes: a table of length 0 counts as absent.
+  virtual bool HasTaggedTable(uint32_t iTag) const;
+  /// The index of that entry; all bits set without one.
+  virtual uint64_t IndexOfTaggedTable(uint32_t iTag) const;
+  virtual uint32_t GetScaler() const { return _fScaler; }
+  virtual const Tables& GetTables() const;
+  virtual uint16_t GetFontUnitsPerEm() const;
+  virtual uint32_t GetChecksumAdjustment() const;
+  virtual bool IsHintedFont() const;
+  virtual bool HasTrueTypeGlyphs() const;
+  virtual bool HasOTPostScriptGlyphs() const;
+  virtual bool HasType1PostScriptGlyphs() const;
+  virtual bool HasSbitGlyphs() const;
+  virtual bool IsSbitOnly() const;
+  virtual TovaStringRef GetUniqueName() const;
+  virtual TovaStringRef GetFullName() const;
+  virtual uint16_t CountFontGlyphs() const;
+  virtual uint64_t CountFontNames() const;
+  virtual uint64_t CountFontEncodings() const;
+  virtual uint16_t CountHorizontalLongMetrics() const;
+  virtual uint16_t CountVerticalLongMetrics() const;
+  virtual uint64_t CountGlobalCoordinates() const;
+  /// The glyph of a Unicode character; kNone without one, and never glyph 0.
+  virtual uint32_t UnicodeToGlyphID(uint32_t iCharacter) const;
+  virtual uint32_t GlyphIDToUnicode(uint16_t iGlyph) const;
+  /// The first encoding with these codes (kAny matches every one) and its index; null without one.
+  virtual const FTEncoding* FindFontEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                             uint64_t& oIndex) const;
+  virtual TovaStringRef FindFontName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                     uint64_t& oIndex) const;
+  virtual const FTEncoding* FindFontUnicodeEncoding(uint64_t& oIndex) const;
+  virtual bool FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const;
+  virtual const FTEncoding* GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript,
+                                            uint32_t& oLanguage) const;
+  /// Outputs may be null.
+  virtual TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
+                                    uint32_t* oLanguage) const;
+  virtual uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
+
+  /// The accessor as its class T (whose kTag names it), null without the table: FindTable<FTFontTable_head>().
+  template <class T>
+  const T* FindTable() const {
+    return dynamic_cast<const T*>(GetTaggedTable(T::kTag));
+  }
+
+ private:
+  void ValidateHeader() const;
+  TovaStringRef FindNameString(uint32_t iNameCode) const;
+
+  uint64_t _fDirectoryOffset = 0;
+  uint32_t _fScaler = 0;
+  mutable std::unique_ptr<const Tables> _fTables;
+  mutable Tova::String _fIdentifier;
+  mutable Tova::String _fPostScriptName;
+  mutable Tova::String _fFullName;
+  mutable uint16_t _fGlyphCount = 0;
+  mutable uint16_t _fHorizontalLongMetricsCount = 0;
+  mutable uint16_t _fVerticalLongMetricsCount = 0;
+  mutable uint64_t _fGlobalCoordinateCount = 0;
+};

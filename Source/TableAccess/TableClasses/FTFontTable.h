@@ -1,0 +1,64 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <cstdint>
+#include <memory>
+
+#include "Platform/ByteView.h"
+
+class FTFont_sfnt;
+
+/// A four-character tag as a number, the first character in the most significant byte: FTTag("head").
+constexpr uint32_t FTTag(const char (&iText)[5]) {
+  return uint32_t{static_cast<uint8_t>(iText[0])} << 24 | uint32_t{static_cast<uint8_t>(iText[1])} << 16 |
+         uint32_t{static_cast<uint8_t>(iText[2])} << 8 | static_cast<uint8_t>(iText[3]);
+}
+
+/// Accessor of one table of an sfnt font: where it lies, and its bytes. The base of all accessors, and the class of
+/// tables that have none of their own.
+///
+/// Bytes: those of the directory entry's range that exist in the font; the rest is cut off, and reads there give 0. An
+/// accessor looks into the bytes of its font, which owns it and outlives it; a copy of an accessor has its own bytes.
+///
+/// Fields are parsed on first use: every field accessor of a subclass begins with ReadData(). Accessors state what the
+/// bytes say; only data that cannot be used at all throws FTException, and such a parse is not tried again.
+class FTFontTable {
+ public:
+  FTFontTable() = default;
+  FTFontTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset, uint64_t iLength, uint32_t iChecksum);
+  FTFontTable(const FTFontTable& iOther);
+  FTFontTable& operator=(const FTFontTable& iOther);
+  virtual ~FTFontTable() = default;
+
+  virtual const FTFont_sfnt* GetFont() const { return _fFont; }
+  /// The tag; a class made for one table answers its own, whatever the directory says.
+  virtual uint32_t GetTag() const { return _fTag; }
+  virtual uint64_t GetOffset() const { return _fOffset; }
+  virtual uint32_t GetChecksum() const { return _fChecksum; }
+  virtual uint64_t GetSize() const { return GetUnswappedDataLength(); }
+  virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
+  virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
+  virtual bool DataRead() const { return _fDataRead; }
+  virtual void MarkDataRead() const { _fDataRead = true; }
+  /// Parses the fields at the first call.
+  virtual void ReadData() const;
+  virtual void ReadDataInternal() const {}
+  /// As FTFont::DoGenericLookup.
+  virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;
+
+  /// The table's bytes, for reading.
+  Tova::ByteView Bytes() const { return _fBytes; }
+
+  /// The accessor for a directory entry: of the class made for exactly this tag, else a plain FTFontTable.
+  static std::unique_ptr<const FTFontTable> CreateTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset,
+                                                        uint64_t iLength, uint32_t iChecksum);
+
+ private:
+  const FTFont_sfnt* _fFont = nullptr;
+  uint32_t _fTag = FTTag("NULL");
+  uint64_t _fOffset = 0;
+  uint32_t _fChecksum = 0;
+  Tova::Data _fOwnedBytes;  // only a copy's
+  Tova::ByteView _fBytes;
+  mutable bool _fDataRead = false;
+};
