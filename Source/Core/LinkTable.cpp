@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "Tests/VornFontTesterStructure_cmap.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
 #include "Tests/VornFontTester_sfnt.h"
 
 namespace {
 
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
+    {"veltrin.TrueType.cmap.structure", TestStructure_cmap},
     {"veltrin.TrueType.usability", TestUsability_sfnt},
     {"veltrin.Type1.usability", TestUsability_Type1},
 });
