@@ -172,6 +172,13 @@ void TakePaths(const CLI::App& app, Options& options) {
   }
 }
 
+/// What else the command line asks for then counts for nothing.
+Options AnswerOnly(const std::string& text) {
+  Options options;
+  options.answer = text;
+  return options;
+}
+
 }  // namespace
 
 Options ParseCommandLine(int argc, const char* const* argv) {
@@ -190,9 +197,9 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   try {
     app.parse(static_cast<int>(dashes - argv), argv);
   } catch (const CLI::CallForHelp&) {
-    return {.answer = HelpText(app)};
+    return AnswerOnly(HelpText(app));
   } catch (const CLI::CallForVersion& version) {
-    return {.answer = std::string(version.what()) + "\n"};
+    return AnswerOnly(std::string(version.what()) + "\n");
   } catch (const CLI::ArgumentMismatch& error) {
     const std::string text = error.what();
     throw UsageError(text.substr(0, text.find(':')) + " needs a value");

@@ -37,7 +37,8 @@ std::string TypeWords(TovaDictionaryRef test) {
   TovaArrayRef types = Tova::AsArray(TovaDictionaryGetValue(test, kVornFontTestTypeKey));
   std::string words;
   for (TovaIndex i = 0; i < TovaArrayGetCount(types); ++i) {
-    words += (i == 0 ? "" : ", ") + TypeWord(Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(types, i))));
+    if (i > 0) words += ", ";
+    words += TypeWord(Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(types, i))));
   }
   return words;
 }
@@ -48,8 +49,9 @@ void WriteAsText(TovaArrayRef tests, const TextStyle& style, Output& output) {
     const std::string_view identifier = TextAt(test, kVornFontTestIdentifierKey);
     const std::string_view name = TextAt(test, kVornFontTestNameKey);
     const std::string_view description = TextAt(test, kVornFontTestDescriptionKey);
-    output.Write((i == 0 ? "" : "\n") + style.Bold(EscapeForTerminal(identifier)) + "  " +
-                 style.Dim("(" + EscapeForTerminal(TypeWords(test)) + ")") + "\n");
+    if (i > 0) output.Write("\n");
+    output.Write(style.Bold(EscapeForTerminal(identifier)));
+    output.Write(style.Dim("  " + EscapeForTerminal(TypeWords(test))) + "\n");
     if (name != identifier) output.Write("  " + EscapeForTerminal(name) + "\n");
     if (description != identifier) output.Write("  " + EscapeForTerminal(description) + "\n");
   }

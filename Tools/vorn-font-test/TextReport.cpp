@@ -47,12 +47,11 @@ void TextReport::AddFile(const std::string& path, TovaDictionaryRef tree) {
   if (detail_ == Detail::kResults) {
     AddSeverities(style_.Bold(EscapeForTerminal(path)), report.results);
   } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
-    SeverityCounts counts;
-    counts[Severity::kFatal] = 1;
+    ++counts_[Severity::kFatal];
     Write(style_.Bold(EscapeForTerminal(path)),
-          MessageLines({Severity::kFatal, "The file cannot be opened as a font."}, 0), counts);
+          MessageLines({Severity::kFatal, "The file cannot be opened as a font."}, 0));
   } else if (report.fonts.empty()) {
-    Write(style_.Bold(EscapeForTerminal(path)) + ": no fonts in it", "", {});
+    Write(style_.Bold(EscapeForTerminal(path)) + ": no fonts in it", "");
   }
   for (const FontRecord& font : report.fonts) AddFont(path, font);
   output_.Flush();
@@ -68,7 +67,8 @@ void TextReport::AddFont(const std::string& path, const FontRecord& font) {
     tests_ += test.ran;
     paragraph += TestParagraph(test, counts);
   }
-  Write(heading, paragraph, counts);
+  counts_ += counts;
+  Write(paragraph.empty() ? heading + Remark(counts) : heading, paragraph);
 }
 
 /// What is to be shown of a test; empty when that is nothing. Counts all that it found.
@@ -116,32 +116,33 @@ std::string TextReport::MessageLines(const Message& message, size_t leftOut) con
 void TextReport::AddSeverities(const std::string& heading, SeveritySet results) {
   SeverityCounts counts;
   for (Severity severity : kSeverities) counts[severity] = results.Has(severity);
-  const bool shown = results.Reaches(show_);
-  Write(shown ? heading + ": " + SeverityList(results) : heading, shown ? "\n" : "", counts);
+  counts_ += counts;
+  Write(heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)), "");
 }
 
-/// Writes a heading with the paragraph below it, or with a word on what was not shown.
-void TextReport::Write(const std::string& heading, const std::string& paragraph, const SeverityCounts& counts) {
-  counts_ += counts;
-  const bool startsParagraph = !paragraph.empty();
-  if (lastWas_ != Block::kNone && (startsParagraph || lastWas_ == Block::kParagraph)) output_.Write("\n");
-  lastWas_ = startsParagraph ? Block::kParagraph : Block::kLine;
-  output_.Write(heading);
-  if (startsParagraph) {
-    output_.Write("\n" + paragraph);
-  } else if (counts.Total() == 0) {
-    output_.Write(": " + style_.Good("nothing found") + "\n");
-  } else {
-    output_.Write(": " + style_.Good("nothing " + std::string(Word(show_))) + ", " + Grouped(counts.Total()) +
-                  " milder\n");
-  }
+/// What a line says of a font of which nothing is shown.
+std::string TextReport::Remark(const SeverityCounts& counts) const {
+  if (counts.Total() == 0) return ": " + style_.Good("nothing found");
+  return ": " + style_.Good("nothing " + std::string(Word(show_))) + ", " + Grouped(counts.Total()) + " milder";
+}
+
+/// Writes a line, and a paragraph below it, with an empty line on either side of the two.
+void TextReport::Write(const std::string& line, const std::string& paragraph) {
+  const Block block = paragraph.empty() ? Block::kLine : Block::kParagraph;
+  const bool gap = last_ != Block::kNone && (last_ == Block::kParagraph || block == Block::kParagraph);
+  if (gap) output_.Write("\n");
+  output_.Write(line);
+  output_.Write("\n");
+  output_.Write(paragraph);
+  last_ = block;
 }
 
 std::string TextReport::SeverityList(SeveritySet severities) const {
   std::string list;
   for (Severity severity : GravestFirst()) {
     if (severity < show_ || !severities.Has(severity)) continue;
-    list += (list.empty() ? "" : ", ") + style_.Of(severity, Word(severity));
+    if (!list.empty()) list += ", ";
+    list += style_.Of(severity, Word(severity));
   }
   return list;
 }
@@ -162,8 +163,8 @@ void TextReport::WriteFindings() {
   std::string list;
   for (Severity severity : GravestFirst()) {
     if (counts_[severity] == 0) continue;
-    list += (list.empty() ? "" : ", ") +
-            style_.Of(severity, Grouped(counts_[severity]) + " " + std::string(Word(severity)));
+    if (!list.empty()) list += ", ";
+    list += style_.Of(severity, Grouped(counts_[severity]) + " " + std::string(Word(severity)));
   }
   output_.Write("Findings: " + (list.empty() ? style_.Good("none") : list) + "\n");
   if (const size_t below = counts_.Below(show_); below > 0) {

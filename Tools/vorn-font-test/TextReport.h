@@ -21,7 +21,8 @@ class TextReport : public ReportWriter {
   void AddSeverities(const std::string& heading, SeveritySet results);
   std::string TestParagraph(const TestRecord& test, SeverityCounts& counts);
   std::string MessageLines(const Message& message, size_t leftOut) const;
-  void Write(const std::string& heading, const std::string& paragraph, const SeverityCounts& counts);
+  std::string Remark(const SeverityCounts& counts) const;
+  void Write(const std::string& line, const std::string& paragraph);
   std::string SeverityList(SeveritySet severities) const;
   void WriteFindings();
 
@@ -37,7 +38,7 @@ class TextReport : public ReportWriter {
   size_t tests_ = 0;
   size_t folded_ = 0;
   SeverityCounts counts_;
-  bool gap_ = false;  ///< the last thing written was a paragraph: an empty line is due
+  enum class Block { kNone, kLine, kParagraph } last_ = Block::kNone;  ///< what was written last
 };
 
 /// Whether text is to be colored: as asked, or when it goes to a terminal that takes colors.

@@ -21,14 +21,13 @@ std::string TextStyle::Of(Severity severity, std::string_view text) const {
 }
 
 std::string TextStyle::Colored(std::string_view code, std::string_view text) const {
-  std::string result(text);
-  if (colored_) result.insert(0, "m").insert(0, code).insert(0, "\x1b[").append("\x1b[0m");
-  return result;
+  if (!colored_) return std::string(text);
+  return std::string("\x1b[").append(code).append("m").append(text).append("\x1b[0m");
 }
 
 std::string Grouped(size_t count) {
   std::string digits = std::to_string(count);
-  for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, 1, ',');
   return digits;
 }
 
