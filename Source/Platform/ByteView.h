@@ -4,7 +4,6 @@
 #include <cassert>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -88,6 +87,11 @@ class ByteView {
     if (from >= size_) return size_;
     const void* found = std::memchr(data_ + from, byte, size_ - from);
     return found ? static_cast<uint64_t>(static_cast<const uint8_t*>(found) - data_) : size_;
+  }
+
+  /// Whether the bytes are the same, wherever they lie.
+  bool operator==(const ByteView& other) const {
+    return size_ == other.size_ && (size_ == 0 || std::memcmp(data_, other.data_, size_) == 0);
   }
 
   /// The bytes for interfaces that must hand out or take a raw pointer; nobody computes with it.

@@ -53,6 +53,9 @@ class FTFont {
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 
+  /// Maps a file for the fonts in it. Throws "A file IO operation failed".
+  static std::shared_ptr<const Tova::FileMapping> MapFile(const Tova::FileReference& iFile);
+
  private:
   void CopyUnswappedData(const FTFont& iOther);
 

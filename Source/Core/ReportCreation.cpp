@@ -1,0 +1,262 @@
+#include "Core/ReportCreation.h"
+
+#include <VornFontTest/VornFontTest.h>
+
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "Core/LinkTable.h"
+#include "Core/ReportConsolidation.h"
+#include "Core/TestCatalogue.h"
+#include "Core/TestHooks.h"
+#include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/ContainerClasses/FTFontContainer.h"
+
+namespace {
+
+/// How much a report holds.
+enum class Level { kResultsOnly, kSummary, kFull };
+
+Level ReportLevel(TovaDictionaryRef iOptions) {
+  const TovaTypeRef tType = TovaDictionaryGetValue(iOptions, kVornFontTestCreateReportTypeKey);
+  if (TovaEqual(tType, kVornFontTestReportTypeSummary)) return Level::kSummary;
+  if (TovaEqual(tType, kVornFontTestReportTypeFull)) return Level::kFull;
+  return Level::kResultsOnly;
+}
+
+TovaStringRef ReportTypeOf(Level iLevel) {
+  switch (iLevel) {
+    case Level::kSummary:
+      return kVornFontTestReportTypeSummary;
+    case Level::kFull:
+      return kVornFontTestReportTypeFull;
+    default:
+      return kVornFontTestReportTypeResultsOnly;
+  }
+}
+
+TovaStringRef FontTypeOf(const FTFont& iFont) {
+  try {
+    switch (iFont.GetType()) {
+      case 1:
+        return kVornFontTestFONDResource;
+      case 2:
+        return kVornFontTestNFNTResource;
+      case 3:
+        return kVornFontTestTrueTypeFontData;
+      case 4:
+        return kVornFontTestPostScriptFontData;
+      case 5:
+        return kVornFontTestSplicedFontData;
+      default:
+        return kVornFontTestGeneralFontData;
+    }
+  } catch (const FTException&) {
+    return kVornFontTestGeneralFontData;
+  }
+}
+
+TovaArrayRef GetDefaultSeverities() {
+  static const Tova::Array gDefaultSeverities = [] {
+    const auto tSeverities = Tova::Adopt(TovaArrayCreateMutable());
+    TovaArrayAppendValue(tSeverities.get(), kVornFontTestSeverityFatalError);
+    return Tova::Adopt(TovaArrayCreateCopy(tSeverities.get()));
+  }();
+  return gDefaultSeverities.get();
+}
+
+/// One report in the making.
+class ReportRun {
+ public:
+  ReportRun(TovaURLRef iURL, TovaDictionaryRef iOptions)
+      : _fURL(iURL),
+        _fOptions(Tova::Adopt(iOptions ? TovaDictionaryCreateMutableCopy(iOptions) : TovaDictionaryCreateMutable())),
+        _fUseSandbox(GetBoolOption(false, kVornFontTestUseSandboxOptionKey, iOptions)),
+        _fLevel(ReportLevel(iOptions)),
+        _fForced(GetBoolOption(false, kVornFontTestForceTestExecutionKey, iOptions)) {
+    AddDefaultOptions();
+  }
+
+  /// Opens the file and tests its fonts, up to the first failure.
+  void TestFonts();
+  /// Records what ended the run before its time; the text shows in full reports.
+  void RecordFailure(TovaStringRef iMessage);
+  Tova::Dictionary Finish();
+
+  bool WantsMessages() const { return _fLevel == Level::kFull; }
+
+ private:
+  void AddDefaultOptions();
+  void TestFont(const FTFont& iFont);
+  /// The records of one test: none when it did not apply.
+  Tova::Array RunTest(const FTFont& iFont, TovaDictionaryRef iDescription);
+  Tova::Dictionary MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, const VornFontTestLink& iTest);
+  bool HasFontDetails() const { return _fLevel != Level::kResultsOnly; }
+
+  TovaURLRef _fURL;
+  Tova::MutableDictionary _fOptions;
+  bool _fUseSandbox;
+  Level _fLevel;
+  bool _fForced;
+  std::unique_ptr<FTFontContainer> _fContainer;
+  const FTFont* _fLastFont = nullptr;
+  Tova::MutableArray _fResults = Tova::Adopt(TovaArrayCreateMutable());
+  Tova::MutableArray _fFontsTested = Tova::Adopt(TovaArrayCreateMutable());
+};
+
+void ReportRun::AddDefaultOptions() {
+  if (!TovaDictionaryGetValue(_fOptions.get(), kVornFontTestArrayKey)) {
+    TovaDictionaryAddValue(_fOptions.get(), kVornFontTestArrayKey,
+                           Tova::Adopt(VornFontTestCopyAvailableTests(nullptr)).get());
+  }
+  TovaDictionaryAddValue(_fOptions.get(), kVornFontTestSeverityKey, GetDefaultSeverities());
+  TovaDictionaryAddValue(_fOptions.get(), kVornFontTestUseSandboxOptionKey, kTovaBooleanFalse);
+  TovaDictionaryAddValue(_fOptions.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeResultsOnly);
+  // Tests see themselves forced unless the caller says otherwise, while the run itself asks the cache.
+  TovaDictionaryAddValue(_fOptions.get(), kVornFontTestForceTestExecutionKey, kTovaBooleanTrue);
+}
+
+void ReportRun::TestFonts() {
+  _fContainer = FTFontContainer::FontContainerFromTovaURLRef(_fURL, true);
+  if (!_fContainer) throw FTException("tFontContainer == NULL", kVornFTInvalidFileTypeErr, "Core/VornFontTest", 723);
+  for (uint64_t i = 0; i < _fContainer->GetFontCount(); ++i) {
+    _fLastFont = _fContainer->GetIndFont(i);
+    _fLastFont->TestBasicUsability();
+    TestFont(*_fLastFont);
+  }
+}
+
+void ReportRun::TestFont(const FTFont& iFont) {
+  const auto tRecords = Tova::Adopt(TovaArrayCreateMutable());
+  const auto tResults = Tova::Adopt(TovaArrayCreateMutable());
+  const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
+  if (HasFontDetails()) AddFontDataToDictionary(tFontData.get(), iFont);
+
+  const TovaArrayRef tTests = Tova::AsArray(TovaDictionaryGetValue(_fOptions.get(), kVornFontTestArrayKey));
+  for (TovaIndex i = 0; i < TovaArrayGetCount(tTests); ++i) {
+    const TovaDictionaryRef tDescription = Tova::AsDictionary(TovaArrayGetValueAtIndex(tTests, i));
+    const uint64_t tToken = SetupTests();
+    const Tova::Array tTestRecords = RunTest(iFont, tDescription);
+    CompleteTests(tToken);
+    if (HasFontDetails()) {
+      TovaArrayAppendArray(tRecords.get(), tTestRecords.get());
+      MergeTestResults(tResults.get(), tTestRecords.get());
+    }
+    MergeTestResults(_fResults.get(), tTestRecords.get());
+  }
+
+  if (HasFontDetails()) {
+    TovaDictionarySetValue(tFontData.get(), kVornFontTestResultKey, tResults.get());
+    TovaDictionarySetValue(tFontData.get(), kVornFontTestArrayKey, tRecords.get());
+    TovaArrayAppendValue(_fFontsTested.get(), tFontData.get());
+  }
+}
+
+Tova::Array ReportRun::RunTest(const FTFont& iFont, TovaDictionaryRef iDescription) {
+  const auto tRecords = Tova::Adopt(TovaArrayCreateMutable());
+  const TovaStringRef tIdentifier = Tova::AsString(TovaDictionaryGetValue(iDescription, kVornFontTestIdentifierKey));
+  const VornFontTestLink* tTest = FindTestLink(Tova::Text(tIdentifier));
+  Tova::Dictionary tRecord;
+  if (!_fForced) tRecord = GetCachedTestResults(_fOptions.get(), iFont.GetIdentifier(), iDescription);
+  if (!tRecord && tTest) tRecord = MakeRecord(iFont, iDescription, *tTest);
+  TovaArrayAppendValue(tRecords.get(), tRecord.get());
+  return tRecords;
+}
+
+Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription,
+                                       const VornFontTestLink& iTest) {
+  const auto tRecord =
+      Tova::Adopt(HasFontDetails() ? TovaDictionaryCreateMutableCopy(iDescription) : TovaDictionaryCreateMutable());
+  if (HasFontDetails()) {
+    TovaDictionaryAddValue(tRecord.get(), kVornFontTestTimeStampKey,
+                           Tova::Adopt(TovaDateCreate(TovaAbsoluteTimeGetCurrent())).get());
+  }
+  const auto tMessages = WantsMessages() ? Tova::Adopt(TovaArrayCreateMutable()) : Tova::MutableArray();
+  const Tova::Array tResults = iTest.entry(&iFont, tMessages.get(), _fOptions.get());
+  if (!tResults) return {};
+  TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, tResults.get());
+  if (TovaArrayGetCount(tMessages.get()) > 0) {
+    TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
+  }
+  const auto tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
+  if (!_fForced) AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
+  return tFinished;
+}
+
+void ReportRun::RecordFailure(TovaStringRef iMessage) {
+  const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? iMessage : nullptr);
+  if (HasFontDetails() && _fLastFont) {
+    const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
+    AddFontDataToDictionary(tFontData.get(), *_fLastFont);
+    const TovaDictionaryRef tRecord = Tova::AsDictionary(TovaArrayGetValueAtIndex(tRecords.get(), 0));
+    TovaDictionarySetValue(tFontData.get(), kVornFontTestResultKey,
+                           TovaDictionaryGetValue(tRecord, kVornFontTestResultKey));
+    TovaDictionarySetValue(tFontData.get(), kVornFontTestArrayKey, tRecords.get());
+    TovaArrayAppendValue(_fFontsTested.get(), tFontData.get());
+  }
+  MergeTestResults(_fResults.get(), tRecords.get());
+}
+
+Tova::Dictionary ReportRun::Finish() {
+  const auto tReport = Tova::Adopt(TovaDictionaryCreateMutable());
+  if (HasFontDetails()) {
+    TovaDictionarySetValue(tReport.get(), kVornFontTestFontsTestedKey, _fFontsTested.get());
+    TovaDictionarySetValue(tReport.get(), kVornFontTestUseSandboxOptionKey, Tova::Boolean(_fUseSandbox));
+    TovaDictionarySetValue(tReport.get(), kVornFontTestCreateReportTypeKey, ReportTypeOf(_fLevel));
+    TovaDictionarySetValue(tReport.get(), kVornFontTestForceTestExecutionKey, Tova::Boolean(_fForced));
+  }
+  TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, _fResults.get());
+  ConsolidateReport(tReport.get());
+  return tReport;
+}
+
+}  // namespace
+
+Tova::Dictionary CreateReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
+  const uint64_t tToken = SetupTests();
+  ReportRun tRun(iURL, iOptions);
+  try {
+    tRun.TestFonts();
+  } catch (const FTException& tException) {
+    tRun.RecordFailure(tRun.WantsMessages() ? tException.GetUIMessageString() : nullptr);
+  } catch (const std::bad_alloc&) {
+    tRun.RecordFailure(Tova::MakeString("A memory allocation operation failed").get());
+  } catch (...) {
+    tRun.RecordFailure(Tova::MakeString("An error occurred").get());
+  }
+  Tova::Dictionary tReport = tRun.Finish();
+  CompleteTests(tToken);
+  return tReport;
+}
+
+bool GetBoolOption(bool iDefault, TovaStringRef iKey, TovaDictionaryRef iOptions) {
+  const TovaBooleanRef tValue = Tova::AsBoolean(TovaDictionaryGetValue(iOptions, iKey));
+  return tValue ? TovaBooleanGetValue(tValue) : iDefault;
+}
+
+void AddFontDataToDictionary(TovaMutableDictionaryRef ioDictionary, const FTFont& iFont) {
+  const auto tAdd = [ioDictionary](TovaStringRef iKey, TovaStringRef iText, const char* iFallback) {
+    TovaDictionaryAddValue(ioDictionary, iKey, iText ? iText : LocalizedVersionOfString(iFallback).get());
+  };
+  try {
+    tAdd(kVornFontTestFontNameKey, iFont.GetName(), "<no font name>");
+    tAdd(kVornFontTestFontPostScriptNameKey, iFont.GetPostScriptName(), "<no font name>");
+  } catch (const FTException&) {
+    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font name>");
+  }
+  try {
+    tAdd(kVornFontTestFontIdentifierKey, iFont.GetIdentifier(), "<no font identifier>");
+  } catch (const FTException&) {
+    // Under the name's key, which is taken by now: such a font's dictionary has no identifier.
+    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font identifier>");
+  }
+  TovaDictionaryAddValue(ioDictionary, kVornFontTestFontTypeKey, FontTypeOf(iFont));
+}
+
+void MergeTestResults(TovaMutableArrayRef ioTarget, TovaArrayRef iRecords) {
+  for (TovaIndex i = 0; i < TovaArrayGetCount(iRecords); ++i) {
+    const TovaDictionaryRef tRecord = Tova::AsDictionary(TovaArrayGetValueAtIndex(iRecords, i));
+    MergeSeverities(ioTarget, Tova::AsArray(TovaDictionaryGetValue(tRecord, kVornFontTestResultKey)));
+  }
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <cstdint>
+
+#include "Platform/ByteView.h"
+
+/// One record of the 'name' table: its codes, its raw bytes (borrowed from the table) and its text, decoded when first
+/// asked for in the encoding that platform and script imply. Copies share the text.
+class FTNameTableEntry {
+ public:
+  FTNameTableEntry() = default;
+  FTNameTableEntry(Tova::ByteView iBytes, uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage);
+  FTNameTableEntry(const FTNameTableEntry&) = default;
+  FTNameTableEntry& operator=(const FTNameTableEntry&) = default;
+  virtual ~FTNameTableEntry() = default;
+
+  /// Equal codes and raw bytes.
+  virtual bool operator==(const FTNameTableEntry& iOther) const;
+  /// The text, owned by the entry: null when the bytes do not decode, U+FFFD when platform and script imply no
+  /// encoding.
+  virtual TovaStringRef GetNameString() const;
+  virtual const uint8_t* GetUnswappedNameData() const { return _fBytes.Data(); }
+  virtual uint64_t GetUnswappedNameDataLength() const { return _fBytes.Size(); }
+  virtual uint32_t GetNameCode() const { return _fNameCode; }
+  virtual uint32_t GetPlatform() const { return _fPlatform; }
+  virtual uint32_t GetScript() const { return _fScript; }
+  virtual uint32_t GetLanguage() const { return _fLanguage; }
+
+  /// The encoding of the raw bytes, kTovaTextEncodingInvalid where platform and script imply none.
+  TovaTextEncoding GetEncoding() const;
+  /// Decodes the raw bytes anew. Throws "A memory allocation operation failed" when there are none, not even none of
+  /// length 0.
+  void ReplaceNameStringFromUnswappedNameData() const;
+
+ private:
+  Tova::ByteView _fBytes;
+  bool _fHasBytes = false;
+  uint32_t _fNameCode = 0;
+  uint32_t _fPlatform = 0;
+  uint32_t _fScript = 0;
+  uint32_t _fLanguage = 0;
+  mutable bool _fDecoded = false;
+  mutable Tova::String _fNameString;
+};

@@ -1,0 +1,85 @@
+#include "TableAccess/ContainerClasses/FTFontContainer.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "TableAccess/FontClasses/FTScalerTypes.h"
+
+namespace {
+
+/// The longest path, in bytes with its closing NUL, whose ending is looked at.
+constexpr size_t kPathBufferSize = 4096;
+
+bool HasSplicedFontName(std::string_view iPath) {
+  if (iPath.size() >= kPathBufferSize) return false;
+  const size_t tPoint = iPath.rfind('.');
+  return tPoint != iPath.npos && iPath.substr(tPoint + 1) == "sfont";
+}
+
+}  // namespace
+
+std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromTovaURLRef(TovaURLRef iURL, bool iReadOnly) {
+  const std::optional<Tova::FileReference> tFile = Tova::FileReference::FromUrl(iURL);
+  if (!tFile) FTThrow("TovaURLGetFSRef( iURL, &tFile )", "A file IO operation failed");
+  return FontContainerFromFSRef(*tFile, iReadOnly);
+}
+
+std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromFSRef(const Tova::FileReference& iFile,
+                                                                         bool iReadOnly) {
+  // Resources come first: a file with both is a file of resource fonts.
+  bool tIsDataforkSuitcase = false;
+  bool tHasPOST = false;
+  if (HasFontsInResourceFork(iFile, tIsDataforkSuitcase, tHasPOST) || !HasFontsInDataFork(iFile)) return nullptr;
+  return std::make_unique<FTDiskBasedFontContainer>(iFile, iReadOnly);
+}
+
+bool FTFontContainer::HasFontsInResourceFork(const Tova::FileReference&, bool& oIsDataforkSuitcase, bool& oHasPOST) {
+  oIsDataforkSuitcase = false;
+  oHasPOST = false;
+  return false;
+}
+
+bool FTFontContainer::HasFontsInDataFork(const Tova::FileReference& iFile) {
+  if (auto tFork = Tova::ForkReader::Open(iFile, Tova::Fork::kData)) {
+    std::array<uint8_t, 4> tBytes = {};
+    if (tFork->Read(tBytes.data(), tBytes.size()) == tBytes.size() &&
+        FTIsKnownScaler(Tova::ByteView(tBytes.data(), tBytes.size()).U32(0))) {
+      return true;
+    }
+  }
+  return HasSplicedFontName(iFile.Path());
+}
+
+FTFontContainer::FTFontContainer(const FTFontContainer& iOther) : _fReadOnly(iOther._fReadOnly) { CopyFonts(iOther); }
+
+FTFontContainer& FTFontContainer::operator=(const FTFontContainer& iOther) {
+  if (this == &iOther) return *this;
+  _fReadOnly = iOther._fReadOnly;
+  _fFonts.reset();
+  CopyFonts(iOther);
+  return *this;
+}
+
+void FTFontContainer::CopyFonts(const FTFontContainer& iOther) {
+  FontArray tFonts;
+  for (const auto& tFont : iOther.Fonts()) tFonts.push_back(std::make_unique<FTFont>(*tFont));
+  _fFonts = std::move(tFonts);
+}
+
+const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
+  if (!_fFonts) ReadData();
+  if (!_fFonts) _fFonts.emplace();
+  return *_fFonts;
+}
+
+const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {
+  const FontArray& tFonts = Fonts();
+  if (iFontIndex >= tFonts.size()) {
+    FTThrow("(TovaIndex) iFontIndex >= TovaArrayGetCount( Fonts() )",
+            "An attempt was made to access an array element outside of the array bounds");
+  }
+  return tFonts[iFontIndex].get();
+}

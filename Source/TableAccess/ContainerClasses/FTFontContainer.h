@@ -1,0 +1,56 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Platform/File.h"
+#include "TableAccess/FontClasses/FTFont.h"
+
+/// A font file: recognises what it holds, makes a font object for each font in it and owns them. Abstract.
+///
+/// The fonts are made on first use, by ReadData, and live as long as the container; they point back to it. The
+/// read-only flag is no property of the file: it tells fonts that they may borrow the bytes they are made from.
+/// Failures throw FTException; the fonts are then made again at the next use.
+class FTFontContainer {
+ public:
+  using FontArray = std::vector<std::unique_ptr<FTFont>>;
+
+  /// The container for a file: null when the file holds no font in any form known here. Throws "A file IO operation
+  /// failed" when there is no file at the URL.
+  static std::unique_ptr<FTFontContainer> FontContainerFromTovaURLRef(TovaURLRef iURL, bool iReadOnly);
+  static std::unique_ptr<FTFontContainer> FontContainerFromFSRef(const Tova::FileReference& iFile, bool iReadOnly);
+
+  /// Whether the file holds fonts as resources; then also whether they lie in its data fork, and whether PostScript
+  /// outlines are among them. Resource maps are not read on this platform so far, so no file does.
+  static bool HasFontsInResourceFork(const Tova::FileReference& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST);
+  /// Whether the data fork starts as a font does, or the file's name ends in ".sfont".
+  static bool HasFontsInDataFork(const Tova::FileReference& iFile);
+
+  FTFontContainer() = default;
+  explicit FTFontContainer(bool iReadOnly) : _fReadOnly(iReadOnly) {}
+  /// The copy holds copies of the fonts as plain FTFont objects: their bytes, not what they are.
+  FTFontContainer(const FTFontContainer& iOther);
+  FTFontContainer& operator=(const FTFontContainer& iOther);
+  virtual ~FTFontContainer() = default;
+
+  /// The container's name, borrowed.
+  virtual TovaStringRef GetName() const = 0;
+  virtual uint64_t GetFontCount() const { return Fonts().size(); }
+  /// The font at an index. Throws "An attempt was made to access an array element outside of the array bounds".
+  virtual const FTFont* GetIndFont(uint64_t iFontIndex) const;
+  virtual bool IsReadOnly() const { return _fReadOnly; }
+  /// Makes the fonts and hands them to SetFonts.
+  virtual void ReadData() const = 0;
+  virtual const FontArray& Fonts() const;
+  /// Takes the fonts over; those held before are destroyed.
+  virtual void SetFonts(FontArray iFonts) const { _fFonts = std::move(iFonts); }
+
+ private:
+  void CopyFonts(const FTFontContainer& iOther);
+
+  bool _fReadOnly = true;
+  mutable std::optional<FontArray> _fFonts;
+};

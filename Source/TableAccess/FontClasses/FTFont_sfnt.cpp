@@ -1,0 +1,273 @@
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
+
+#include <cstdio>
+#include <initializer_list>
+#include <utility>
+
+#include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
+#include "TableAccess/ContainerClasses/FTFontContainer.h"
+#include "TableAccess/FontClasses/FTSfntDirectory.h"
+#include "TableAccess/TableClasses/FTFontTable_CID_.h"
+#include "TableAccess/TableClasses/FTFontTable_head.h"
+#include "TableAccess/TableClasses/FTFontTable_hhea.h"
+#include "TableAccess/TableClasses/FTFontTable_maxp.h"
+#include "TableAccess/TableClasses/FTFontTable_name.h"
+
+namespace {
+
+/// Name codes, as the OpenType specification numbers them ("Name IDs").
+constexpr uint32_t kUniqueNameCode = 3;
+constexpr uint32_t kFullNameCode = 4;
+constexpr uint32_t kPostScriptNameCode = 6;
+
+}  // namespace
+
+FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iBytes)
+    : FTFont(iContainer, iBytes), _fScaler(Bytes().U32(0)) {}
+
+FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData)
+    : FTFont(iContainer, iData), _fScaler(Bytes().U32(0)) {}
+
+FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset)
+    : FTFont_sfnt(iContainer, MapFile(iFile), iDirectoryOffset) {}
+
+FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
+                         uint64_t iDirectoryOffset)
+    : FTFont(iContainer, std::move(iMapping)),
+      _fDirectoryOffset(iDirectoryOffset),
+      _fScaler(Bytes().U32(iDirectoryOffset)) {}
+
+FTFont_sfnt::FTFont_sfnt(const FTFont_sfnt& iOther)
+    : FTFont(iOther), _fDirectoryOffset(iOther._fDirectoryOffset), _fScaler(iOther._fScaler) {}
+
+FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
+  if (this == &iOther) return *this;
+  FTFont::operator=(iOther);
+  _fDirectoryOffset = iOther._fDirectoryOffset;
+  _fScaler = iOther._fScaler;
+  _fTables.reset();
+  _fIdentifier = {};
+  _fPostScriptName = {};
+  _fFullName = {};
+  _fGlyphCount = iOther._fGlyphCount;
+  _fHorizontalLongMetricsCount = iOther._fHorizontalLongMetricsCount;
+  _fVerticalLongMetricsCount = iOther._fVerticalLongMetricsCount;
+  _fGlobalCoordinateCount = iOther._fGlobalCoordinateCount;
+  return *this;
+}
+
+FTFont_sfnt::~FTFont_sfnt() = default;
+
+const void* FTFont_sfnt::TestBasicUsability() const {
+  ValidateHeader();
+  const TovaStringRef tIdentifier = GetIdentifier();
+  if (!tIdentifier) {
+    FTThrow("tIdentifier == NULL", "The font is missing a required name table entry and cannot be used");
+  }
+  return tIdentifier;
+}
+
+// Directory and tables.
+
+void FTFont_sfnt::ValidateHeader() const {
+  const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
+  if (!tFault.detail) return;
+  if (tFault.tooMuchData) {
+    const TovaStringRef tName = GetContainer() ? GetContainer()->GetName() : nullptr;
+    std::fprintf(stderr, "##### ERROR IN FONT FILE\n%s\n", tName ? TovaStringGetUTF8(tName) : "");
+  }
+  FTThrow(tFault.assertion, tFault.detail);
+}
+
+const FTFont_sfnt::Tables& FTFont_sfnt::GetTables() const {
+  if (!_fTables) {
+    ValidateHeader();
+    const FTSfntDirectory tDirectory(Bytes(), _fDirectoryOffset);
+    auto tTables = std::make_unique<Tables>();
+    tTables->reserve(tDirectory.CountEntries());
+    for (uint64_t i = 0; i < tDirectory.CountEntries(); ++i) {
+      const FTSfntDirectoryEntry tEntry = tDirectory.GetEntry(i);
+      tTables->push_back(FTFontTable::CreateTable(this, tEntry.tag, tEntry.offset, tEntry.length, tEntry.checksum));
+    }
+    _fTables = std::move(tTables);
+  }
+  return *_fTables;
+}
+
+uint64_t FTFont_sfnt::CountTables() const { return GetTables().size(); }
+
+const FTFontTable* FTFont_sfnt::GetIndTable(uint64_t iIndex) const {
+  const Tables& tTables = GetTables();
+  return iIndex < tTables.size() ? tTables[iIndex].get() : nullptr;
+}
+
+uint32_t FTFont_sfnt::GetIndTableTag(uint64_t iIndex) const {
+  const FTFontTable* tTable = GetIndTable(iIndex);
+  return tTable ? tTable->GetTag() : FTTag("NULL");
+}
+
+uint64_t FTFont_sfnt::IndexOfTaggedTable(uint32_t iTag) const {
+  const Tables& tTables = GetTables();
+  for (uint64_t i = 0; i < tTables.size(); ++i) {
+    if (tTables[i]->GetTag() == iTag) return i;
+  }
+  return ~uint64_t{0};
+}
+
+const FTFontTable* FTFont_sfnt::GetTaggedTable(uint32_t iTag) const { return GetIndTable(IndexOfTaggedTable(iTag)); }
+
+bool FTFont_sfnt::HasTaggedTable(uint32_t iTag) const {
+  const FTFontTable* tTable = GetTaggedTable(iTag);
+  return tTable && tTable->GetUnswappedDataLength() > 0;
+}
+
+// What the tables say of the font.
+
+uint16_t FTFont_sfnt::GetFontUnitsPerEm() const {
+  const auto* tHead = FindTable<FTFontTable_head>();
+  return tHead ? tHead->UnitsPerEm() : uint16_t{0};
+}
+
+uint32_t FTFont_sfnt::GetChecksumAdjustment() const {
+  if (HasTaggedTable(FTFontTable_head::kTag)) return FindTable<FTFontTable_head>()->CheckSumAdjustment();
+  const auto* tBhed = FindTable<FTFontTable_bhed>();
+  return tBhed ? tBhed->CheckSumAdjustment() : 0;
+}
+
+uint16_t FTFont_sfnt::CountFontGlyphs() const {
+  if (_fGlyphCount != 0) return _fGlyphCount;
+  if (const auto* tMaxp = FindTable<FTFontTable_maxp>()) {
+    _fGlyphCount = tMaxp->NumGlyphs();
+  } else if (const auto* tCID = FindTable<FTFontTable_CID_>()) {
+    _fGlyphCount = Tova::Wrap16(tCID->NumGlyphs());
+  }
+  return _fGlyphCount;
+}
+
+uint64_t FTFont_sfnt::CountFontNames() const {
+  const auto* tName = FindTable<FTFontTable_name>();
+  return tName ? tName->NameCount() : 0;
+}
+
+uint64_t FTFont_sfnt::CountFontEncodings() const { return 0; }
+
+uint16_t FTFont_sfnt::CountHorizontalLongMetrics() const {
+  if (_fHorizontalLongMetricsCount == 0) {
+    if (const auto* tHhea = FindTable<FTFontTable_hhea>()) _fHorizontalLongMetricsCount = tHhea->NumberLongMetrics();
+  }
+  return _fHorizontalLongMetricsCount;
+}
+
+uint16_t FTFont_sfnt::CountVerticalLongMetrics() const {
+  if (_fVerticalLongMetricsCount == 0) {
+    if (const auto* tVhea = FindTable<FTFontTable_vhea>()) _fVerticalLongMetricsCount = tVhea->NumberLongMetrics();
+  }
+  return _fVerticalLongMetricsCount;
+}
+
+uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinateCount; }
+
+bool FTFont_sfnt::HasTrueTypeGlyphs() const { return HasTaggedTable(FTTag("glyf")) && HasTaggedTable(FTTag("loca")); }
+
+bool FTFont_sfnt::HasOTPostScriptGlyphs() const { return HasTaggedTable(FTTag("CFF ")); }
+
+bool FTFont_sfnt::HasType1PostScriptGlyphs() const { return HasTaggedTable(FTTag("TYP1")); }
+
+bool FTFont_sfnt::HasSbitGlyphs() const {
+  return (HasTaggedTable(FTTag("bloc")) && HasTaggedTable(FTTag("bdat"))) ||
+         (HasTaggedTable(FTTag("EBLC")) && HasTaggedTable(FTTag("EBDT")));
+}
+
+bool FTFont_sfnt::IsSbitOnly() const {
+  return HasSbitGlyphs() && !HasTrueTypeGlyphs() && !HasOTPostScriptGlyphs() && !HasType1PostScriptGlyphs();
+}
+
+bool FTFont_sfnt::IsHintedFont() const {
+  // 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not hinted.
+  for (const uint32_t tTag : {FTTag("cvar"), FTTag("cvt_"), FTTag("fpgm"), FTTag("prep")}) {
+    if (HasTaggedTable(tTag)) return true;
+  }
+  const auto* tMaxp = FindTable<FTFontTable_maxp>();
+  return tMaxp && tMaxp->MaxSizeOfInstructions() != 0;
+}
+
+// Names.
+
+TovaStringRef FTFont_sfnt::FindNameString(uint32_t iNameCode) const {
+  uint64_t tIndex = 0;
+  return FindFontName(iNameCode, kAny, kAny, kAny, tIndex);
+}
+
+TovaStringRef FTFont_sfnt::GetUniqueName() const { return FindNameString(kUniqueNameCode); }
+
+TovaStringRef FTFont_sfnt::GetFullName() const {
+  if (!_fFullName) _fFullName = Tova::Share(FindNameString(kFullNameCode));
+  return _fFullName.get();
+}
+
+TovaStringRef FTFont_sfnt::GetPostScriptName() const {
+  if (!_fPostScriptName) _fPostScriptName = Tova::Share(FindNameString(kPostScriptNameCode));
+  return _fPostScriptName.get();
+}
+
+TovaStringRef FTFont_sfnt::GetName() const {
+  if (const TovaStringRef tName = GetFullName()) return tName;
+  if (const TovaStringRef tName = GetPostScriptName()) return tName;
+  if (const TovaStringRef tName = GetUniqueName()) return tName;
+  return FTFont::GetName();
+}
+
+TovaStringRef FTFont_sfnt::GetIdentifier() const {
+  if (!_fIdentifier) {
+    const uint32_t tAdjustment = GetChecksumAdjustment();
+    const TovaStringRef tUniqueName = GetUniqueName();
+    _fIdentifier =
+        tUniqueName ? Tova::Format("%08X|%@", {tAdjustment, tUniqueName}) : Tova::Format("%08X|", {tAdjustment});
+  }
+  return _fIdentifier.get();
+}
+
+TovaStringRef FTFont_sfnt::FindFontName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                        uint64_t& oIndex) const {
+  const auto* tName = FindTable<FTFontTable_name>();
+  const FTNameTableEntry* tEntry = tName ? tName->FindName(iNameCode, iPlatform, iScript, iLanguage, oIndex) : nullptr;
+  return tEntry ? tEntry->GetNameString() : nullptr;
+}
+
+TovaStringRef FTFont_sfnt::GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
+                                       uint32_t* oLanguage) const {
+  const auto* tName = FindTable<FTFontTable_name>();
+  const FTNameTableEntry* tEntry = tName ? tName->GetIndName(iIndex) : nullptr;
+  if (!tEntry) return nullptr;
+  if (oNameCode) *oNameCode = tEntry->GetNameCode();
+  if (oPlatform) *oPlatform = tEntry->GetPlatform();
+  if (oScript) *oScript = tEntry->GetScript();
+  if (oLanguage) *oLanguage = tEntry->GetLanguage();
+  return tEntry->GetNameString();
+}
+
+// Characters.
+
+const FTEncoding* FTFont_sfnt::FindFontEncoding(uint32_t, uint32_t, uint32_t, uint64_t&) const { return nullptr; }
+
+const FTEncoding* FTFont_sfnt::FindFontUnicodeEncoding(uint64_t& oIndex) const {
+  struct Wanted {
+    uint32_t platform;
+    uint32_t script;
+  };
+  for (const Wanted tWanted : {Wanted{0, 4}, {0, 3}, {0, 0}, {0, 2}, {0, 1}, {3, 1}, {3, 10}}) {
+    if (const FTEncoding* tEncoding = FindFontEncoding(tWanted.platform, tWanted.script, kAny, oIndex)) {
+      return tEncoding;
+    }
+  }
+  return nullptr;
+}
+
+const FTEncoding* FTFont_sfnt::GetFontEncoding(uint64_t, uint32_t&, uint32_t&, uint32_t&) const { return nullptr; }
+
+uint32_t FTFont_sfnt::UnicodeToGlyphID(uint32_t) const { return kNone; }
+
+uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t) const { return kNone; }
+
+bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "TableAccess/TableClasses/FTFontTable.h"
+
+/// An accessor of a table whose fields nobody reads through it: its class tells what the table is, its users take the
+/// bytes.
+template <uint32_t Tag>
+class FTTagOnlyTable : public FTFontTable {
+ public:
+  static constexpr uint32_t kTag = Tag;
+  using FTFontTable::FTFontTable;
+  FTTagOnlyTable() = default;
+  explicit FTTagOnlyTable(const FTFontTable& iTable) : FTFontTable(iTable) {}
+  uint32_t GetTag() const override { return kTag; }
+};
+
+using FTFontTable_bdat = FTTagOnlyTable<FTTag("bdat")>;
+using FTFontTable_bloc = FTTagOnlyTable<FTTag("bloc")>;
+using FTFontTable_CFF_ = FTTagOnlyTable<FTTag("CFF ")>;
+using FTFontTable_cvt_ = FTTagOnlyTable<FTTag("cvt_")>;  // with an underscore: 'cvt ' gets a plain FTFontTable
+using FTFontTable_dsig = FTTagOnlyTable<FTTag("dsig")>;  // in lower case, likewise
+using FTFontTable_EBDT = FTTagOnlyTable<FTTag("EBDT")>;
+using FTFontTable_EBLC = FTTagOnlyTable<FTTag("EBLC")>;
+using FTFontTable_EBSC = FTTagOnlyTable<FTTag("EBSC")>;
+using FTFontTable_fpgm = FTTagOnlyTable<FTTag("fpgm")>;
+using FTFontTable_prep = FTTagOnlyTable<FTTag("prep")>;
+
+// Tables with contents that nothing of this library asks for yet.
+using FTFontTable_cmap = FTTagOnlyTable<FTTag("cmap")>;
+using FTFontTable_fdsc = FTTagOnlyTable<FTTag("fdsc")>;
+using FTFontTable_feat = FTTagOnlyTable<FTTag("feat")>;
+using FTFontTable_glyf = FTTagOnlyTable<FTTag("glyf")>;
+using FTFontTable_gvar = FTTagOnlyTable<FTTag("gvar")>;
+using FTFontTable_hmtx = FTTagOnlyTable<FTTag("hmtx")>;
+using FTFontTable_just = FTTagOnlyTable<FTTag("just")>;
+using FTFontTable_kern = FTTagOnlyTable<FTTag("kern")>;
+using FTFontTable_loca = FTTagOnlyTable<FTTag("loca")>;
+using FTFontTable_mort = FTTagOnlyTable<FTTag("mort")>;
+using FTFontTable_morx = FTTagOnlyTable<FTTag("morx")>;
+using FTFontTable_post = FTTagOnlyTable<FTTag("post")>;
+using FTFontTable_prop = FTTagOnlyTable<FTTag("prop")>;
+using FTFontTable_vmtx = FTTagOnlyTable<FTTag("vmtx")>;
+using FTFontTable_Zapf = FTTagOnlyTable<FTTag("Zapf")>;

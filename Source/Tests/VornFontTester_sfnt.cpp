@@ -1,0 +1,89 @@
+#include "Tests/VornFontTester_sfnt.h"
+
+Tova::Array TestUsability_sfnt(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
+  return RunTester<VornFontTester_sfnt, FTFont_sfnt>(iFont, iMessages, iOptions);
+}
+
+bool VornFontTester_sfnt::ExecuteTest() const {
+  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
+  if (!tFont) return false;
+  CheckTables(*tFont);
+  return true;
+}
+
+void VornFontTester_sfnt::CheckTables(const FTFont_sfnt& iFont) const {
+  const auto tHas = [&iFont](uint32_t iTag) { return iFont.HasTaggedTable(iTag); };
+  // 'dsig' in lower case: a font with a signature table 'DSIG' and no outlines has no outlines.
+  const bool tHasOutlines = tHas(FTTag("glyf")) || tHas(FTTag("dsig")) || tHas(FTTag("CFF "));
+  const bool tHasBitmapHeader = tHas(FTTag("bhed"));
+  const bool tHasOtherGlyphs = tHas(FTTag("TYP1")) || tHas(FTTag("CID "));
+
+  if (tHasOutlines) CheckOutlineTables(iFont);
+  if (tHasBitmapHeader) CheckBitmapTables(iFont, tHasOutlines);
+  if (!tHasOutlines && !tHasBitmapHeader && !tHasOtherGlyphs) {
+    ReportResult(kVornFontTestSeverityFatalError, "The font contains 'sfnt' data but no recognizable glyph data.");
+  }
+  CheckTablePairs(iFont);
+  if (!iFont.GetPostScriptName()) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "The font has no PostScript name (required for printing and embedding in PDFs).");
+  }
+}
+
+void VornFontTester_sfnt::CheckOutlineTables(const FTFont_sfnt& iFont) const {
+  const auto tRequire = [&](uint32_t iTag, const char* iMessage) {
+    if (!iFont.HasTaggedTable(iTag)) ReportResult(kVornFontTestSeverityFatalError, iMessage);
+  };
+  tRequire(FTTag("cmap"),
+           "The font is missing a character-glyph mapping ('cmap') table (required by the TrueType specification).");
+  tRequire(FTTag("maxp"),
+           "The font is missing a maximum-profile ('maxp') table (required by the TrueType specification).");
+  tRequire(FTTag("name"), "The font is missing a name ('name') table (required by the TrueType specification).");
+  tRequire(FTTag("head"), "The font is missing a header ('head') table (required by the TrueType specification).");
+  tRequire(FTTag("hhea"),
+           "The font is missing a horizontal header ('hhea') table (required by the TrueType specification).");
+  tRequire(FTTag("hmtx"),
+           "The font is missing a horizontal metrics ('htmx') table (required by the TrueType specification).");
+  tRequire(FTTag("post"),
+           "The font is missing a PostScript compatibility ('post') table (required by the TrueType specification).");
+}
+
+void VornFontTester_sfnt::CheckBitmapTables(const FTFont_sfnt& iFont, bool iHasOutlines) const {
+  if (!iFont.HasTaggedTable(FTTag("bloc"))) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "The font is missing a bitmap header ('bhed') table (required for bitmap-only TrueType fonts on "
+                 "Corvane).");
+  }
+  if (!iFont.HasTaggedTable(FTTag("bdat"))) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "A font is missing an Ormel bitmap data ('bdat') table (required for embedded bitmaps).");
+  }
+  if (iHasOutlines) {
+    ReportResult(kVornFontTestSeverityInformation, "A font which claims to be bitmap only has outline data.");
+  }
+}
+
+void VornFontTester_sfnt::CheckTablePairs(const FTFont_sfnt& iFont) const {
+  const auto tHas = [&iFont](uint32_t iTag) { return iFont.HasTaggedTable(iTag); };
+  // Only 'EBLC' and 'EBDT' are held against each other; 'bloc' and 'bdat' are judged with the bitmap header.
+  if (tHas(FTTag("EBDT")) != tHas(FTTag("EBLC"))) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "The font has some but not all of the tables required for embedded bitmap data.");
+  }
+  if (tHas(FTTag("loca")) != tHas(FTTag("glyf"))) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "The font has some but not all of the tables required for TrueType outline data.");
+  }
+  if (tHas(FTTag("CFF ")) && tHas(FTTag("glyf"))) {
+    ReportResult(kVornFontTestSeverityMinorError, "The font has both TrueType and PostScript outline data");
+  }
+  if (tHas(FTTag("bloc")) && tHas(FTTag("EBDT"))) {
+    ReportResult(kVornFontTestSeverityMinorError,
+                 "The font has both Veltrin- and Microsoft-style embedded bitmap data.");
+  }
+  // 'cvt_' with an underscore, as FTFont_sfnt::IsHintedFont.
+  if ((tHas(FTTag("cvt_")) || tHas(FTTag("fpgm")) || tHas(FTTag("prep"))) && !tHas(FTTag("glyf"))) {
+    ReportResult(kVornFontTestSeverityMinorError,
+                 "The font has TrueType hinting information but no TrueType outline data.");
+  }
+}
