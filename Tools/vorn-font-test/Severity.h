@@ -16,6 +16,9 @@ enum class Severity : uint8_t { kNonFont, kInformation, kTechnical, kMinor, kMaj
 inline constexpr std::array kSeverities = {Severity::kNonFont, Severity::kInformation, Severity::kTechnical,
                                            Severity::kMinor,   Severity::kMajor,       Severity::kFatal};
 
+inline constexpr std::array kGravestFirst = {Severity::kFatal,     Severity::kMajor,       Severity::kMinor,
+                                             Severity::kTechnical, Severity::kInformation, Severity::kNonFont};
+
 /// The word for a severity in options and in text.
 std::string_view Word(Severity severity);
 /// The library's constant for a severity.

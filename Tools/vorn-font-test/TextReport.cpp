@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <ranges>
 
 #include "EscapedText.h"
 
@@ -12,9 +11,6 @@ namespace tool {
 namespace {
 
 constexpr std::string_view kNoText = "(no further text)";
-
-/// Severities from the gravest to the mildest.
-auto GravestFirst() { return kSeverities | std::views::reverse; }
 
 /// The messages, gravest first, and one without text for each severity that the results hold and no message explains.
 std::vector<Message> Ordered(const TestRecord& test) {
@@ -124,7 +120,8 @@ void TextReport::AddSeverities(const std::string& heading, SeveritySet results) 
 /// What a line says of a font of which nothing is shown.
 std::string TextReport::Remark(const SeverityCounts& counts) const {
   if (counts.Total() == 0) return ": " + style_.Good("nothing found");
-  return ": " + style_.Good("nothing " + std::string(Word(show_))) + ", " + Grouped(counts.Total()) + " milder";
+  const std::string above = show_ == Severity::kFatal ? "" : " or above";
+  return ": " + style_.Good("nothing " + std::string(Word(show_)) + above) + ", " + Grouped(counts.Total()) + " below";
 }
 
 /// Writes a line, and a paragraph below it, with an empty line on either side of the two.
@@ -140,7 +137,7 @@ void TextReport::Write(const std::string& line, const std::string& paragraph) {
 
 std::string TextReport::SeverityList(SeveritySet severities) const {
   std::string list;
-  for (Severity severity : GravestFirst()) {
+  for (Severity severity : kGravestFirst) {
     if (severity < show_ || !severities.Has(severity)) continue;
     if (!list.empty()) list += ", ";
     list += style_.Of(severity, Word(severity));
@@ -162,7 +159,7 @@ void TextReport::End(size_t unreadable) {
 
 void TextReport::WriteFindings() {
   std::string list;
-  for (Severity severity : GravestFirst()) {
+  for (Severity severity : kGravestFirst) {
     if (counts_[severity] == 0) continue;
     if (!list.empty()) list += ", ";
     list += style_.Of(severity, Grouped(counts_[severity]) + " " + std::string(Word(severity)));

@@ -66,7 +66,8 @@ Outcome RunProgram(std::vector<std::string> arguments, Destination destination, 
   open(STDERR_FILENO, folder.File("err"));
 
   arguments.insert(arguments.begin(), VORN_PROGRAM);
-  for (const char* variable : {"TERM=xterm", "LC_ALL=C", "ASAN_OPTIONS=detect_leaks=1"}) variables.push_back(variable);
+  for (const char* variable : {"TERM=xterm", "LC_ALL=C", "ASAN_OPTIONS=detect_leaks=1:exitcode=99"})
+    variables.push_back(variable);
   pid_t process = 0;
   if (posix_spawn(&process, VORN_PROGRAM, &actions, nullptr, Pointers(arguments).data(), Pointers(variables).data())) {
     throw std::runtime_error("the program does not start");

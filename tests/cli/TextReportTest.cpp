@@ -87,7 +87,7 @@ TEST(TextReport, ShowsTheGravestFirstAndCountsTheRest) {
   const auto unopened = Dictionary({{kVornFontTestResultKey, Constants({kFatal})}});
   EXPECT_EQ(TextOf({}, {clean, mild, grave, unopened, clean}),
             R"(a.ttf: Good Regular (Good), TrueType font data: nothing found
-b.ttf: Good Regular (Good), TrueType font data: nothing major, 2 milder
+b.ttf: Good Regular (Good), TrueType font data: nothing major or above, 2 below
 
 c.ttf: Good Regular (Good), TrueType font data
   Maps  test.id
@@ -115,10 +115,10 @@ Findings: 3 fatal, 3 major, 3 minor, 1 technical
   EXPECT_THAT(TextOf(summary, {grave}), HasSubstr("\n  Mute  test.id: major, minor\n"));
   Options results;
   results.detail = Detail::kResults;
-  EXPECT_THAT(
-      TextOf(results, {clean, mild, unopened}),
-      "a.ttf: nothing found\nb.ttf: nothing major, 1 milder\nc.ttf: fatal\n\n3 files\nFindings: 1 fatal, 1 minor\n"
-      "1 more below major (use --show minor to see all)\n");
+  EXPECT_THAT(TextOf(results, {clean, mild, unopened}),
+              "a.ttf: nothing found\nb.ttf: nothing major or above, 1 below\nc.ttf: fatal\n\n3 files\nFindings: 1 "
+              "fatal, 1 minor\n"
+              "1 more below major (use --show minor to see all)\n");
 }
 
 TEST(TextReport, FoldsMessagesThatDifferOnlyInNumbers) {
