@@ -42,23 +42,24 @@ TextReport::TextReport(const Options& options, Output& output)
 
 void TextReport::AddFile(const std::string& path, TovaDictionaryRef tree) {
   const Report report = ReadReport(tree);
+  const std::string heading = style_.Bold(EscapeForTerminal(path));
   ++files_;
-  fonts_ += report.fonts.size();
   if (detail_ == Detail::kResults) {
-    AddSeverities(style_.Bold(EscapeForTerminal(path)), report.results);
+    AddSeverities(heading, report.results);
   } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
     ++counts_[Severity::kFatal];
-    Write(style_.Bold(EscapeForTerminal(path)),
-          MessageLines({Severity::kFatal, "The file cannot be opened as a font."}, 0));
+    Write(heading, MessageLines({Severity::kFatal, "The file cannot be opened as a font."}, 0));
   } else if (report.fonts.empty()) {
-    Write(style_.Bold(EscapeForTerminal(path)) + ": no fonts in it", "");
+    Write(heading + ": no fonts in it", "");
+  } else {
+    for (const FontRecord& font : report.fonts) AddFont(heading, font);
   }
-  for (const FontRecord& font : report.fonts) AddFont(path, font);
   output_.Flush();
 }
 
 void TextReport::AddFont(const std::string& path, const FontRecord& font) {
-  std::string heading = style_.Bold(EscapeForTerminal(path)) + ": " + EscapeForTerminal(font.name);
+  ++fonts_;
+  std::string heading = path + ": " + EscapeForTerminal(font.name);
   if (!font.postScriptName.empty()) heading += " (" + EscapeForTerminal(font.postScriptName) + ")";
   heading += ", " + EscapeForTerminal(font.type);
   SeverityCounts counts;
