@@ -8,7 +8,6 @@
 
 namespace {
 
-/// Every test of the library, ascending by identifier.
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     {"veltrin.TrueType.usability", TestUsability_sfnt},
     {"veltrin.Type1.usability", TestUsability_Type1},
@@ -16,6 +15,8 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 
 }  // namespace
+
+std::span<const VornFontTestLink> GetTestLinks() { return gLinks; }
 
 const VornFontTestLink* FindTestLink(std::string_view iIdentifier) {
   const auto tRow = std::partition_point(gLinks.begin(), gLinks.end(), [iIdentifier](const VornFontTestLink& iRow) {

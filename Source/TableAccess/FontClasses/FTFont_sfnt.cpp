@@ -9,6 +9,7 @@
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
 #include "TableAccess/FontClasses/FTSfntDirectory.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
@@ -150,7 +151,10 @@ uint64_t FTFont_sfnt::CountFontNames() const {
   return tName ? tName->NameCount() : 0;
 }
 
-uint64_t FTFont_sfnt::CountFontEncodings() const { return 0; }
+uint64_t FTFont_sfnt::CountFontEncodings() const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->EncodingCount() : 0;
+}
 
 uint16_t FTFont_sfnt::CountHorizontalLongMetrics() const {
   if (_fHorizontalLongMetricsCount == 0) {
@@ -249,25 +253,39 @@ TovaStringRef FTFont_sfnt::GetFontName(uint64_t iIndex, uint32_t* oNameCode, uin
 
 // Characters.
 
-const FTEncoding* FTFont_sfnt::FindFontEncoding(uint32_t, uint32_t, uint32_t, uint64_t&) const { return nullptr; }
-
-const FTEncoding* FTFont_sfnt::FindFontUnicodeEncoding(uint64_t& oIndex) const {
-  struct Wanted {
-    uint32_t platform;
-    uint32_t script;
-  };
-  for (const Wanted tWanted : {Wanted{0, 4}, {0, 3}, {0, 0}, {0, 2}, {0, 1}, {3, 1}, {3, 10}}) {
-    if (const FTEncoding* tEncoding = FindFontEncoding(tWanted.platform, tWanted.script, kAny, oIndex)) {
-      return tEncoding;
-    }
-  }
-  return nullptr;
+const FTEncoding* FTFont_sfnt::FindFontEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                                uint64_t& oIndex) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->FindEncoding(iPlatform, iScript, iLanguage, oIndex) : nullptr;
 }
 
-const FTEncoding* FTFont_sfnt::GetFontEncoding(uint64_t, uint32_t&, uint32_t&, uint32_t&) const { return nullptr; }
+const FTEncoding* FTFont_sfnt::FindFontUnicodeEncoding(uint64_t& oIndex) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->FindUnicodeEncoding(oIndex) : nullptr;
+}
 
-uint32_t FTFont_sfnt::UnicodeToGlyphID(uint32_t) const { return kNone; }
+const FTEncoding* FTFont_sfnt::GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript,
+                                               uint32_t& oLanguage) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  const FTEncoding* tEncoding = tCmap ? tCmap->GetIndEncoding(iIndex) : nullptr;
+  if (!tEncoding) return nullptr;
+  oPlatform = tEncoding->GetPlatform();
+  oScript = tEncoding->GetScript();
+  oLanguage = tEncoding->GetLanguage();
+  return tEncoding;
+}
 
-uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t) const { return kNone; }
+uint32_t FTFont_sfnt::UnicodeToGlyphID(uint32_t iCharacter) const {
+  uint64_t tIndex = 0;
+  const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
+  const uint32_t tGlyph = tEncoding ? tEncoding->CharacterToGlyph(iCharacter) : 0;
+  return tGlyph == 0 ? kNone : tGlyph;
+}
+
+uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
+  uint64_t tIndex = 0;
+  const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
+  return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
+}
 
 bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }

@@ -5,6 +5,7 @@
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"

@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <bit>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestRun.h"
+
+namespace {
+
+using test::Bytes;
+using test::TableBuilder;
+
+class Container : public testing::Test {
+ protected:
+  std::unique_ptr<FTFontContainer> Open(const std::string& name, const Bytes& bytes) {
+    return OpenPath(folder_.Write(name, bytes));
+  }
+  static std::unique_ptr<FTFontContainer> OpenPath(const std::string& path) {
+    return FTFontContainer::FontContainerFromTovaURLRef(Tova::Adopt(TovaURLCreateWithFilePath(path.c_str())).get(),
+                                                        true);
+  }
+  static std::string Name(const FTFont* font) { return std::string(Tova::Text(font->GetName())); }
+
+  test::TemporaryFolder folder_;
+};
+
+constexpr const char* kFileFailure = "A file IO operation failed";
+
+TEST_F(Container, KindsAreRecognisedByTheFirstFourBytesThenByName) {
+  const auto typeOf = [&](const std::string& name, const Bytes& bytes) {
+    const auto container = Open(name, bytes);
+    return container ? static_cast<int>(container->GetIndFont(0)->GetType()) : -1;
+  };
+  const Bytes rest(28);
+  for (const uint32_t scaler : {0x00010000u, 0x74727565u, 0x4F54544Fu, 0xA56B6264u, 0xA56C7374u, 0x74797031u}) {
+    EXPECT_EQ(typeOf("any.name", TableBuilder().U32(scaler).Append(rest)), 3) << std::hex << scaler;
+  }
+  EXPECT_EQ(typeOf("x", TableBuilder().U32(0x8001ABCD).Append(rest)), 6);
+  EXPECT_EQ(typeOf("x.sfont", TableBuilder().U32(0x12345678)), 5);
+  EXPECT_EQ(typeOf("x.SFONT", TableBuilder().U32(0x12345678)), -1);
+  EXPECT_EQ(typeOf("x.sfonts", TableBuilder().U32(0x12345678)), -1);
+  EXPECT_EQ(typeOf("sfont", TableBuilder().U32(0x12345678)), -1);
+  EXPECT_EQ(typeOf("x", TableBuilder().U24(0x000100)), -1) << "three bytes";
+  EXPECT_EQ(typeOf("x", {}), -1);
+}
+
+TEST_F(Container, ACollectionHoldsAFontForEachOffset) {
+  const auto container = Open("good.ttc", test::BuildCollection({test::GoodFont(), test::GoodFont().Remove("name")}));
+  ASSERT_EQ(container->GetFontCount(), 2u);
+  EXPECT_EQ(Name(container->GetIndFont(0)), "Good Regular");
+  EXPECT_EQ(Name(container->GetIndFont(1)), "good.ttc") << "the file's name stands in";
+  test::ExpectThrow("An attempt was made to access an array element outside of the array bounds",
+                    [&] { container->GetIndFont(2); });
+}
+
+TEST_F(Container, ACollectionsHeaderIsReadAsFarAsItGoes) {
+  const auto header = [](uint64_t count) { return TableBuilder().Text("ttcf").U32(0x00010000).U32(count); };
+  EXPECT_EQ(Open("none.ttc", header(0))->GetFontCount(), 0u);
+  EXPECT_EQ(Open("far.ttc", header(1).U32(0xFFFFFFF0))->GetFontCount(), 1u) << "fonts judge their own offsets";
+  for (const Bytes& broken :
+       {Bytes(TableBuilder().Text("ttcf").U32(0)), Bytes(header(2).U32(12)), Bytes(header(0xFFFFFFFF).Zeros(400000))}) {
+    const auto container = Open("broken.ttc", broken);
+    test::ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
+  }
+}
+
+TEST_F(Container, WhatIsNoReadableFileGivesNoFont) {
+  test::ExpectThrow(kFileFailure, [&] { OpenPath(folder_.File("missing.ttf")); });
+  EXPECT_EQ(OpenPath(folder_.Path()), nullptr);
+  ASSERT_EQ(mkfifo(folder_.File("pipe.ttf").c_str(), 0600), 0);
+  EXPECT_EQ(OpenPath(folder_.File("pipe.ttf")), nullptr);
+  // Their names let these through, to fail when they are read.
+  ASSERT_EQ(mkfifo(folder_.File("pipe.sfont").c_str(), 0600), 0);
+  std::filesystem::create_directory(folder_.File("folder.sfont"));
+  folder_.Write("short.sfont", {1, 2});
+  for (const char* name : {"pipe.sfont", "folder.sfont", "short.sfont"}) {
+    const auto container = OpenPath(folder_.File(name));
+    ASSERT_NE(container, nullptr) << name;
+    test::ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
+  }
+}
+
+TEST_F(Container, AHugeSparseFileCostsNoMemory) {
+  const std::string path = folder_.Write("sparse.ttf", test::GoodFont().Build());
+  std::filesystem::resize_file(path, uint64_t{4} << 30);
+  EXPECT_EQ(Name(OpenPath(path)->GetIndFont(0)), "Good Regular");
+}
+
+TEST_F(Container, ACopyOfAFileContainerRefusesToKeepTheFileMapped) {
+  const auto container = Open("good.ttf", test::GoodFont().Build());
+  const auto* source = dynamic_cast<const FTDiskBasedFontContainer*>(container.get());
+  ASSERT_NE(source, nullptr);
+  test::ExpectThrow(kFileFailure, [&] { const FTDiskBasedFontContainer copy(*source); });
+}
+
+TEST_F(Container, SplicedFontsAreNamedByTheirChecksum) {
+  const auto container = Open("x.sfont", {1, 2, 3, 4, 5, 6, 7});
+  const std::string expected = std::endian::native == std::endian::little ? "04030201" : "01020304";
+  EXPECT_EQ(Name(container->GetIndFont(0)), expected);
+}
+
+TEST_F(Container, Type1FontsAreUsableWhateverTheyHold) {
+  for (const Bytes& bytes :
+       {Bytes(TableBuilder().U32(0x80010000).Text("%!only text")), Bytes(TableBuilder().U32(0x80010000)),
+        Bytes(TableBuilder().U32(0x80010000).Text("%!text").U8(0x80).Text("more"))}) {
+    const auto container = Open("x.pfb", bytes);
+    EXPECT_NE(container->GetIndFont(0)->TestBasicUsability(), nullptr);
+    EXPECT_EQ(Name(container->GetIndFont(0)), "x.pfb");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/FontClasses/FTLookupTable.h"
+#include "support/TestRun.h"
+
+namespace {
+
+using test::FontBuilder;
+using test::GoodFont;
+using test::MemoryFont;
+using test::TableBuilder;
+
+std::string Text(TovaStringRef string) { return string ? std::string(Tova::Text(string)) : "(none)"; }
+
+TEST(SfntFont, NamesFallBackFromFullNameToPostScriptNameToUniqueName) {
+  const auto name = [](std::vector<std::pair<uint16_t, std::string>> names) {
+    return Text(MemoryFont(GoodFont().Table("name", test::NameTable(names)).Build())->GetName());
+  };
+  EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}, {4, "Full"}}), "Full");
+  EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}}), "PS");
+  EXPECT_EQ(name({{3, "Unique"}}), "Unique");
+  EXPECT_EQ(name({{1, "Family"}}), "(none)");
+}
+
+TEST(SfntFont, IdentifierJoinsChecksumAdjustmentAndUniqueName) {
+  EXPECT_EQ(Text(MemoryFont(GoodFont().Build())->GetIdentifier()), "1234ABCD|Good 1.0");
+  EXPECT_EQ(Text(MemoryFont(GoodFont().Remove("name").Build())->GetIdentifier()), "1234ABCD|");
+  // A bitmap-only font has its adjustment in 'bhed'.
+  TableBuilder bhed = test::HeadTable();
+  bhed.Patch("checkSumAdjustment", 0xBEEF);
+  EXPECT_EQ(Text(MemoryFont(GoodFont().Table("head", {}).Table("bhed", bhed).Build())->GetIdentifier()),
+            "0000BEEF|Good 1.0");
+}
+
+TEST(SfntFont, TheFirstEntryOfATagHidesLaterOnes) {
+  FontBuilder builder = GoodFont().Truncate("post", 0);
+  builder.Entry("post", 12, 4).Entry("head", 12, 4);
+  const MemoryFont font(builder.Build());
+  EXPECT_FALSE(font->HasTaggedTable(FTTag("post"))) << "the first 'post' is empty";
+  EXPECT_NE(font->GetTaggedTable(FTTag("post")), nullptr);
+  EXPECT_EQ(font->GetFontUnitsPerEm(), 1000);
+  EXPECT_EQ(font->IndexOfTaggedTable(FTTag("none")), ~uint64_t{0});
+  EXPECT_EQ(font->GetIndTableTag(font->CountTables()), FTTag("NULL"));
+  EXPECT_EQ(font->GetIndTable(font->CountTables()), nullptr);
+}
+
+TEST(SfntFont, AWrappingEntryKeepsTheBytesThatExist) {
+  FontBuilder builder = GoodFont();
+  const uint32_t size = static_cast<uint32_t>(builder.Build().size()) + 16;
+  const MemoryFont font(builder.Entry("wrap", size - 4, 0xFFFFFFF0).Build());
+  const FTFontTable* table = font->GetTaggedTable(FTTag("wrap"));
+  ASSERT_NE(table, nullptr);
+  EXPECT_EQ(table->GetSize(), 4u);
+  EXPECT_EQ(table->Bytes().U32(2), 0u) << "half outside";
+}
+
+TEST(SfntFont, HintingIsKnownByItsTablesAndByTheMaximumProfile) {
+  const auto hinted = [](const FontBuilder& font) { return MemoryFont(font.Build())->IsHintedFont(); };
+  EXPECT_FALSE(hinted(GoodFont()));
+  EXPECT_FALSE(hinted(GoodFont().Table("cvt ", {0, 1}))) << "a control-value table alone is no hinting";
+  EXPECT_TRUE(hinted(GoodFont().Table("cvt_", {0, 1})));
+  EXPECT_TRUE(hinted(GoodFont().Table("prep", {0x4B})));
+  EXPECT_FALSE(hinted(GoodFont().Table("prep", {})));
+  TableBuilder maxp = test::MaxpTable(3);
+  EXPECT_TRUE(hinted(GoodFont().Table("maxp", maxp.Patch("maxSizeOfInstructions", 1))));
+}
+
+TEST(SfntFont, GlyphsAreCountedByMaxpBeforeCid) {
+  const std::string program = "/CIDCount 65540 def";
+  const test::Bytes cid(program.begin(), program.end());
+  EXPECT_EQ(MemoryFont(GoodFont().Table("CID ", cid).Build())->CountFontGlyphs(), 3);
+  EXPECT_EQ(MemoryFont(GoodFont().Remove("maxp").Table("CID ", cid).Build())->CountFontGlyphs(), 4) << "in 16 bits";
+  EXPECT_EQ(MemoryFont(GoodFont().Table("maxp", {}).Table("CID ", cid).Build())->CountFontGlyphs(), 0)
+      << "an empty 'maxp' still decides";
+}
+
+TEST(SfntFont, ABitmapFontWithOutlinesIsNotBitmapOnly) {
+  const auto bitmapOnly = [](const FontBuilder& font) { return MemoryFont(font.Build())->IsSbitOnly(); };
+  FontBuilder bitmaps;
+  bitmaps.Table("bloc", {1}).Table("bdat", {1});
+  EXPECT_TRUE(bitmapOnly(bitmaps));
+  EXPECT_FALSE(bitmapOnly(FontBuilder(bitmaps).Table("CFF ", {1})));
+  EXPECT_TRUE(bitmapOnly(FontBuilder(bitmaps).Table("glyf", {1}))) << "'loca' is missing";
+  EXPECT_FALSE(bitmapOnly(FontBuilder(bitmaps).Remove("bdat").Table("EBDT", {1}))) << "tables of two kinds";
+}
+
+TEST(SfntFont, ACopyOfABorrowingFontSharesItsBytesAndStartsAfresh) {
+  const MemoryFont font(GoodFont().Build());
+  FTFont_sfnt copy(*font);
+  EXPECT_EQ(Text(copy.GetPostScriptName()), "Good-Regular");
+  copy = *MemoryFont(GoodFont().Remove("name").Build());
+  EXPECT_EQ(Text(copy.GetPostScriptName()), "(none)");
+}
+
+TEST(LookupTable, FindsValuesInEveryFormat) {
+  const auto value = [](const TableBuilder& table, uint32_t glyph) {
+    const Tova::ByteView found = FTLookUp(Tova::ByteView(table.Data().data(), table.Size()), glyph);
+    return found.Empty() ? -1 : int{found.U16(0)};
+  };
+  TableBuilder simple;
+  simple.U16(0).U16(70).U16(71);
+  EXPECT_EQ(value(simple, 1), 71);
+  EXPECT_EQ(value(simple, 2), -1);
+
+  TableBuilder segments;  // 10-19 -> 5, 30-39 -> 6
+  segments.U16(2).U16(6).U16(2).U16(12).U16(1).U16(0).U16(19).U16(10).U16(5).U16(39).U16(30).U16(6);
+  segments.U16(0xFFFF).U16(0xFFFF).U16(9);
+  EXPECT_EQ(value(segments, 9), -1);
+  EXPECT_EQ(value(segments, 10), 5);
+  EXPECT_EQ(value(segments, 25), -1);
+  EXPECT_EQ(value(segments, 39), 6);
+  EXPECT_EQ(value(segments, 0xFFFF), -1) << "the end mark is no glyph";
+
+  TableBuilder arrays;  // 10-11 -> values at 24
+  arrays.U16(4).U16(6).U16(1).U16(6).U16(0).U16(0).U16(11).U16(10).U16(24).U16(0xFFFF).U16(0xFFFF).U16(0);
+  arrays.U16(500).U16(501);
+  EXPECT_EQ(value(arrays, 11), 501);
+
+  TableBuilder singles;
+  singles.U16(6).U16(4).U16(2).U16(8).U16(1).U16(0).U16(3).U16(30).U16(7).U16(70);
+  EXPECT_EQ(value(singles, 3), 30);
+  EXPECT_EQ(value(singles, 5), -1);
+  EXPECT_EQ(value(singles, 7), 70);
+  EXPECT_EQ(value(singles, 8), -1) << "beyond the last entry";
+
+  TableBuilder trimmed;
+  trimmed.U16(8).U16(5).U16(2).U16(50).U16(51);
+  EXPECT_EQ(value(trimmed, 4), -1);
+  EXPECT_EQ(value(trimmed, 6), 51);
+  EXPECT_EQ(value(trimmed, 7), -1);
+
+  EXPECT_EQ(value(TableBuilder().U16(3), 1), -1);
+  EXPECT_EQ(value(TableBuilder(), 1), -1);
+  TableBuilder endless;  // entries of no size
+  endless.U16(6).U16(0).U16(9).U16(0).U16(0).U16(0).U16(3).U16(30);
+  EXPECT_EQ(value(endless, 5), -1);
+}
+
+}  // namespace
