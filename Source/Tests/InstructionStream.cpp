@@ -18,10 +18,9 @@ struct IfCounts {
 
 struct OpCodeState {
   const VornFontTester* tester;
-  Tova::ByteView bytes;
   bool isFontProgram;
   bool isGlyphProgram;
-  uint64_t current = 0;  // the opcode looked at
+  uint8_t opCode = 0;  // the one looked at
   bool ok = true;
   bool inDefinition = false;
   uint16_t functionDefinitionCount = 0;
@@ -30,7 +29,6 @@ struct OpCodeState {
   IfCounts definitionIfs = {};  // of the definition being walked
 
   IfCounts& CurrentIfs() { return inDefinition ? definitionIfs : topLevelIfs; }
-  uint8_t OpCode() const { return bytes.U8(current); }
   void Fail(TovaStringRef iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
     tester->ReportResultFromTable("Instructions", iSeverity, iFormat, iArguments);
     ok = false;
@@ -41,7 +39,7 @@ struct OpCodeState {
 void AssureFDEFifFontProgram(OpCodeState& ioState) {
   if (ioState.isFontProgram && !ioState.inDefinition) {
     ioState.Fail(kVornFontTestSeverityMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
-                 {ioState.OpCode()});
+                 {ioState.opCode});
   }
 }
 
@@ -50,7 +48,7 @@ void DefaultOpCodeChecker(OpCodeState& ioState) { AssureFDEFifFontProgram(ioStat
 void PushOpCodeChecker(OpCodeState&) {}
 
 void IllegalOpCodeChecker(OpCodeState& ioState) {
-  ioState.Fail(kVornFontTestSeverityMajorError, "Illegal opcode: %02X", {ioState.OpCode()});
+  ioState.Fail(kVornFontTestSeverityMajorError, "Illegal opcode: %02X", {ioState.opCode});
 }
 
 void IfOpCodeChecker(OpCodeState& ioState) {
@@ -138,18 +136,19 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
                                     uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions) {
   if (iLength == 0) return true;
   OpCodeState tState = {.tester = iTester,
-                        .bytes = iBytes,
                         .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
                         .isGlyphProgram = iTester->TestsTableWithTag(FTTag("glyf")) != nullptr};
+  uint64_t tCurrent = 0;
   do {
-    const OpCode& tOpCode = kOpCodes[tState.OpCode()];
+    tState.opCode = iBytes.U8(tCurrent);
+    const OpCode& tOpCode = kOpCodes[tState.opCode];
     tOpCode.check(tState);
-    tState.current += uint64_t{1} + tOpCode.operandBytes;
-    if (tOpCode.bytesPerCount != 0)
-      tState.current += uint64_t{tOpCode.bytesPerCount} * iBytes.U8(tState.current - tOpCode.operandBytes);
-  } while (tState.ok && tState.current < iLength);
+    ++tCurrent;
+    if (tOpCode.operandBytes != 0)  // a branch: the next opcode need not wait for the lengths of this one
+      tCurrent += tOpCode.operandBytes + uint64_t{tOpCode.bytesPerCount} * iBytes.U8(tCurrent);
+  } while (tState.ok && tCurrent < iLength);
 
-  if (tState.current > iLength) {
+  if (tCurrent > iLength) {
     tState.Fail(kVornFontTestSeverityMajorError, "INSTRUCTION STREAM OVERRUN ENCOUNTERED!");
   }
   if (tState.CurrentIfs().open != 0) {
