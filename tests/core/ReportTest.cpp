@@ -71,7 +71,8 @@ constexpr auto& kRecords = kVornFontTestArrayKey;
 TEST_F(ReportCreation, WithoutOptionsThereAreTheSeveritiesOfTheUsabilityTestsAlone) {
   const Report report = Create(GoodFont().Table("name", test::NameTable({})).Build());
   EXPECT_EQ(report.Keys(), 1);
-  EXPECT_EQ(report.At({kResult, 0}), kVornFontTestSeverityFatalError) << "no PostScript name";
+  EXPECT_TRUE(TovaArrayContainsValue(Tova::AsArray(report.At({kResult})), kVornFontTestSeverityFatalError))
+      << "no PostScript name";
   const Tova::String other = Tova::MakeString("kVornFontTestReportTypeOther");
   EXPECT_EQ(Create(GoodFont().Build(), Dictionary({{kVornFontTestCreateReportTypeKey, other.get()}}).get()).Keys(), 1);
 }

@@ -1,5 +1,6 @@
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <initializer_list>
 #include <utility>
@@ -7,7 +8,6 @@
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
-#include "TableAccess/FontClasses/FTSfntDirectory.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
@@ -21,6 +21,13 @@ namespace {
 constexpr uint32_t kUniqueNameCode = 3;
 constexpr uint32_t kFullNameCode = 4;
 constexpr uint32_t kPostScriptNameCode = 6;
+
+/// The sign of a comparison of two numbers taken as signed.
+int CompareSigned(uint32_t iFirst, uint32_t iSecond) {
+  const auto tFirst = static_cast<int32_t>(iFirst);
+  const auto tSecond = static_cast<int32_t>(iSecond);
+  return (tFirst > tSecond) - (tFirst < tSecond);
+}
 
 }  // namespace
 
@@ -289,3 +296,22 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
 }
 
 bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }
+
+// The ideal order of tables.
+
+uint32_t FTFont_sfnt::TableTagToInt(uint32_t iTag) {
+  const FTTableOrder* tOrder = GetIdealTableOrder();
+  if (!tOrder) return iTag;
+  const auto tPlace = std::ranges::find(*tOrder, iTag);
+  return tPlace == tOrder->end() ? iTag : static_cast<uint32_t>(tPlace - tOrder->begin());
+}
+
+int FTFont_sfnt::TableEntryAlphabeticalOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                            const FTSfntDirectoryEntry& iSecond) {
+  return CompareSigned(iFirst.tag, iSecond.tag);
+}
+
+int FTFont_sfnt::TableEntryOffsetOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                      const FTSfntDirectoryEntry& iSecond) {
+  return CompareSigned(TableTagToInt(iFirst.tag), TableTagToInt(iSecond.tag));
+}

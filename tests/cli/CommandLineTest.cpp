@@ -1,0 +1,263 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <Tova/Tova.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "cli/Program.h"
+#include "support/FontBuilder.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using nlohmann::json;
+using test::Bytes;
+using test::Destination;
+using test::Outcome;
+using test::RunProgram;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* kTrueTypeTest = "veltrin.TrueType.usability";
+constexpr const char* kType1Test = "veltrin.Type1.usability";
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+std::vector<json> JsonLines(const Outcome& outcome) {
+  std::vector<json> values;
+  for (const std::string& line : Lines(outcome.out)) values.push_back(json::parse(line));
+  return values;
+}
+
+/// A folder with a good font and a text file that is none.
+class CommandLine : public testing::Test {
+ protected:
+  std::string Good() const { return folder_.Write("good.ttf", test::GoodFont().Build()); }
+  std::string NoFont() const { return folder_.Write("notes.txt", Bytes(40, 'n')); }
+  std::string Missing() const { return folder_.File("missing.ttf"); }
+
+  /// The files reported for these arguments, relative to the folder.
+  std::vector<std::string> Reported(std::vector<std::string> arguments, int status) const {
+    arguments.insert(arguments.end(), {"-f", "jsonl", "-t", kTrueTypeTest});
+    const Outcome outcome = RunProgram(arguments);
+    EXPECT_EQ(outcome.status, status) << outcome.err;
+    std::vector<std::string> files;
+    for (const json& line : JsonLines(outcome)) {
+      files.push_back(std::filesystem::path(line["path"].get<std::string>()).lexically_relative(folder_.Path()));
+    }
+    return files;
+  }
+
+  test::TemporaryFolder folder_;
+};
+
+std::vector<std::string> ListedTests(std::vector<std::string> arguments) {
+  arguments.insert(arguments.end(), {"--list-tests", "--format", "jsonl"});
+  const Outcome outcome = RunProgram(arguments);
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  std::vector<std::string> identifiers;
+  for (const json& test : JsonLines(outcome)) identifiers.push_back(test["kVornFontTestIdentifierKey"]);
+  return identifiers;
+}
+
+TEST(TestSelection, RunsInTheOrderGivenAndGlobsAscending) {
+  const std::vector<std::string> all = ListedTests({});
+  EXPECT_TRUE(std::ranges::is_sorted(all));
+  EXPECT_EQ(ListedTests({"-T", "usability", "-T", "all"}), all);
+
+  std::vector<std::string> type1First = all;
+  std::ranges::stable_partition(type1First, [](const std::string& test) { return test == kType1Test; });
+  EXPECT_EQ(ListedTests({"-t", kType1Test, "-t", "*"}), type1First);
+  EXPECT_THAT(ListedTests({"-t", "*.usability", "-x", "*.*.*.*", "-x", "*Type1*"}), ElementsAre(kTrueTypeTest));
+  EXPECT_THAT(ListedTests({"-T", "usability", "-t", "veltrin.T[ry]*e*.usability", "-x", "*.TrueType.?*.*"}),
+              ElementsAre(kTrueTypeTest, kType1Test));
+}
+
+TEST(Usage, ErrorsAreNamedAndExitWith2) {
+  const struct {
+    std::vector<std::string> arguments;
+    std::string message;
+  } cases[] = {
+      {{}, "no font file or directory given"},
+      {{"--bogus", "a"}, "unknown option --bogus"},
+      {{"--show", "dire", "a"}, "--show: 'dire' is none of information, technical, minor, major, fatal"},
+      {{"--fail-on", "sometimes", "a"}, "'sometimes' is none of information, technical, minor, major, fatal, never"},
+      {{"-T", "sturdy", "a"}, "--type: 'sturdy'"},
+      {{"a", "--format"}, "--format needs a value"},
+      {{"-t", "*.cmap.nonsense", "a"}, "no test matches '*.cmap.nonsense'"},
+      {{"-x", "veltrin.nothing", "a"}, "--exclude: no test matches 'veltrin.nothing'"},
+      {{"-T", "unexpected-value", "-t", kType1Test, "a"}, "no test of the wanted types matches"},
+      {{"-x", "*", "a"}, "no tests remain"},
+  };
+  for (const auto& usage : cases) {
+    const Outcome outcome = RunProgram(usage.arguments);
+    EXPECT_EQ(outcome.status, 2) << usage.message;
+    EXPECT_THAT(outcome.err, HasSubstr(usage.message));
+    EXPECT_THAT(outcome.out, IsEmpty());
+  }
+}
+
+TEST(Usage, HelpAndVersionAnswer) {
+  EXPECT_EQ(RunProgram({"--version"}).out, "vorn-font-test 1.0.0\n");
+  const Outcome help = RunProgram({"-o", "ignored", "--help"});
+  EXPECT_EQ(help.status, 0);
+  for (const char* part : {"Usage: vorn-font-test", "--fail-on LEVEL", "Exit status:", "Examples:"}) {
+    EXPECT_THAT(help.out, HasSubstr(part));
+  }
+}
+
+TEST_F(CommandLine, ExitStatusSaysWhatWasFound) {
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+  } cases[] = {
+      {{Good()}, 0},
+      {{NoFont()}, 1},
+      {{"--fail-on", "fatal", Good(), NoFont()}, 1},
+      {{"--fail-on", "never", NoFont()}, 0},
+      {{"-q", "-r", "results", NoFont()}, 1},
+      {{Missing(), Good()}, 2},
+      {{NoFont(), Missing()}, 2},
+  };
+  for (const auto& run : cases)
+    EXPECT_EQ(RunProgram(run.arguments).status, run.status) << testing::PrintToString(run.arguments);
+}
+
+TEST_F(CommandLine, UnreadablePathsAreNamedAndTheOthersDone) {
+  const std::string fifo = folder_.File("fifo.ttf");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const Outcome outcome = RunProgram({Missing(), fifo, "", Good()});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(Lines(outcome.err), ElementsAre("vorn-font-test: " + Missing() + ": No such file or directory",
+                                              "vorn-font-test: " + fifo + ": Not a regular file",
+                                              "vorn-font-test: : No such file or directory"));
+  EXPECT_THAT(outcome.out, HasSubstr(Good() + ": Good Regular (Good-Regular), TrueType font data"));
+  EXPECT_THAT(outcome.out, HasSubstr("3 paths could not be read"));
+}
+
+TEST_F(CommandLine, DirectoriesAreSearchedForFontsInOrder) {
+  namespace fs = std::filesystem;
+  const Bytes font = test::GoodFont().Build();
+  fs::create_directories(folder_.Path() / "[b]" / "deep");
+  NoFont();
+  for (const char* name : {"c.ttf", "a.otf", "[b]/deep/x.ttf", "[b]/y"}) folder_.Write(name, font);
+  folder_.Write("d.sfont", Bytes(12, 'd'));
+  folder_.Write("empty.ttf", {});
+  fs::create_directory_symlink(folder_.Path(), folder_.Path() / "[b]" / "loop");
+  fs::create_symlink("c.ttf", folder_.Path() / "link");
+  ASSERT_EQ(mkfifo(folder_.File("fifo").c_str(), 0600), 0);
+
+  const std::string top = folder_.Path().string();
+  EXPECT_THAT(Reported({top, "--fail-on", "never"}, 0),
+              ElementsAre("[b]/deep/x.ttf", "[b]/y", "a.otf", "c.ttf", "d.sfont", "link"));
+  EXPECT_THAT(Reported({folder_.File("[b]") + "/", "--fail-on", "never"}, 0).front(), "[b]/deep/x.ttf");
+  EXPECT_THAT(Reported({folder_.File("notes.txt"), folder_.File("empty.ttf")}, 1),
+              ElementsAre("notes.txt", "empty.ttf"));
+  fs::create_symlink("nowhere", folder_.Path() / "broken");
+  EXPECT_THAT(Reported({top}, 2), testing::SizeIs(6));
+}
+
+TEST_F(CommandLine, WritesValidJson) {
+  const std::string odd = folder_.Write("odd\n\xFF.ttf", test::GoodFont().Build());
+  const Outcome outcome = RunProgram({"-f", "json", odd, Missing(), NoFont()});
+  EXPECT_EQ(outcome.status, 2);
+  const json files = json::parse(outcome.out)["files"];
+  ASSERT_EQ(files.size(), 2u);
+  EXPECT_THAT(files[0]["path"].get<std::string>(), EndsWith("odd\n\xEF\xBF\xBD.ttf"));
+  const json& font = files[0]["report"]["kVornFontTestFontsTestedKey"][0];
+  EXPECT_EQ(font["kVornFontTestFontPostScriptNameKey"], "Good-Regular");
+  EXPECT_THAT(font["kVornFontTestArrayKey"][0]["kVornFontTestTimeStampKey"].get<std::string>(),
+              testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z"));
+  EXPECT_EQ(files[1]["report"]["kVornFontTestResultKey"], json({"kVornFontTestSeverityFatalError"}));
+
+  EXPECT_EQ(json::parse(RunProgram({"-f", "json", Missing()}).out), json({{"files", json::array()}}));
+  const auto lines = JsonLines(RunProgram({"-f", "jsonl", "-r", "summary", Good(), NoFont()}));
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0]["path"], Good());
+  EXPECT_EQ(lines[1]["report"]["kVornFontTestCreateReportTypeKey"], "kVornFontTestReportTypeSummary");
+}
+
+TEST_F(CommandLine, WritesAPropertyList) {
+  const std::string text = RunProgram({"-f", "plist", Good(), NoFont()}).out;
+  const auto data = Tova::Adopt(TovaDataCreate(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
+  const auto list = Tova::Adopt(TovaPropertyListCreateWithData(data.get(), nullptr));
+  TovaArrayRef files =
+      Tova::AsArray(TovaDictionaryGetValue(Tova::AsDictionary(list.get()), Tova::MakeString("files").get()));
+  ASSERT_EQ(TovaArrayGetCount(files), 2) << text;
+  TovaDictionaryRef file = Tova::AsDictionary(TovaArrayGetValueAtIndex(files, 0));
+  EXPECT_EQ(Tova::Text(Tova::AsString(TovaDictionaryGetValue(file, Tova::MakeString("path").get()))), Good());
+  EXPECT_THAT(text, HasSubstr("<date>"));
+}
+
+TEST_F(CommandLine, NamesCannotDriveTheTerminal) {
+  const std::string path =
+      folder_.Write("a\x1b[2J\xE2\x80\xAE.ttf",
+                    test::GoodFont().Table("name", test::NameTable({{4, "E\x1b[1mvil\x07\x9b"}})).Build());
+  const Outcome text = RunProgram({path});
+  EXPECT_THAT(text.out, HasSubstr("a\\x1b[2J\\u202e.ttf: E\\x1b[1mvil\\x07\\u009b"));
+  EXPECT_THAT(text.out, Not(HasSubstr("\x1b")));
+  const Outcome lines = RunProgram({"-f", "jsonl", path});
+  EXPECT_THAT(lines.out, HasSubstr("E\\u001b[1mvil\\u0007\\u009b"));
+  EXPECT_EQ(JsonLines(lines)[0]["path"], path);
+  EXPECT_THAT(RunProgram({path + "\n"}).err, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(CommandLine, ColorsOnlyWhereTheyAreWanted) {
+  const auto colored = [](const std::string& text) { return text.find("\x1b[") != std::string::npos; };
+  const std::string font = Good();
+  EXPECT_TRUE(colored(RunProgram({font}, Destination::kTerminal).out));
+  EXPECT_FALSE(colored(RunProgram({font}, Destination::kTerminal, {"NO_COLOR=1"}).out));
+  EXPECT_TRUE(colored(RunProgram({font}, Destination::kTerminal, {"NO_COLOR="}).out));
+  EXPECT_FALSE(colored(RunProgram({font, "--color=never"}, Destination::kTerminal).out));
+  EXPECT_FALSE(colored(RunProgram({font}).out));
+  EXPECT_TRUE(colored(RunProgram({font, "--color=always"}, Destination::kFile, {"NO_COLOR=1"}).out));
+}
+
+TEST_F(CommandLine, ReportsGoWhereTheyAreSent) {
+  const std::string report = folder_.Write("report.json", Bytes(100'000, 'x'));
+  EXPECT_THAT(RunProgram({"-q", NoFont()}).out, IsEmpty());
+  const Outcome outcome = RunProgram({"-q", "-f", "json", "-o", report, Good()});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.out + outcome.err, IsEmpty());
+  std::ifstream file(report);
+  EXPECT_EQ(json::parse(file)["files"].size(), 1u);
+
+  const Outcome refused = RunProgram({"-o", Good(), Good()});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_THAT(refused.err, HasSubstr("is one of the files to test"));
+  EXPECT_GT(std::filesystem::file_size(folder_.File("good.ttf")), 100u);
+}
+
+TEST_F(CommandLine, ReportsThatCannotBeWrittenFailTheRun) {
+  const struct {
+    Destination destination;
+    std::string message;
+  } cases[] = {{Destination::kFull, "standard output: No space left on device"},
+               {Destination::kClosedPipe, "standard output: Broken pipe"},
+               {Destination::kClosed, "standard output: Bad file descriptor"}};
+  for (const auto& broken : cases) {
+    for (const char* format : {"text", "json", "jsonl", "plist"}) {
+      const Outcome outcome = RunProgram({"-f", format, Good(), Missing()}, broken.destination);
+      EXPECT_EQ(outcome.status, 3) << format;
+      EXPECT_THAT(outcome.err, HasSubstr("vorn-font-test: " + broken.message)) << format;
+    }
+    EXPECT_EQ(RunProgram({"--help"}, broken.destination).status, 3);
+  }
+  EXPECT_EQ(RunProgram({"-o", "/dev/full", Good()}).status, 3);
+  EXPECT_EQ(RunProgram({"-o", folder_.File("no/such/folder"), Good()}).status, 3);
+}
+
+}  // namespace
