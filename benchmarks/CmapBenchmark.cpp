@@ -52,7 +52,7 @@ void StructureTest(benchmark::State& state) {
   const FTFontTable* cmap = font.GetTaggedTable(FTTag("cmap"));
   const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
   for (auto _ : state) benchmark::DoNotOptimize(TestStructure_cmap(&font, nullptr, options.get()));
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * (cmap ? cmap->GetSize() : 0)));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(cmap ? cmap->GetSize() : 0));
 }
 BENCHMARK(StructureTest);
 

@@ -9,3 +9,8 @@ inline constexpr int64_t kMaxMessagesOfCheck = 65536;
 /// Device widths that are compared with scaled advances. Enough for every glyph at each of the 256 sizes that a device
 /// record can have; records that overlap could ask for billions.
 inline constexpr uint64_t kMaxDeviceWidthsCompared = uint64_t{256} * 65536;
+
+/// Groups, array entries, characters and mappings that the structure test of 'cmap' looks at in all subtables: seven
+/// times as many as there are characters. Records and subtables can share and overlap their bytes, so that a megabyte
+/// asks for billions; a table that asks for more than these is refused as invalid.
+inline constexpr uint64_t kMaxCmapChecks = 1 << 23;

@@ -1,11 +1,11 @@
 #include "Tests/VornFontTesterStructure_cmap.h"
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FTLimits.h"
+#include "Tests/Limits.h"
 
 namespace {
 
-/// More records than this are no error, but no font has use for them.
+/// So many records or more are no error, but no font has use for them.
 constexpr uint32_t kUnusualRecordCount = 1025;
 
 /// Whether the codes of an encoding are single bytes: platform 1 in the scripts that are not East Asian (1 Japanese, 2
@@ -42,7 +42,7 @@ const FTFontTable* VornFontTesterStructure_cmap::TestsTableWithTag(uint32_t iTag
 void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
                                                          const char* iFormat, Arguments iArguments) const {
   if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;
-  if (++_fFindings > kFTMaxCmapMessages) {
+  if (++_fFindings > kMaxMessagesOfCheck) {
     AppendResult(iSeverity);
   } else {
     VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
@@ -51,7 +51,7 @@ void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, Tov
 
 void VornFontTesterStructure_cmap::PrepareChecks(uint64_t iCount) const {
   _fChecks += iCount;
-  if (_fChecks > kFTMaxCmapChecks) FTThrow("_fChecks > kFTMaxCmapChecks", "The font has an invalid 'cmap' table");
+  if (_fChecks > kMaxCmapChecks) FTThrow("_fChecks > kMaxCmapChecks", "The font has an invalid 'cmap' table");
 }
 
 void VornFontTesterStructure_cmap::CheckHeader() const {

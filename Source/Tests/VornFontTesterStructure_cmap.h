@@ -18,7 +18,7 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "cmap"; }
   const FTFontTable* TestsTableWithTag(uint32_t iTag) const override;
-  /// As the base does, but only the first kFTMaxCmapMessages findings of a run give a message.
+  /// As the base does, but only the first kMaxMessagesOfCheck findings of a run give a message.
   void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const override;
   /// The table under test, null outside a run.
@@ -70,12 +70,12 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   uint64_t CheckNonDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector, Tova::ByteView iTable) const;
 
   uint32_t GlyphCount() const { return GetTable()->GetFont()->CountFontGlyphs(); }
-  /// Counts checks that are about to be made; throws when they come to more than kFTMaxCmapChecks.
+  /// Counts checks that are about to be made; throws when they come to more than kMaxCmapChecks.
   void PrepareChecks(uint64_t iCount) const;
 
   mutable const FTFontTable_cmap* _fTable = nullptr;
   mutable uint64_t _fChecks = 0;
-  mutable uint64_t _fFindings = 0;
+  mutable int64_t _fFindings = 0;
   mutable uint64_t _fFatalFindings = 0;
 };
 

@@ -56,9 +56,9 @@ bool VornFontTesterStructure_cmap::ValidCMap4(uint64_t iEncoding, Tova::ByteView
 
 /// The three fields that a binary search over the segments starts from.
 void VornFontTesterStructure_cmap::CheckSearchFields(const Format4& iTable) const {
-  const auto tCount = static_cast<uint32_t>(iTable.count);
-  const uint32_t tSelector = tCount == 0 ? 0 : FirstBit(tCount);
-  const uint32_t tPower = tCount == 0 ? 0 : 1u << tSelector;
+  const auto tCount = static_cast<uint64_t>(iTable.count);
+  const uint32_t tSelector = tCount == 0 ? 0 : FirstBit(static_cast<uint32_t>(tCount));
+  const uint64_t tPower = tCount == 0 ? 0 : uint64_t{1} << tSelector;
   if (const uint16_t tRange = iTable.bytes.U16(8); tRange != Tova::Wrap16(2 * tPower)) {
     ReportResult(kVornFontTestSeverityMajorError, "Encoding %d (format 4), search range is %d; should be %d",
                  {iTable.encoding, tRange, Tova::Wrap16(2 * tPower)});

@@ -53,7 +53,7 @@ Ranges ReadFormat2(Tova::ByteView iBytes) {
     const uint64_t tArray = tAt + 6 + iBytes.U16(tAt + 6);
     if (tKey == 0) {
       if (tHigh >= tFirst && tHigh - tFirst < tCount) {
-        AddArray(tRanges, iBytes, tHigh, 1, tArray + 2 * (tHigh - tFirst), tDelta);
+        AddArray(tRanges, iBytes, tHigh, 1, tArray + 2 * uint64_t{tHigh - tFirst}, tDelta);
       }
     } else if (tCount >= 2) {
       AddArray(tRanges, iBytes, tHigh * 256 + tFirst, tCount, tArray, tDelta);
@@ -75,7 +75,7 @@ Ranges ReadFormat4(Tova::ByteView iBytes) {
     if (tFirst > tLast) continue;
     const int32_t tDelta = iBytes.S16(16 + 2 * (2 * tCount + i));
     const uint64_t tOffsetAt = 16 + 2 * (3 * tCount + i);
-    const uint32_t tOffset = iBytes.U16(tOffsetAt);
+    const uint64_t tOffset = iBytes.U16(tOffsetAt);
     if (tOffset == 0) {
       AddAscending(tRanges, tFirst, tLast, tFirst + static_cast<uint32_t>(tDelta), Rule::kAscending);
     } else {
