@@ -5,11 +5,14 @@
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
+#include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
+#include "TableAccess/TableClasses/FTFontTable_loca.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
 #include "TableAccess/TableClasses/FTFontTable_name.h"
+#include "TableAccess/TableClasses/FTFontTable_vmtx.h"
 #include "TableAccess/TableClasses/TagOnlyTables.h"
 
 namespace {

@@ -1,0 +1,159 @@
+#include "Tests/InstructionStream.h"
+
+#include <array>
+#include <initializer_list>
+
+#include "TableAccess/TableClasses/FTFontTable.h"
+#include "Tests/VornFontTester.h"
+
+namespace {
+
+/// IFs that no EIF has closed yet, and all IFs and ELSEs seen.
+struct IfCounts {
+  uint16_t open = 0;
+  uint16_t ifs = 0;
+  uint16_t elses = 0;
+};
+
+struct OpCodeState {
+  const VornFontTester* tester;
+  Tova::ByteView bytes;
+  bool isFontProgram;
+  bool isGlyphProgram;
+  uint64_t current = 0;  // the opcode looked at
+  bool ok = true;
+  bool inDefinition = false;
+  uint16_t functionDefinitionCount = 0;
+  uint16_t instructionDefinitionCount = 0;
+  IfCounts topLevelIfs = {};    // of code outside definitions
+  IfCounts definitionIfs = {};  // of the definition being walked
+
+  IfCounts& CurrentIfs() { return inDefinition ? definitionIfs : topLevelIfs; }
+  uint8_t OpCode() const { return bytes.U8(current); }
+  void Fail(TovaStringRef iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
+    tester->ReportResultFromTable("Instructions", iSeverity, iFormat, iArguments);
+    ok = false;
+  }
+};
+
+/// The font program consists of definitions.
+void AssureFDEFifFontProgram(OpCodeState& ioState) {
+  if (ioState.isFontProgram && !ioState.inDefinition) {
+    ioState.Fail(kVornFontTestSeverityMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
+                 {ioState.OpCode()});
+  }
+}
+
+void DefaultOpCodeChecker(OpCodeState& ioState) { AssureFDEFifFontProgram(ioState); }
+
+void PushOpCodeChecker(OpCodeState&) {}
+
+void IllegalOpCodeChecker(OpCodeState& ioState) {
+  ioState.Fail(kVornFontTestSeverityMajorError, "Illegal opcode: %02X", {ioState.OpCode()});
+}
+
+void IfOpCodeChecker(OpCodeState& ioState) {
+  AssureFDEFifFontProgram(ioState);
+  ++ioState.CurrentIfs().open;
+  ++ioState.CurrentIfs().ifs;
+}
+
+void EndifOpCodeChecker(OpCodeState& ioState) {
+  AssureFDEFifFontProgram(ioState);
+  if (ioState.CurrentIfs().open == 0)
+    ioState.Fail(kVornFontTestSeverityMinorError, "EIF appears without matching IF");
+  else
+    --ioState.CurrentIfs().open;
+}
+
+/// ELSEs are held against all IFs before them, closed ones as well.
+void ElseOpCodeChecker(OpCodeState& ioState) {
+  AssureFDEFifFontProgram(ioState);
+  IfCounts& tIfs = ioState.CurrentIfs();
+  ++tIfs.elses;
+  if (tIfs.elses > tIfs.ifs) ioState.Fail(kVornFontTestSeverityMajorError, "Extra ELSE instruction encountered");
+}
+
+void BeginDefinition(OpCodeState& ioState) {
+  ioState.definitionIfs = {};
+  ioState.inDefinition = true;
+}
+
+void FdefOpCodeChecker(OpCodeState& ioState) {
+  if (ioState.isGlyphProgram) ioState.Fail(kVornFontTestSeverityMajorError, "FDEF not allowed in a glyph program");
+  if (ioState.inDefinition) ioState.Fail(kVornFontTestSeverityMajorError, "Cannot have FDEF within an FDEF/IDEF");
+  BeginDefinition(ioState);
+  ++ioState.functionDefinitionCount;
+}
+
+void IdefOpCodeChecker(OpCodeState& ioState) {
+  if (ioState.isGlyphProgram) ioState.Fail(kVornFontTestSeverityMajorError, "IDEF not allowed in a glyph program");
+  if (ioState.inDefinition) ioState.Fail(kVornFontTestSeverityMajorError, "Cannot have IDEF within an FDEF/IDEF");
+  BeginDefinition(ioState);
+  ++ioState.instructionDefinitionCount;
+}
+
+void EndfOpCodeChecker(OpCodeState& ioState) {
+  if (!ioState.inDefinition) {
+    ioState.Fail(kVornFontTestSeverityMajorError, "ENDF appears without matching FDEF/IDEF");
+  }
+  if (ioState.CurrentIfs().open != 0) {
+    ioState.Fail(kVornFontTestSeverityMajorError, "Unbalanced IF instruction found");
+  }
+  ioState.inDefinition = false;
+}
+
+struct OpCode {
+  void (*check)(OpCodeState&) = DefaultOpCodeChecker;
+  uint8_t operandBytes = 0;   // that follow the opcode, not counting
+  uint8_t bytesPerCount = 0;  // those for each of the number that the first operand byte gives
+};
+
+constexpr std::array<OpCode, 256> kOpCodes = [] {
+  std::array<OpCode, 256> tOpCodes = {};
+  tOpCodes[0x1B].check = ElseOpCodeChecker;
+  tOpCodes[0x2C].check = FdefOpCodeChecker;
+  tOpCodes[0x2D].check = EndfOpCodeChecker;
+  tOpCodes[0x40] = {PushOpCodeChecker, 1, 1};  // NPUSHB
+  tOpCodes[0x41] = {PushOpCodeChecker, 1, 2};  // NPUSHW
+  tOpCodes[0x58].check = IfOpCodeChecker;
+  tOpCodes[0x59].check = EndifOpCodeChecker;
+  tOpCodes[0x89].check = IdefOpCodeChecker;
+  // Other opcodes that no instruction has, such as 0x91, pass.
+  for (const uint8_t tIllegal : std::initializer_list<uint8_t>{0x7B, 0x83, 0x84, 0x90, 0xAF})
+    tOpCodes[tIllegal].check = IllegalOpCodeChecker;
+  for (uint8_t tPushed = 1; tPushed <= 8; ++tPushed) {
+    tOpCodes[0xB0 + tPushed - 1u] = {PushOpCodeChecker, tPushed};                             // PUSHB[]
+    tOpCodes[0xB8 + tPushed - 1u] = {PushOpCodeChecker, static_cast<uint8_t>(2u * tPushed)};  // PUSHW[]
+  }
+  return tOpCodes;
+}();
+
+}  // namespace
+
+bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteView iBytes, uint64_t iLength,
+                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions) {
+  if (iLength == 0) return true;
+  OpCodeState tState = {.tester = iTester,
+                        .bytes = iBytes,
+                        .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
+                        .isGlyphProgram = iTester->TestsTableWithTag(FTTag("glyf")) != nullptr};
+  do {
+    const OpCode& tOpCode = kOpCodes[tState.OpCode()];
+    tOpCode.check(tState);
+    tState.current += uint64_t{1} + tOpCode.operandBytes;
+    if (tOpCode.bytesPerCount != 0)
+      tState.current += uint64_t{tOpCode.bytesPerCount} * iBytes.U8(tState.current - tOpCode.operandBytes);
+  } while (tState.ok && tState.current < iLength);
+
+  if (tState.current > iLength) {
+    tState.Fail(kVornFontTestSeverityMajorError, "INSTRUCTION STREAM OVERRUN ENCOUNTERED!");
+  }
+  if (tState.CurrentIfs().open != 0) {
+    tState.Fail(kVornFontTestSeverityMajorError, "Unbalanced IF instruction found");
+  }
+  if (tState.inDefinition) tState.Fail(kVornFontTestSeverityMajorError, "Unbalanced FDEF/IDEF");
+  if (oFunctionDefinitions) *oFunctionDefinitions = tState.functionDefinitionCount;
+  if (oInstructionDefinitions) *oInstructionDefinitions = tState.instructionDefinitionCount;
+  return tState.ok;
+}
