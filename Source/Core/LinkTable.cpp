@@ -3,19 +3,22 @@
 #include <algorithm>
 #include <array>
 
+#include "Tests/VornFontTesterStructure_cmap.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
 #include "Tests/VornFontTester_sfnt.h"
 
 namespace {
 
-/// Every test of the library, ascending by identifier.
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
+    {"veltrin.TrueType.cmap.structure", TestStructure_cmap},
     {"veltrin.TrueType.usability", TestUsability_sfnt},
     {"veltrin.Type1.usability", TestUsability_Type1},
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 
 }  // namespace
+
+std::span<const VornFontTestLink> GetTestLinks() { return gLinks; }
 
 const VornFontTestLink* FindTestLink(std::string_view iIdentifier) {
   const auto tRow = std::partition_point(gLinks.begin(), gLinks.end(), [iIdentifier](const VornFontTestLink& iRow) {

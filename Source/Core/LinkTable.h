@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "Tests/VornFontTester.h"
@@ -14,6 +15,9 @@ struct VornFontTestLink {
 constexpr int VornFontTestLinkComp(std::string_view iIdentifier, const VornFontTestLink& iRow) {
   return iIdentifier.compare(iRow.identifier);
 }
+
+/// Every test of the library, ascending by identifier.
+std::span<const VornFontTestLink> GetTestLinks();
 
 /// The row of a test, null when the identifier is of none.
 const VornFontTestLink* FindTestLink(std::string_view iIdentifier);

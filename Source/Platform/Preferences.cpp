@@ -114,16 +114,27 @@ class Domain {
   std::vector<Change> changes_;
 };
 
+/// All domains used so far, each read once.
+struct Domains {
+  std::mutex mutex;
+  std::map<std::string, Domain, std::less<>> byName;
+};
+
+Domains& AllDomains() {
+  static auto* domains = new Domains;
+  return *domains;
+}
+
 /// Does something with a domain while no other thread does.
 template <class Action>
 auto WithDomain(TovaStringRef name, Action action) {
   return Guarded([&] {
-    static auto* mutex = new std::mutex;
-    static auto* domains = new std::map<std::string, Domain, std::less<>>;
-    const std::lock_guard lock(*mutex);
-    auto found = domains->find(Text(name));
-    if (found == domains->end()) {
-      found = domains->emplace(std::string(Text(name)), Domain(std::string(Text(name)))).first;
+    Domains& domains = AllDomains();
+    const std::lock_guard lock(domains.mutex);
+    auto found = domains.byName.find(Text(name));
+    if (found == domains.byName.end()) {
+      const std::string key(Text(name));
+      found = domains.byName.emplace(key, Domain(key)).first;
     }
     return action(found->second);
   });

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/Johab.h"
 #include "Platform/String.h"
 #include "Platform/Utf8.h"
 
@@ -132,11 +133,13 @@ std::optional<std::string> Decode(std::string_view bytes, TovaTextEncoding encod
     return FromUtf16(bytes.size() / 2, [&](size_t i) { return byte(2 * i) << 8 | byte(2 * i + 1); });
   }
   if (encoding == kTovaTextEncodingISOLatin1) return FromUtf16(bytes.size(), byte);
+  if (encoding == kTovaTextEncodingWindowsKoreanJohab) return Utf8FromJohab(bytes);
   return Convert(bytes, encoding);
 }
 
 /// None when the text has no form in the encoding.
 std::optional<std::string> Encode(std::string_view text, TovaTextEncoding encoding) {
+  if (encoding == kTovaTextEncodingWindowsKoreanJohab) return JohabFromUtf8(text);
   const std::u16string units = ToUtf16(text);
   std::string bytes;
   if (encoding == kTovaTextEncodingUTF16BigEndian) {

@@ -1,5 +1,6 @@
 #include "Tests/InstructionStream.h"
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -104,13 +105,14 @@ void EndfOpCodeChecker(OpCodeState& ioState) {
 }
 
 struct OpCode {
-  void (*check)(OpCodeState&) = DefaultOpCodeChecker;
+  void (*check)(OpCodeState&) = nullptr;
   uint8_t operandBytes = 0;   // that follow the opcode, not counting
   uint8_t bytesPerCount = 0;  // those for each of the number that the first operand byte gives
 };
 
 constexpr std::array<OpCode, 256> kOpCodes = [] {
-  std::array<OpCode, 256> tOpCodes = {};
+  std::array<OpCode, 256> tOpCodes;
+  tOpCodes.fill({DefaultOpCodeChecker});
   tOpCodes[0x1B].check = ElseOpCodeChecker;
   tOpCodes[0x2C].check = FdefOpCodeChecker;
   tOpCodes[0x2D].check = EndfOpCodeChecker;
@@ -128,6 +130,7 @@ constexpr std::array<OpCode, 256> kOpCodes = [] {
   }
   return tOpCodes;
 }();
+static_assert(std::ranges::none_of(kOpCodes, [](const OpCode& iOpCode) { return iOpCode.check == nullptr; }));
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <initializer_list>
 #include <utility>
@@ -7,8 +8,8 @@
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
-#include "TableAccess/FontClasses/FTSfntDirectory.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
@@ -20,6 +21,13 @@ namespace {
 constexpr uint32_t kUniqueNameCode = 3;
 constexpr uint32_t kFullNameCode = 4;
 constexpr uint32_t kPostScriptNameCode = 6;
+
+/// The sign of a comparison of two numbers taken as signed.
+int CompareSigned(uint32_t iFirst, uint32_t iSecond) {
+  const auto tFirst = static_cast<int32_t>(iFirst);
+  const auto tSecond = static_cast<int32_t>(iSecond);
+  return (tFirst > tSecond) - (tFirst < tSecond);
+}
 
 }  // namespace
 
@@ -150,7 +158,10 @@ uint64_t FTFont_sfnt::CountFontNames() const {
   return tName ? tName->NameCount() : 0;
 }
 
-uint64_t FTFont_sfnt::CountFontEncodings() const { return 0; }
+uint64_t FTFont_sfnt::CountFontEncodings() const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->EncodingCount() : 0;
+}
 
 uint16_t FTFont_sfnt::CountHorizontalLongMetrics() const {
   if (_fHorizontalLongMetricsCount == 0) {
@@ -249,25 +260,58 @@ TovaStringRef FTFont_sfnt::GetFontName(uint64_t iIndex, uint32_t* oNameCode, uin
 
 // Characters.
 
-const FTEncoding* FTFont_sfnt::FindFontEncoding(uint32_t, uint32_t, uint32_t, uint64_t&) const { return nullptr; }
-
-const FTEncoding* FTFont_sfnt::FindFontUnicodeEncoding(uint64_t& oIndex) const {
-  struct Wanted {
-    uint32_t platform;
-    uint32_t script;
-  };
-  for (const Wanted tWanted : {Wanted{0, 4}, {0, 3}, {0, 0}, {0, 2}, {0, 1}, {3, 1}, {3, 10}}) {
-    if (const FTEncoding* tEncoding = FindFontEncoding(tWanted.platform, tWanted.script, kAny, oIndex)) {
-      return tEncoding;
-    }
-  }
-  return nullptr;
+const FTEncoding* FTFont_sfnt::FindFontEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                                uint64_t& oIndex) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->FindEncoding(iPlatform, iScript, iLanguage, oIndex) : nullptr;
 }
 
-const FTEncoding* FTFont_sfnt::GetFontEncoding(uint64_t, uint32_t&, uint32_t&, uint32_t&) const { return nullptr; }
+const FTEncoding* FTFont_sfnt::FindFontUnicodeEncoding(uint64_t& oIndex) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  return tCmap ? tCmap->FindUnicodeEncoding(oIndex) : nullptr;
+}
 
-uint32_t FTFont_sfnt::UnicodeToGlyphID(uint32_t) const { return kNone; }
+const FTEncoding* FTFont_sfnt::GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript,
+                                               uint32_t& oLanguage) const {
+  const auto* tCmap = FindTable<FTFontTable_cmap>();
+  const FTEncoding* tEncoding = tCmap ? tCmap->GetIndEncoding(iIndex) : nullptr;
+  if (!tEncoding) return nullptr;
+  oPlatform = tEncoding->GetPlatform();
+  oScript = tEncoding->GetScript();
+  oLanguage = tEncoding->GetLanguage();
+  return tEncoding;
+}
 
-uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t) const { return kNone; }
+uint32_t FTFont_sfnt::UnicodeToGlyphID(uint32_t iCharacter) const {
+  uint64_t tIndex = 0;
+  const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
+  const uint32_t tGlyph = tEncoding ? tEncoding->CharacterToGlyph(iCharacter) : 0;
+  return tGlyph == 0 ? kNone : tGlyph;
+}
+
+uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
+  uint64_t tIndex = 0;
+  const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
+  return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
+}
 
 bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }
+
+// The ideal order of tables.
+
+uint32_t FTFont_sfnt::TableTagToInt(uint32_t iTag) {
+  const FTTableOrder* tOrder = GetIdealTableOrder();
+  if (!tOrder) return iTag;
+  const auto tPlace = std::ranges::find(*tOrder, iTag);
+  return tPlace == tOrder->end() ? iTag : static_cast<uint32_t>(tPlace - tOrder->begin());
+}
+
+int FTFont_sfnt::TableEntryAlphabeticalOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                            const FTSfntDirectoryEntry& iSecond) {
+  return CompareSigned(iFirst.tag, iSecond.tag);
+}
+
+int FTFont_sfnt::TableEntryOffsetOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                      const FTSfntDirectoryEntry& iSecond) {
+  return CompareSigned(TableTagToInt(iFirst.tag), TableTagToInt(iSecond.tag));
+}

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "TableAccess/FontClasses/FTFont.h"
+#include "TableAccess/FontClasses/FTIdealTableOrder.h"
+#include "TableAccess/FontClasses/FTSfntDirectory.h"
 #include "TableAccess/TableClasses/FTFontTable.h"
 
 class FTEncoding;
@@ -94,6 +96,17 @@ class FTFont_sfnt : public FTFont {
   virtual TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
                                     uint32_t* oLanguage) const;
   virtual uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
+
+  /// Tags in the order in which tables are best laid out; null where the user's preference is no order.
+  static const FTTableOrder* GetIdealTableOrder() { return FTIdealTableOrder(); }
+  /// The tag's place in that order, from 0; its own value when it has none there.
+  static uint32_t TableTagToInt(uint32_t iTag);
+  /// Order directory entries by tag, and by the place of the tag: negative, 0 or positive. The numbers compared are
+  /// taken as signed.
+  static int TableEntryAlphabeticalOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                        const FTSfntDirectoryEntry& iSecond);
+  static int TableEntryOffsetOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
+                                                  const FTSfntDirectoryEntry& iSecond);
 
   /// The accessor as its class T (whose kTag names it), null without the table: FindTable<FTFontTable_head>().
   template <class T>

@@ -6,6 +6,7 @@
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
 #include "TableAccess/TableClasses/FTFontTable_fdsc.h"
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"

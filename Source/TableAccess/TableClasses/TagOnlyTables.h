@@ -26,7 +26,6 @@ using FTFontTable_fpgm = FTTagOnlyTable<FTTag("fpgm")>;
 using FTFontTable_prep = FTTagOnlyTable<FTTag("prep")>;
 
 // Tables with contents that nothing of this library asks for yet.
-using FTFontTable_cmap = FTTagOnlyTable<FTTag("cmap")>;
 using FTFontTable_feat = FTTagOnlyTable<FTTag("feat")>;
 using FTFontTable_gvar = FTTagOnlyTable<FTTag("gvar")>;
 using FTFontTable_just = FTTagOnlyTable<FTTag("just")>;

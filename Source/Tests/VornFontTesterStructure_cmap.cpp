@@ -1,0 +1,133 @@
+#include "Tests/VornFontTesterStructure_cmap.h"
+
+#include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
+
+namespace {
+
+/// More records than this are no error, but no font has use for them.
+constexpr uint32_t kUnusualRecordCount = 1025;
+
+/// Whether the codes of an encoding are single bytes: platform 1 in the scripts that are not East Asian (1 Japanese, 2
+/// and 25 Chinese, 3 Korean), and the ASCII compatibility encoding of the custom platform.
+bool HasSingleByteCodes(uint32_t iPlatform, uint32_t iScript) {
+  if (iPlatform == 1) return iScript == 0 || (iScript > 3 && iScript != 25);
+  return iPlatform == 4 && iScript == 0;
+}
+
+}  // namespace
+
+bool VornFontTesterStructure_cmap::ExecuteTest() const {
+  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
+  if (!tFont) return false;
+  struct Run {
+    ~Run() { table = nullptr; }
+    const FTFontTable_cmap*& table;
+  } tRun{_fTable};
+  _fTable = tFont->FindTable<FTFontTable_cmap>();
+  _fChecks = _fFindings = _fFatalFindings = 0;
+  if (!_fTable) {
+    ReportResult(kVornFontTestSeverityFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
+    return false;
+  }
+  CheckHeader();
+  for (uint64_t i = 0; i < GetTable()->EncodingCount(); ++i) CheckRecord(i);
+  return true;
+}
+
+const FTFontTable* VornFontTesterStructure_cmap::TestsTableWithTag(uint32_t iTag) const {
+  return iTag == FTFontTable_cmap::kTag ? GetTable() : nullptr;
+}
+
+void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
+                                                         const char* iFormat, Arguments iArguments) const {
+  if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;
+  if (++_fFindings > kFTMaxCmapMessages) {
+    AppendResult(iSeverity);
+  } else {
+    VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
+  }
+}
+
+void VornFontTesterStructure_cmap::PrepareChecks(uint64_t iCount) const {
+  _fChecks += iCount;
+  if (_fChecks > kFTMaxCmapChecks) FTThrow("_fChecks > kFTMaxCmapChecks", "The font has an invalid 'cmap' table");
+}
+
+void VornFontTesterStructure_cmap::CheckHeader() const {
+  const Tova::ByteView tBytes = GetTable()->Bytes();
+  const uint32_t tVersion = tBytes.U16(0);
+  const uint32_t tCount = tBytes.U16(2);
+  if (tVersion != 0) {
+    ReportResult(kVornFontTestSeverityTechnicalError, "Bad cmap version - 0x%08lX", {tVersion});
+  }
+  if (tCount == 0) ReportResult(kVornFontTestSeverityFatalError, "No subtables");
+  if (tCount >= kUnusualRecordCount) {
+    ReportResult(kVornFontTestSeverityMajorError, "Questionable number of cmap subtables, %d", {tCount});
+  }
+  if (8 * tCount + 4 > tBytes.Size()) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "The encoding data requires more room (%d bytes) than there is in the table (%d bytes)",
+                 {8 * tCount + 4, tBytes.Size()});
+  }
+}
+
+void VornFontTesterStructure_cmap::CheckRecord(uint64_t iEncoding) const {
+  const Tova::ByteView tBytes = GetTable()->Bytes();
+  const FTEncoding& tSubtable = *GetTable()->GetIndEncoding(iEncoding);
+  const uint64_t tOffset = tBytes.U32(4 + 8 * iEncoding + 4);
+  if (tOffset > tBytes.Size()) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "Subtable %d offset (0x%08lX) is beyond the end of the table (0x%08lX)",
+                 {iEncoding, tOffset, tBytes.Size()});
+  }
+  ValidatePlatformScriptLanguages(static_cast<uint32_t>(iEncoding), tSubtable.GetPlatform(), tSubtable.GetScript(),
+                                  tSubtable.GetLanguage());
+  const uint64_t tEnd = tSubtable.GetUnswappedMappingDataLength() + tOffset;
+  if (tEnd > tBytes.Size()) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "Subtable %d ending offset (0x%08lX) is beyond the end of the table (0x%08lX)",
+                 {iEncoding, tEnd, tBytes.Size()});
+  }
+  CheckSubtable(iEncoding, tSubtable);
+}
+
+void VornFontTesterStructure_cmap::CheckSubtable(uint64_t iEncoding, const FTEncoding& iSubtable) const {
+  const Tova::ByteView tBytes = iSubtable.MappingBytes();
+  const bool tSingleByte = HasSingleByteCodes(iSubtable.GetPlatform(), iSubtable.GetScript());
+  switch (iSubtable.GetLongFormat()) {
+    case 0:
+      ValidCMap0(iEncoding, tBytes);
+      break;
+    case 0x20000:
+      ValidCMap2(iEncoding, tBytes);
+      break;
+    case 0x40000:
+      ValidCMap4(iEncoding, tBytes, tSingleByte);
+      break;
+    case 0x60000:
+      ValidCMap6(iEncoding, tBytes, tSingleByte);
+      break;
+    case 0x80000:
+      ValidCMap8(iEncoding, tBytes);
+      break;
+    case 0xA0000:
+      ValidCMap10(iEncoding, tBytes);
+      break;
+    case 0xC0000:
+      ValidCMap12(iEncoding, tBytes);
+      break;
+    case 0xD0000:
+      ValidCMap13(iEncoding, tBytes);
+      break;
+    case 0xE0000:
+      ValidCMap14(iEncoding, tBytes);
+      break;
+    default:
+      break;
+  }
+}
+
+Tova::Array TestStructure_cmap(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
+  return RunTester<VornFontTesterStructure_cmap, FTFont_sfnt>(iFont, iMessages, iOptions);
+}

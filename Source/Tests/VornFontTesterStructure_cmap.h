@@ -1,0 +1,82 @@
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
+#include "Tests/VornFontTester.h"
+
+/// Judges the structure of the 'cmap' table: its header, its records, and every subtable of a known format, from the
+/// raw bytes, so that it can report on subtables that no look-up would work in. The checks ask for no severity and go
+/// on after whatever they find; bytes past the end of the table read as 0.
+///
+/// "Encoding %d" in the messages is the index of the record. Positions count from the start of the subtable.
+class VornFontTesterStructure_cmap : public VornFontTester {
+ public:
+  using VornFontTester::VornFontTester;
+  bool ExecuteTest() const override;
+  const char* GetStringTableName() const override { return "cmap"; }
+  const FTFontTable* TestsTableWithTag(uint32_t iTag) const override;
+  /// As the base does, but only the first kFTMaxCmapMessages findings of a run give a message.
+  void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
+                             Arguments iArguments = {}) const override;
+  /// The table under test, null outside a run.
+  virtual const FTFontTable_cmap* GetTable() const { return _fTable; }
+
+ protected:
+  /// The validators of the subtable formats: the index of the record and the bytes from the subtable on. iSingleByte
+  /// tells an encoding whose codes are single bytes. False when the subtable has a fatal fault.
+  virtual bool ValidCMap0(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap2(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap4(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
+  virtual bool ValidCMap6(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
+  virtual bool ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  virtual bool ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const;
+
+ private:
+  /// The glyphs of a format 2 subheader: the position of the first entry, how many, and what is added to each.
+  struct GlyphRange {
+    uint64_t position = 0;
+    uint64_t count = 0;
+    uint32_t delta = 0;
+  };
+  struct Format4;
+  struct Segment;
+
+  void CheckHeader() const;
+  void CheckRecord(uint64_t iEncoding) const;
+  void CheckSubtable(uint64_t iEncoding, const FTEncoding& iSubtable) const;
+
+  /// Returns the subheaders that keys lead to.
+  std::bitset<256> CheckSubheaderKeys(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  GlyphRange CheckSubheader(uint64_t iEncoding, Tova::ByteView iBytes, uint64_t iSubheader,
+                            uint64_t iSubheadersEnd) const;
+  void CheckUnreferencedSubheader(uint64_t iEncoding, Tova::ByteView iBytes, uint64_t iSubheader,
+                                  const GlyphRange& iRange) const;
+
+  void CheckSearchFields(const Format4& iTable) const;
+  void CheckLastSegment(const Format4& iTable) const;
+  void CheckCodes(const Format4& iTable, const Segment& iSegment, int32_t iPreviousEnd) const;
+  void CheckGlyphRun(const Format4& iTable, const Segment& iSegment) const;
+  void CheckGlyphArray(const Format4& iTable, const Segment& iSegment) const;
+
+  /// Both return the bytes that the table takes by its own count.
+  uint64_t CheckDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector, Tova::ByteView iTable,
+                             const FTEncoding& iUnicode) const;
+  uint64_t CheckNonDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector, Tova::ByteView iTable) const;
+
+  uint32_t GlyphCount() const { return GetTable()->GetFont()->CountFontGlyphs(); }
+  /// Counts checks that are about to be made; throws when they come to more than kFTMaxCmapChecks.
+  void PrepareChecks(uint64_t iCount) const;
+
+  mutable const FTFontTable_cmap* _fTable = nullptr;
+  mutable uint64_t _fChecks = 0;
+  mutable uint64_t _fFindings = 0;
+  mutable uint64_t _fFatalFindings = 0;
+};
+
+Tova::Array TestStructure_cmap(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);

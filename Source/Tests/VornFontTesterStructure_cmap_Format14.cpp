@@ -1,0 +1,101 @@
+// Format 14: what a variation selector does to a character. A default table lists characters that keep the glyph of the
+// font's Unicode encoding, a non-default table characters that get another.
+
+#include "Tests/VornFontTesterStructure_cmap.h"
+
+bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const {
+  const uint64_t tFatalBefore = _fFatalFindings;
+  uint64_t tIndex = 0;
+  const FTEncoding* tUnicode = GetTable()->GetFont()->FindFontUnicodeEncoding(tIndex);
+  if (!tUnicode) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "There is no encoding in the 'cmap' which can be used as the basis for a Unicode encoding");
+    return false;
+  }
+  const Tova::RecordArray tRecords(iBytes, 10, iBytes.U32(6), 11);
+  const uint64_t tLength = iBytes.U32(2);
+  uint64_t tSize = 11 * tRecords.Claimed() + 10;
+  PrepareChecks(tRecords.Held());
+  for (uint64_t r = 0; r < tRecords.Held(); ++r) {
+    const Tova::ByteView tRecord = tRecords[r];
+    const uint32_t tSelector = tRecord.U24(0);
+    if (const uint32_t tOffset = tRecord.U32(3); tOffset != 0) {
+      tSize += CheckDefaultTable(iEncoding, r, tSelector, iBytes.From(tOffset), *tUnicode);
+    }
+    if (const uint32_t tOffset = tRecord.U32(7); tOffset != 0) {
+      tSize += CheckNonDefaultTable(iEncoding, r, tSelector, iBytes.From(tOffset));
+    }
+  }
+  if (tLength > tSize) {
+    ReportResult(kVornFontTestSeverityMinorError,
+                 "Encoding %d (format 14), calculated size (%d) is less than the size stated in the header (%d)",
+                 {iEncoding, tSize, tLength});
+  } else if (tLength < tSize) {
+    ReportResult(kVornFontTestSeverityFatalError,
+                 "Encoding %d (format 14), calculated size (%d) is greater than the size stated in the header (%d)",
+                 {iEncoding, tSize, tLength});
+  }
+  return _fFatalFindings == tFatalBefore;
+}
+
+uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector,
+                                                         Tova::ByteView iTable, const FTEncoding& iUnicode) const {
+  const Tova::RecordArray tRanges(iTable, 4, iTable.U32(0), 4);
+  for (uint64_t q = 0; q < tRanges.Held(); ++q) {
+    const uint32_t tFirst = tRanges[q].U24(0);
+    const uint32_t tFurther = tRanges[q].U8(3);
+    PrepareChecks(tFurther + 1);
+    for (uint32_t tCharacter = tFirst; tCharacter <= tFirst + tFurther; ++tCharacter) {
+      const uint32_t tGlyph = iUnicode.CharacterToGlyph(tCharacter);
+      if (tGlyph == 0xFFFF) {
+        ReportResult(kVornFontTestSeverityTechnicalError,
+                     "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
+                     "mapped to invalid glyph (-1).",
+                     {iEncoding, iRecord, q, iSelector, tCharacter});
+        continue;
+      }
+      if (tGlyph == 0) {
+        ReportResult(kVornFontTestSeverityTechnicalError,
+                     "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
+                     "mapped to glyph 0.",
+                     {iEncoding, iRecord, q, iSelector, tCharacter});
+      }
+      if (tGlyph >= GlyphCount()) {
+        ReportResult(kVornFontTestSeverityMajorError,
+                     "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
+                     "mapped to nonexistent glyph (%d), glyph count == %d.",
+                     {iEncoding, iRecord, q, iSelector, tCharacter, tGlyph, GlyphCount()});
+      }
+    }
+  }
+  return 4 * tRanges.Claimed() + 4;
+}
+
+uint64_t VornFontTesterStructure_cmap::CheckNonDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector,
+                                                            Tova::ByteView iTable) const {
+  const Tova::RecordArray tMappings(iTable, 4, iTable.U32(0), 5);
+  PrepareChecks(tMappings.Held());
+  for (uint64_t q = 0; q < tMappings.Held(); ++q) {
+    const uint32_t tCharacter = tMappings[q].U24(0);
+    const uint32_t tGlyph = tMappings[q].U16(3);
+    if (tGlyph == 0) {
+      ReportResult(kVornFontTestSeverityMajorError,
+                   "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
+                   "U+%04X mapped to glyph 0.",
+                   {iEncoding, iRecord, q, iSelector, tCharacter});
+    }
+    if (tGlyph == 0xFFFF) {
+      ReportResult(kVornFontTestSeverityMajorError,
+                   "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
+                   "U+%04X mapped to invalid glyph (-1).",
+                   {iEncoding, iRecord, q, iSelector, tCharacter});
+    }
+    if (tGlyph >= GlyphCount()) {
+      ReportResult(kVornFontTestSeverityMajorError,
+                   "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
+                   "U+%04X mapped to nonexistent glyph (%d), glyph count == %d.",
+                   {iEncoding, iRecord, q, iSelector, tCharacter, tGlyph, GlyphCount()});
+    }
+  }
+  return 5 * tMappings.Claimed() + 4;
+}

@@ -1,0 +1,215 @@
+#include "Options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace tool {
+namespace {
+
+constexpr const char* kDescription =
+    "Validates font files: runs tests over every font of the given files and reports what is wrong with them.";
+
+constexpr const char* kFooter = R"(Exit status:
+  0  nothing was found at the --fail-on level or above
+  1  something was found
+  2  wrong usage, or a file that cannot be read (all others are still tested)
+  3  the program itself failed: the report cannot be written, for instance
+
+Examples:
+  vorn-font-test MyFont.ttf                    everything major or fatal
+  vorn-font-test -s minor ~/fonts              all fonts under a directory, minor errors too
+  vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
+  vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
+  vorn-font-test -q --fail-on fatal a.ttf      no report, only the exit status)";
+
+template <class T>
+using Choices = std::vector<std::pair<std::string_view, T>>;
+
+const Choices<Severity> kLevels = {{"information", Severity::kInformation},
+                                   {"technical", Severity::kTechnical},
+                                   {"minor", Severity::kMinor},
+                                   {"major", Severity::kMajor},
+                                   {"fatal", Severity::kFatal}};
+
+/// What the word stands for.
+template <class T>
+const T& Choose(const Choices<T>& choices, const std::string& option, const std::string& word) {
+  std::string words;
+  for (const auto& [choice, value] : choices) {
+    if (choice == word) return value;
+    words.append(words.empty() ? "" : ", ").append(choice);
+  }
+  throw UsageError(option + ": '" + word + "' is none of " + words);
+}
+
+/// Accepts one of the words and puts what it stands for into target; the last one counts.
+template <class T>
+CLI::Option* AddChoice(CLI::App& app, const std::string& names, T& target, const Choices<T>& choices,
+                       const std::string& help) {
+  const std::string name = names.substr(names.find("--"));
+  return app
+      .add_option_function<std::string>(
+          names, [&target, &choices, name](const std::string& word) { target = Choose(choices, name, word); }, help)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+}
+
+/// An option that may be given several times, with one value each time.
+CLI::Option* AddRepeatable(CLI::App& app, const std::string& names, std::vector<std::string>& target,
+                           const std::string& help) {
+  return app.add_option(names, target, help)->expected(1)->allow_extra_args(false)->take_all();
+}
+
+void AddTestOptions(CLI::App& app, Options& options) {
+  const char* group = "Which tests run";
+  AddRepeatable(app, "-t,--test", options.tests,
+                "Run this test, or those a glob matches, such as '*.cmap.*'.\n"
+                "Repeatable; tests run in the order given. Default: all.")
+      ->option_text("ID")
+      ->group(group);
+  AddRepeatable(app, "-x,--exclude", options.excludes, "Leave this test out, or those a glob matches. Repeatable.")
+      ->option_text("ID")
+      ->group(group);
+  AddRepeatable(app, "-T,--type", options.types,
+                "Only tests of this type: core, structure, consistency,\n"
+                "usability, specification, unexpected-value or all.\n"
+                "Repeatable. Default: all.")
+      ->option_text("TYPE")
+      ->group(group);
+  AddChoice(app, "--enable", options.enable, kLevels,
+            "Look only for findings of this level and above; tests may\n"
+            "then skip costly milder checks. Default: information.")
+      ->option_text("LEVEL")
+      ->group(group);
+  app.add_flag("--duplicates", options.duplicates, "Also search the installed fonts for one of the same name.")
+      ->group(group);
+  app.add_flag("--list-tests", options.listTests, "List the tests that would run, and run none.")->group(group);
+}
+
+void AddReportOptions(CLI::App& app, Options& options) {
+  static const Choices<Detail> kDetails = {
+      {"results", Detail::kResults}, {"summary", Detail::kSummary}, {"full", Detail::kFull}};
+  static const Choices<Format> kFormats = {{"text", Format::kText},
+                                           {"json", Format::kJson},
+                                           {"jsonl", Format::kJsonLines},
+                                           {"plist", Format::kPropertyList}};
+  static const Choices<ColorMode> kColors = {
+      {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
+  const char* group = "What the report holds";
+  AddChoice(app, "-s,--show", options.show, kLevels,
+            "Lowest level that text shows: information, technical,\n"
+            "minor, major or fatal. Default: major.")
+      ->option_text("LEVEL")
+      ->group(group);
+  AddChoice(app, "-r,--report", options.detail, kDetails,
+            "results: the levels found in each file; summary: in each\n"
+            "test of each font; full: all messages. Default: full.\n"
+            "Below full, a test may stop at its first finding.")
+      ->option_text("DETAIL")
+      ->group(group);
+  AddChoice(app, "-f,--format", options.format, kFormats,
+            "text; json: one document; jsonl: one line a file, as it\n"
+            "ends; plist: an XML property list. Default: text.")
+      ->option_text("FORMAT")
+      ->group(group);
+  app.add_option("-o,--output", options.output, "Write the report to a file instead of standard output.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("FILE")
+      ->group(group);
+  app.add_flag("--all-messages", options.allMessages, "Show messages that differ only in their numbers, too.")
+      ->group(group);
+  AddChoice(app, "--color", options.color, kColors,
+            "auto, always or never. auto colors text on a terminal,\n"
+            "unless NO_COLOR is set. Default: auto.")
+      ->option_text("WHEN")
+      ->group(group);
+  app.add_flag("-q,--quiet", options.quiet,
+               "Write nothing to standard output; errors, the exit status\n"
+               "and a report asked for with --output remain.")
+      ->group(group);
+}
+
+void AddRunOptions(CLI::App& app, Options& options) {
+  static const Choices<std::optional<Severity>> kFailLevels = [] {
+    Choices<std::optional<Severity>> levels(kLevels.begin(), kLevels.end());
+    levels.emplace_back("never", std::nullopt);
+    return levels;
+  }();
+  const char* group = "The run";
+  AddChoice(app, "--fail-on", options.failOn, kFailLevels,
+            "Exit with 1 when something of this level or above is\n"
+            "found; or never. Default: major.")
+      ->option_text("LEVEL")
+      ->group(group);
+  app.set_help_flag("-h,--help", "Print this help.")->group(group);
+  app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
+}
+
+std::string HelpText(const CLI::App& app) {
+  std::string text = app.help();
+  for (size_t at; (at = text.find("\n\n\n")) != std::string::npos;) text.erase(at, 1);
+  return text;
+}
+
+/// CLI11's default usage line does not say that options repeat, nor that paths may be left out.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App*, std::string) const override {
+    return "\nUsage: vorn-font-test [OPTION]... PATH...\n"
+           "       vorn-font-test --list-tests [OPTION]...\n";
+  }
+  std::string make_positionals(const CLI::App*) const override {
+    return "\nPATH is a font file or a directory, which is searched for font files recursively.\n";
+  }
+};
+
+/// Takes what CLI11 did not recognise for paths. (Its own list of positional values would split a path in brackets.)
+void TakePaths(const CLI::App& app, Options& options) {
+  for (const std::string& path : app.remaining()) {
+    if (path.size() > 1 && path.front() == '-') throw UsageError("unknown option " + path);
+    options.paths.push_back(path);
+  }
+}
+
+/// What else the command line asks for then counts for nothing.
+Options AnswerOnly(const std::string& text) {
+  Options options;
+  options.answer = text;
+  return options;
+}
+
+}  // namespace
+
+Options ParseCommandLine(int argc, const char* const* argv) {
+  Options options;
+  CLI::App app(kDescription, "vorn-font-test");
+  auto formatter = std::make_shared<HelpFormatter>();
+  formatter->column_width(24);
+  app.formatter(formatter);
+  app.footer(kFooter);
+  app.allow_extras();
+  AddTestOptions(app, options);
+  AddReportOptions(app, options);
+  AddRunOptions(app, options);
+  const char* const* end = argv + argc;
+  const char* const* dashes = std::find(argv, end, std::string_view("--"));
+  try {
+    app.parse(static_cast<int>(dashes - argv), argv);
+  } catch (const CLI::CallForHelp&) {
+    return AnswerOnly(HelpText(app));
+  } catch (const CLI::CallForVersion& version) {
+    return AnswerOnly(std::string(version.what()) + "\n");
+  } catch (const CLI::ArgumentMismatch& error) {
+    const std::string text = error.what();
+    throw UsageError(text.substr(0, text.find(':')) + " needs a value");
+  } catch (const CLI::ParseError& error) {
+    throw UsageError(error.what());
+  }
+  TakePaths(app, options);
+  if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
+  if (options.paths.empty() && !options.listTests) throw UsageError("no font file or directory given");
+  return options;
+}
+
+}  // namespace tool

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "Severity.h"
+
+namespace tool {
+
+enum class Detail { kResults, kSummary, kFull };
+enum class Format { kText, kJson, kJsonLines, kPropertyList };
+enum class ColorMode { kAuto, kAlways, kNever };
+
+/// What the command line asks for.
+struct Options {
+  std::vector<std::string> paths;
+  std::vector<std::string> tests;     ///< identifiers and globs, in the order given; empty: all tests
+  std::vector<std::string> excludes;  ///< identifiers and globs
+  std::vector<std::string> types;     ///< words of test types; empty: all types
+  bool duplicates = false;            ///< search the installed fonts for one of the same name
+  Severity enable = Severity::kInformation;
+
+  Detail detail = Detail::kFull;
+  Format format = Format::kText;
+  std::optional<std::string> output;  ///< the file to write; none: standard output
+  Severity show = Severity::kMajor;
+  bool allMessages = false;
+  ColorMode color = ColorMode::kAuto;
+  bool quiet = false;
+
+  std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
+  bool listTests = false;
+
+  std::string answer;  ///< when not empty, the text of --help or --version, which is all that was asked for
+};
+
+/// The command line asks for something that cannot be done; the text says what.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Reads the command line. Throws UsageError.
+Options ParseCommandLine(int argc, const char* const* argv);
+
+}  // namespace tool

@@ -1,0 +1,56 @@
+#include "Output.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace tool {
+namespace {
+
+constexpr size_t kBufferSize = 64 * 1024;
+
+}  // namespace
+
+Output::Output() : name_("standard output"), descriptor_(STDOUT_FILENO), owned_(false) {}
+
+Output::Output(const std::string& path)
+    : name_(path),
+      descriptor_(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666)),
+      owned_(true) {
+  if (descriptor_ < 0) Fail();
+}
+
+Output::~Output() {
+  if (owned_ && descriptor_ >= 0) close(descriptor_);
+}
+
+void Output::Write(std::string_view text) {
+  buffer_.append(text);
+  if (buffer_.size() >= kBufferSize) Flush();
+}
+
+void Output::Flush() {
+  std::string_view rest = buffer_;
+  while (!rest.empty()) {
+    const ssize_t written = write(descriptor_, rest.data(), rest.size());
+    if (written < 0 && errno != EINTR) Fail();
+    if (written > 0) rest.remove_prefix(static_cast<size_t>(written));
+  }
+  buffer_.clear();
+}
+
+void Output::Close() {
+  Flush();
+  if (!owned_) return;
+  const int result = close(descriptor_);
+  descriptor_ = -1;
+  if (result != 0) Fail();
+}
+
+bool Output::IsTerminal() const { return isatty(descriptor_) == 1; }
+
+void Output::Fail() const { throw OutputError(name_ + ": " + std::strerror(errno)); }
+
+}  // namespace tool

@@ -1,0 +1,72 @@
+#include "Report.h"
+
+#include <Tova/Tova.hpp>
+
+namespace tool {
+namespace {
+
+std::string_view TextAt(TovaDictionaryRef dictionary, TovaStringRef key) {
+  return Tova::Text(Tova::AsString(TovaDictionaryGetValue(dictionary, key)));
+}
+
+TovaArrayRef ArrayAt(TovaDictionaryRef dictionary, TovaStringRef key) {
+  return Tova::AsArray(TovaDictionaryGetValue(dictionary, key));
+}
+
+/// The array under a key, each dictionary of it read.
+template <class T>
+std::vector<T> ReadAll(TovaDictionaryRef dictionary, TovaStringRef key, T (*read)(TovaDictionaryRef)) {
+  TovaArrayRef array = ArrayAt(dictionary, key);
+  std::vector<T> result;
+  result.reserve(static_cast<size_t>(TovaArrayGetCount(array)));
+  for (TovaIndex i = 0; i < TovaArrayGetCount(array); ++i) {
+    result.push_back(read(Tova::AsDictionary(TovaArrayGetValueAtIndex(array, i))));
+  }
+  return result;
+}
+
+/// Tests state the severity of a message under the result key; the record of a font that could not be tested, under
+/// the severity key.
+Message ReadMessage(TovaDictionaryRef message) {
+  TovaStringRef severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
+  if (!severity) severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
+  return {SeverityOf(severity), TextAt(message, kVornFontTestMessageTextKey)};
+}
+
+TestRecord ReadTest(TovaDictionaryRef test) {
+  return {.identifier = TextAt(test, kVornFontTestIdentifierKey),
+          .name = TextAt(test, kVornFontTestNameKey),
+          .ran = TovaDictionaryGetValue(test, kVornFontTestTimeStampKey) != nullptr,
+          .results = SeveritySet(ArrayAt(test, kVornFontTestResultKey)),
+          .messages = ReadAll(test, kVornFontTestMessagesKey, ReadMessage)};
+}
+
+std::string_view FontTypeInWords(std::string_view type) {
+  const struct {
+    TovaStringRef constant;
+    std::string_view words;
+  } types[] = {
+      {kVornFontTestFONDResource, "FOND resource"},          {kVornFontTestNFNTResource, "NFNT resource"},
+      {kVornFontTestTrueTypeFontData, "TrueType font data"}, {kVornFontTestPostScriptFontData, "PostScript font data"},
+      {kVornFontTestSplicedFontData, "spliced font data"},   {kVornFontTestGeneralFontData, "general font data"}};
+  for (const auto& known : types) {
+    if (type == Tova::Text(known.constant)) return known.words;
+  }
+  return type;
+}
+
+FontRecord ReadFont(TovaDictionaryRef font) {
+  return {.name = TextAt(font, kVornFontTestFontNameKey),
+          .postScriptName = TextAt(font, kVornFontTestFontPostScriptNameKey),
+          .type = FontTypeInWords(TextAt(font, kVornFontTestFontTypeKey)),
+          .tests = ReadAll(font, kVornFontTestArrayKey, ReadTest)};
+}
+
+}  // namespace
+
+Report ReadReport(TovaDictionaryRef tree) {
+  return {.results = SeveritySet(ArrayAt(tree, kVornFontTestResultKey)),
+          .fonts = ReadAll(tree, kVornFontTestFontsTestedKey, ReadFont)};
+}
+
+}  // namespace tool

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "Severity.h"
+
+namespace tool {
+
+struct Message {
+  Severity severity;
+  std::string_view text;
+};
+
+/// What one test found in one font.
+struct TestRecord {
+  std::string_view identifier;
+  std::string_view name;
+  bool ran = false;  ///< false for the record that says why a font could not be tested
+  SeveritySet results;
+  std::vector<Message> messages;
+};
+
+struct FontRecord {
+  std::string_view name;
+  std::string_view postScriptName;
+  std::string_view type;  ///< in words for people
+  std::vector<TestRecord> tests;
+};
+
+/// A report of the library as plain values, which borrow the texts of its tree.
+struct Report {
+  SeveritySet results;
+  std::vector<FontRecord> fonts;
+};
+
+Report ReadReport(TovaDictionaryRef tree);
+
+}  // namespace tool

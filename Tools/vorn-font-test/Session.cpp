@@ -1,0 +1,130 @@
+#include "Session.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "EscapedText.h"
+#include "FileWalk.h"
+#include "TestList.h"
+#include "TestSelection.h"
+
+namespace tool {
+namespace {
+
+TovaStringRef ReportType(Detail detail) {
+  switch (detail) {
+    case Detail::kResults:
+      return kVornFontTestReportTypeResultsOnly;
+    case Detail::kSummary:
+      return kVornFontTestReportTypeSummary;
+    case Detail::kFull:
+      break;
+  }
+  return kVornFontTestReportTypeFull;
+}
+
+Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests) {
+  auto severities = Tova::Adopt(TovaArrayCreateMutable());
+  for (Severity severity : kSeverities) {
+    if (severity >= options.enable) TovaArrayAppendValue(severities.get(), Constant(severity));
+  }
+  auto result = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(result.get(), kVornFontTestArrayKey, tests.get());
+  TovaDictionarySetValue(result.get(), kVornFontTestSeverityKey, severities.get());
+  TovaDictionarySetValue(result.get(), kVornFontTestCreateReportTypeKey, ReportType(options.detail));
+  TovaDictionarySetValue(result.get(), kVornFontTestSkipDuplicateFontTestOptionKey, Tova::Boolean(!options.duplicates));
+  return result;
+}
+
+/// Opening the report's file empties it, so it must not be one of the files to be tested.
+void RefuseToOverwriteInput(const Options& options) {
+  struct stat output;
+  if (!options.output || stat(options.output->c_str(), &output) != 0) return;
+  for (const std::string& path : options.paths) {
+    struct stat input;
+    if (stat(path.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino) {
+      throw UsageError("--output: '" + *options.output + "' is one of the files to test");
+    }
+  }
+}
+
+/// Tests one file after the other and remembers what the exit status is to say.
+class Session {
+ public:
+  Session(const Options& options, const Tova::Array& tests, ReportWriter* writer)
+      : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), writer_(writer) {}
+
+  void Test(const std::vector<std::string>& paths) {
+    FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
+                   .failed =
+                       [this](const std::string& path, const std::string& reason) {
+                         ++unreadable_;
+                         PrintError(path + ": " + reason);
+                       }});
+    for (const std::string& path : paths) walk.Walk(path);
+    if (files_ == 0 && unreadable_ == 0) PrintError("no font files found");
+  }
+
+  size_t Unreadable() const { return unreadable_; }
+  int Status() const { return unreadable_ > 0 ? kUsageOrInput : found_ ? kSomethingFound : kNothingFound; }
+
+ private:
+  void TestFile(const std::string& path) {
+    ++files_;
+    const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
+    const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
+    if (!report) throw std::runtime_error(path + ": the library made no report");
+    const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
+    found_ = found_ || (failOn_ && results.Reaches(*failOn_));
+    if (writer_) writer_->AddFile(path, report.get());
+  }
+
+  std::optional<Severity> failOn_;
+  Tova::Dictionary libraryOptions_;
+  ReportWriter* writer_;  ///< null when no report is wanted
+  size_t files_ = 0;
+  size_t unreadable_ = 0;
+  bool found_ = false;
+};
+
+}  // namespace
+
+int Run(const Options& options) {
+  Tova::Array tests;
+  if (options.answer.empty()) {
+    tests = SelectTests(options);
+    RefuseToOverwriteInput(options);
+  }
+  const auto output = options.output ? std::make_unique<Output>(*options.output) : std::make_unique<Output>();
+  int status = kNothingFound;
+  if (!options.answer.empty()) {
+    output->Write(options.answer);
+  } else if (options.listTests) {
+    WriteTestList(tests.get(), options, *output);
+  } else {
+    const bool wanted = options.output || !options.quiet;
+    const auto writer = wanted ? MakeReportWriter(options, *output) : nullptr;
+    Session session(options, tests, writer.get());
+    if (writer) writer->Begin();
+    session.Test(options.paths);
+    if (writer) writer->End(session.Unreadable());
+    status = session.Status();
+  }
+  output->Close();
+  return status;
+}
+
+void PrintError(const std::string& text) {
+  std::string_view rest;
+  const std::string line = "vorn-font-test: " + EscapeForTerminal(text) + "\n";
+  for (rest = line; !rest.empty();) {
+    const ssize_t written = write(STDERR_FILENO, rest.data(), rest.size());
+    if (written <= 0) return;
+    rest.remove_prefix(static_cast<size_t>(written));
+  }
+}
+
+}  // namespace tool

@@ -1,0 +1,221 @@
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "Core/ReportConsolidation.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestRun.h"
+
+namespace {
+
+using test::GoodFont;
+
+Tova::MutableDictionary Dictionary(std::initializer_list<std::pair<TovaStringRef, TovaTypeRef>> entries) {
+  auto dictionary = Tova::Adopt(TovaDictionaryCreateMutable());
+  for (const auto& [key, value] : entries) TovaDictionarySetValue(dictionary.get(), key, value);
+  return dictionary;
+}
+
+Tova::MutableArray Array(std::initializer_list<TovaTypeRef> values) {
+  auto array = Tova::Adopt(TovaArrayCreateMutable());
+  for (const TovaTypeRef value : values) TovaArrayAppendValue(array.get(), value);
+  return array;
+}
+
+/// What TovaCopyDescription says of a value under a path of keys and indexes.
+class Report {
+ public:
+  explicit Report(TovaDictionaryRef report) : report_(Tova::Adopt(report)) {}
+  TovaTypeRef At(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
+    TovaTypeRef value = report_.get();
+    for (const auto& step : path) {
+      value = step.index() == 0 ? TovaDictionaryGetValue(Tova::AsDictionary(value), std::get<0>(step))
+                                : TovaArrayGetValueAtIndex(Tova::AsArray(value), std::get<1>(step));
+    }
+    return value;
+  }
+  std::string Text(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
+    return std::string(Tova::Text(Tova::AsString(At(path))));
+  }
+  TovaIndex Count(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
+    return TovaArrayGetCount(Tova::AsArray(At(path)));
+  }
+  TovaIndex Keys() const { return TovaDictionaryGetCount(report_.get()); }
+
+ private:
+  Tova::Dictionary report_;
+};
+
+class ReportCreation : public testing::Test {
+ protected:
+  Report Create(const test::Bytes& bytes, TovaDictionaryRef options = nullptr, const std::string& name = "font.ttf") {
+    return CreateAt(folder_.Write(name, bytes), options);
+  }
+  static Report CreateAt(const std::string& path, TovaDictionaryRef options) {
+    return Report(VornFontTestCreateReport(Tova::Adopt(TovaURLCreateWithFilePath(path.c_str())).get(), options));
+  }
+
+  test::TemporaryFolder folder_;
+  Tova::MutableDictionary full_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
+  Tova::MutableDictionary summary_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}});
+};
+
+constexpr auto& kResult = kVornFontTestResultKey;
+constexpr auto& kFonts = kVornFontTestFontsTestedKey;
+constexpr auto& kRecords = kVornFontTestArrayKey;
+
+TEST_F(ReportCreation, WithoutOptionsThereAreTheSeveritiesOfTheUsabilityTestsAlone) {
+  const Report report = Create(GoodFont().Table("name", test::NameTable({})).Build());
+  EXPECT_EQ(report.Keys(), 1);
+  EXPECT_EQ(report.At({kResult, 0}), kVornFontTestSeverityFatalError) << "no PostScript name";
+  const Tova::String other = Tova::MakeString("kVornFontTestReportTypeOther");
+  EXPECT_EQ(Create(GoodFont().Build(), Dictionary({{kVornFontTestCreateReportTypeKey, other.get()}}).get()).Keys(), 1);
+}
+
+TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
+  const Report report = Create(GoodFont().Remove("hmtx").Build(), full_.get());
+  EXPECT_EQ(report.Text({kVornFontTestCreateReportTypeKey}), "kVornFontTestReportTypeFull");
+  EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), kTovaBooleanFalse);
+  EXPECT_EQ(report.At({kVornFontTestUseSandboxOptionKey}), kTovaBooleanFalse);
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontPostScriptNameKey}), "Good-Regular");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "1234ABCD|Good 1.0");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestTrueTypeFontData");
+  bool found = false;
+  for (int i = 0; i < report.Count({kFonts, 0, kRecords}); ++i) {
+    if (report.Text({kFonts, 0, kRecords, i, kVornFontTestIdentifierKey}) != "veltrin.TrueType.usability") continue;
+    found = true;
+    EXPECT_EQ(report.Text({kFonts, 0, kRecords, i, kVornFontTestNameKey}), "Required tables");
+    EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, i, kVornFontTestTimeStampKey})), kTovaTypeDate);
+    EXPECT_EQ(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kResult}),
+              kVornFontTestSeverityFatalError);
+    EXPECT_EQ(
+        report.Text({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey}),
+        "sfnt: The font is missing a horizontal metrics ('htmx') table (required by the TrueType specification).");
+  }
+  EXPECT_TRUE(found);
+}
+
+TEST_F(ReportCreation, ASummaryLeavesTheMessagesOut) {
+  const Report report = Create(GoodFont().Remove("hmtx").Build(), summary_.get());
+  ASSERT_GT(report.Count({kFonts, 0, kRecords}), 0);
+  for (int i = 0; i < report.Count({kFonts, 0, kRecords}); ++i) {
+    EXPECT_EQ(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey}), nullptr);
+  }
+}
+
+TEST_F(ReportCreation, RequestedTestsRunInOrderAndUnknownOnesNotAtAll) {
+  const auto description = [](const char* identifier) {
+    return Dictionary({{kVornFontTestIdentifierKey, Tova::MakeString(identifier).get()},
+                       {kVornFontTestTargetKey, Tova::MakeString("kept").get()}});
+  };
+  const auto tests = Array({description("veltrin.none").get(), description("veltrin.TrueType.usability").get(),
+                            description("veltrin.Type1.usability").get(), kVornFontTestNameKey,
+                            description("veltrin.TrueType.usability").get()});
+  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary},
+                                   {kVornFontTestArrayKey, tests.get()},
+                                   {kVornFontTestForceTestExecutionKey, kTovaBooleanTrue}});
+  const Report report = Create(GoodFont().Build(), options.get());
+  EXPECT_EQ(report.Count({kFonts, 0, kRecords}), 2) << "unknown, inapplicable and malformed ones leave no record";
+  EXPECT_EQ(report.Text({kFonts, 0, kRecords, 1, kVornFontTestTargetKey}), "kept");
+  EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), kTovaBooleanTrue);
+
+  const auto none = Array({});
+  const Report empty =
+      Create(GoodFont().Build(), Dictionary({{kVornFontTestArrayKey, none.get()},
+                                             {kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}})
+                                     .get());
+  EXPECT_EQ(empty.Count({kResult}), 0);
+  EXPECT_EQ(empty.Count({kFonts}), 1);
+}
+
+TEST_F(ReportCreation, AFileThatIsNoFontEndsInAFatalResult) {
+  for (const test::Bytes& bytes : {test::Bytes(), test::Bytes(11), test::Bytes(100, 'x')}) {
+    const Report report = Create(bytes, full_.get(), "file");
+    EXPECT_EQ(report.At({kResult, 0}), kVornFontTestSeverityFatalError);
+    EXPECT_EQ(report.Count({kFonts}), 0);
+  }
+  EXPECT_EQ(CreateAt(folder_.File("missing"), full_.get()).Count({kResult}), 1);
+  EXPECT_EQ(Report(VornFontTestCreateReport(nullptr, nullptr)).Count({kResult}), 1);
+}
+
+TEST_F(ReportCreation, ABrokenFontLeavesAFatalRecordAfterTheFontsBeforeIt) {
+  test::FontBuilder broken = GoodFont();
+  broken.Entry("over", 0, 0xFFFF);
+  const Report report = Create(test::BuildCollection({GoodFont(), broken, GoodFont()}), full_.get());
+  ASSERT_EQ(report.Count({kFonts}), 2) << "the run ends there";
+  EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontNameKey}), "<corrupt font name>");
+  EXPECT_EQ(report.At({kFonts, 1, kVornFontTestFontPostScriptNameKey}), nullptr);
+  EXPECT_EQ(report.At({kFonts, 1, kVornFontTestFontIdentifierKey}), nullptr);
+  EXPECT_EQ(report.Text({kFonts, 1, kRecords, 0, kVornFontTestIdentifierKey}), "veltrin.alwaysRun");
+  EXPECT_EQ(report.At({kFonts, 1, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestSeverityKey}),
+            kVornFontTestSeverityFatalError);
+  EXPECT_TRUE(report.Text({kFonts, 1, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey})
+                  .ends_with("(The font's directory contains an invalid table length)"));
+}
+
+TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
+  const Report report = Create(GoodFont().Table("name", test::NameTable({})).Build(), summary_.get(), "file.ttf");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "file.ttf");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontPostScriptNameKey}), "<no font name>");
+  const Report type1 = Create(test::TableBuilder().U32(0x80010000), summary_.get(), "file.pfb");
+  EXPECT_EQ(type1.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "<no font identifier>");
+  EXPECT_EQ(type1.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestGeneralFontData");
+}
+
+class Consolidation : public testing::Test {
+ protected:
+  static Tova::MutableDictionary Font(TovaStringRef type, const char* name, TovaTypeRef record, TovaTypeRef severity) {
+    auto font = Dictionary({{kVornFontTestFontTypeKey, type},
+                            {kVornFontTestArrayKey, Array({record}).get()},
+                            {kVornFontTestResultKey, Array({severity}).get()}});
+    if (name) TovaDictionarySetValue(font.get(), kVornFontTestFontPostScriptNameKey, Tova::MakeString(name).get());
+    return font;
+  }
+  static std::string Fold(const std::vector<Tova::MutableDictionary>& fonts) {
+    const auto list = Array({});
+    for (const auto& font : fonts) TovaArrayAppendValue(list.get(), font.get());
+    const auto report = Dictionary({{kVornFontTestFontsTestedKey, list.get()}});
+    ConsolidateReport(report.get());
+    std::string text;
+    const TovaArrayRef folded = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestFontsTestedKey));
+    for (TovaIndex i = 0; i < TovaArrayGetCount(folded); ++i) {
+      const TovaDictionaryRef font = Tova::AsDictionary(TovaArrayGetValueAtIndex(folded, i));
+      for (const TovaStringRef key : {kVornFontTestArrayKey, kVornFontTestResultKey}) {
+        const TovaArrayRef values = Tova::AsArray(TovaDictionaryGetValue(font, key));
+        for (TovaIndex j = 0; j < TovaArrayGetCount(values); ++j) {
+          text += Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(values, j)));
+        }
+        text += key == kVornFontTestArrayKey ? ":" : " ";
+      }
+    }
+    return text;
+  }
+
+  TovaStringRef trueType_ = kVornFontTestTrueTypeFontData;
+  TovaStringRef family_ = kVornFontTestFONDResource;
+  Tova::String a_ = Tova::MakeString("a"), b_ = Tova::MakeString("b"), c_ = Tova::MakeString("c");
+  Tova::String mild_ = Tova::MakeString("1"), grave_ = Tova::MakeString("2");
+};
+
+TEST_F(Consolidation, FontsOfTheSameNameFoldIntoTheTrueTypeOne) {
+  EXPECT_EQ(Fold({Font(family_, "N", b_.get(), grave_.get()), Font(trueType_, "Z", c_.get(), mild_.get()),
+                  Font(trueType_, "N", a_.get(), mild_.get()), Font(family_, "N", c_.get(), mild_.get()),
+                  Font(family_, nullptr, b_.get(), mild_.get())}),
+            "c:1 abc:12 b:1 ");
+}
+
+TEST_F(Consolidation, WithoutAFoldNothingMoves) {
+  const auto first = Font(trueType_, "N", a_.get(), mild_.get());
+  const auto second = Font(trueType_, "N", b_.get(), mild_.get());
+  EXPECT_EQ(Fold({first, second}), "a:1 b:1 ") << "two of a name stay two";
+  EXPECT_EQ(Fold({Font(family_, "M", c_.get(), mild_.get()), first, second}), "c:1 a:1 b:1 ");
+  EXPECT_EQ(Fold({Font(family_, "N", c_.get(), grave_.get()), first, second}), "bc:12 ")
+      << "with a fold, the later of two of a name stays";
+}
+
+}  // namespace

@@ -1,0 +1,14 @@
+/* Prints the gravest thing that the usability tests find in a font file. */
+#include <Tova/Tova.h>
+#include <VornFontTest/VornFontTest.h>
+
+int main(int argc, char** argv) {
+  TovaURLRef url = TovaURLCreateWithFilePath(argc > 1 ? argv[1] : "");
+  TovaDictionaryRef report = VornFontTestCreateReport(url, NULL);
+  TovaStringRef text = TovaCopyDescription(TovaDictionaryGetValue(report, kVornFontTestResultKey));
+  printf("%s\n", TovaStringGetUTF8(text));
+  TovaRelease(text);
+  TovaRelease(report);
+  TovaRelease(url);
+  return 0;
+}

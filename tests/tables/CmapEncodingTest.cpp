@@ -1,0 +1,254 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unicode/uniset.h>
+
+#include <algorithm>
+#include <random>
+
+#include "TableAccess/TableClasses/FTFontTable_cmap.h"
+#include "support/CmapBuilder.h"
+#include "support/TestRun.h"
+
+namespace {
+
+using namespace test;
+using Pairs = std::vector<FTEncodingPair>;
+
+FTEncoding Encoding(const Bytes& bytes, uint32_t platform = 3, uint32_t script = 1) {
+  return FTEncoding(Tova::ByteView(bytes.data(), bytes.size()), platform, script);
+}
+
+struct LookUp {
+  const char* what;
+  TableBuilder subtable;
+  Pairs pairs;                                             ///< the mapping, whole
+  std::vector<std::pair<int32_t, uint32_t>> reverse = {};  ///< glyph and character, where the pairs leave a doubt
+};
+
+class CmapLookUps : public testing::TestWithParam<LookUp> {};
+
+TEST_P(CmapLookUps, AgreeWithThePairs) {
+  const auto& [what, subtable, pairs, reverse] = GetParam();
+  const FTEncoding encoding = Encoding(subtable);
+  EXPECT_EQ(encoding.GetMapping(), pairs);
+  EXPECT_EQ(encoding.GetMappingCount(), pairs.size());
+  for (const FTEncodingPair& pair : pairs) {
+    const auto first = std::ranges::find(pairs, pair.character, &FTEncodingPair::character);
+    EXPECT_EQ(encoding.CharacterToGlyph(pair.character), first->glyph) << pair.character;
+    const auto lowest = std::ranges::find(pairs, pair.glyph, &FTEncodingPair::glyph);
+    EXPECT_EQ(encoding.GlyphToCharacter(static_cast<int32_t>(pair.glyph)), lowest->character) << pair.glyph;
+    for (const uint32_t beside : {pair.character - 1, pair.character + 1}) {
+      const bool mapped = std::ranges::count(pairs, beside, &FTEncodingPair::character) > 0;
+      if (!mapped) {
+        EXPECT_FALSE(encoding.MapsCharacter(beside)) << beside;
+      }
+    }
+  }
+  EXPECT_EQ(encoding.GlyphToCharacter(0x7FFF0000), 0xFFFFu);
+  EXPECT_FALSE(encoding.MapsGlyph(0x7FFF0000));
+}
+
+Pairs EveryByte(const std::map<uint32_t, uint32_t>& glyphs) {
+  Pairs pairs;
+  for (uint32_t code = 0; code < 256; ++code) pairs.push_back({code, glyphs.contains(code) ? glyphs.at(code) : 0});
+  return pairs;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Formats, CmapLookUps,
+    testing::Values(
+        LookUp{"Format0KeepsGlyph0", CmapFormat0({{65, 1}, {66, 255}}), EveryByte({{65, 1}, {66, 255}})},
+        LookUp{"Format2",
+               CmapFormat2({{0x81, 1}, {0x82, 1}, {0x90, 2}},
+                           {{0x41, {7, 0, 8}, 1}, {0x40, {5, 0, 6}, 0xFFFF}, {0x50, {9}}}),
+               {{0x41, 8}, {0x43, 9}, {0x8140, 4}, {0x8142, 5}, {0x8240, 4}, {0x8242, 5}}},
+        LookUp{"Format4IsNotModulo65536",
+               CmapFormat4({{0x41, 0x43, -0x40}, {0x50, 0x51, 0x10}, {0xC000, 0xC001, 0x5000}}),
+               {{0x41, 1}, {0x42, 2}, {0x43, 3}, {0x50, 0x60}, {0x51, 0x61}, {0xC000, 0x11000}, {0xC001, 0x11001}}},
+        LookUp{
+            "Format4LeavesGlyph0OutAndGoesBelow", CmapFormat4({{0x41, 0x43, -0x42}}), {{0x41, 0xFFFFFFFF}, {0x43, 1}}},
+        LookUp{"Format4ArraysTakeNoDelta",
+               CmapFormat4({{0x41, 0x43, 5, {30, 0, 10}}, {0xFFFE, 0xFFFF, 1, {3, 4}}}),
+               {{0x41, 30}, {0x43, 10}, {0xFFFE, 3}}},
+        LookUp{"Format4EarlierSegmentsAnswer",
+               CmapFormat4({{0x50, 0x52, -0x40}, {0x41, 0x51, 0, std::vector<uint16_t>(17, 7)}}),
+               [] {
+                 Pairs pairs;
+                 for (uint32_t c = 0x41; c < 0x50; ++c) pairs.push_back({c, 7});
+                 pairs.insert(pairs.end(), {{0x50, 0x10}, {0x50, 7}, {0x51, 0x11}, {0x51, 7}, {0x52, 0x12}});
+                 return pairs;
+               }()},
+        LookUp{"Format6", CmapFormat6(0xFFFD, {4, 0, 3}), {{0xFFFD, 4}, {0xFFFF, 3}}},
+        LookUp{"Format8IsNotReduced",
+               CmapGroups(8, {{0x10000, 0x10001, 70000}, {5, 6, 0}}),
+               {{6, 1}, {0x10000, 70000}, {0x10001, 70001}}},
+        LookUp{"Format10", CmapFormat10(0xFFFFFFFE, {0, 9, 8}), {{0xFFFFFFFF, 9}}},
+        LookUp{"Format12ReducesAbove65536",
+               CmapGroups(12, {{0x41, 0x42, 65536}, {0x50, 0x50, 196609}, {0x60, 0x61, 0}}),
+               {{0x41, 65536}, {0x42, 1}, {0x50, 1}, {0x61, 1}}},
+        LookUp{"Format12EarlierGroupsAnswer",
+               CmapGroups(12, {{20, 22, 1}, {19, 24, 5}, {9, 8, 1}, {22, 23, 20}}),
+               {{19, 5}, {20, 1}, {20, 6}, {21, 2}, {21, 7}, {22, 3}, {22, 8}, {22, 20}, {23, 9}, {23, 21}, {24, 10}}},
+        LookUp{"Format13", CmapGroups(13, {{8, 9, 65537}, {10, 11, 0}, {9, 10, 2}}), {{8, 1}, {9, 1}, {9, 2}, {10, 2}}},
+        LookUp{"Format14", CmapFormat14({{0xFE00, {{0x41, 1}}, {{0x42, 7}}}}), {}}),
+    [](const auto& test) { return test.param.what; });
+
+/// Segments and groups at random, small enough to overlap all the time, against pairs made one by one.
+TEST(CmapEncoding, AgreesWithPairsMadeOneByOne) {
+  std::mt19937 random(1);
+  const auto below = [&](uint32_t limit) { return static_cast<uint16_t>(random() % limit); };
+  for (int round = 0; round < 300; ++round) {
+    std::vector<CmapSegment> segments;
+    std::vector<CmapGroup> groups;
+    Pairs pairs4, pairs12;
+    for (int k = 0; k < 6; ++k) {
+      CmapSegment segment{below(300), 0, static_cast<int16_t>(below(90) - 60)};
+      segment.endCode = static_cast<uint16_t>(segment.startCode + below(200));
+      if (k % 2 == 0) segment.glyphs.resize(segment.endCode - segment.startCode + 1u);
+      for (uint16_t& glyph : segment.glyphs) glyph = below(3) * below(50);
+      groups.push_back({segment.startCode, segment.endCode, 65400u + below(200)});
+      for (uint32_t c = segment.startCode; c <= segment.endCode; ++c) {
+        const uint32_t glyph =
+            segment.glyphs.empty() ? c + static_cast<uint32_t>(segment.idDelta) : segment.glyphs[c - segment.startCode];
+        if (glyph != 0) pairs4.push_back({c, glyph});
+        const uint32_t sum = groups.back().glyph + c - segment.startCode;
+        pairs12.push_back({c, sum > 65536 ? sum - 65536 : sum});
+      }
+      segments.push_back(segment);
+    }
+    for (auto& [subtable, pairs] : {std::pair(CmapFormat4(segments), &pairs4), {CmapGroups(12, groups), &pairs12}}) {
+      const FTEncoding encoding = Encoding(subtable);
+      std::ranges::stable_sort(*pairs, {}, &FTEncodingPair::character);
+      ASSERT_EQ(encoding.GetMapping(), *pairs);
+      ASSERT_EQ(encoding.GetMappingCount(), pairs->size());
+      for (uint32_t c = 0; c < 600; ++c) {
+        const auto first = std::ranges::find(*pairs, c, &FTEncodingPair::character);
+        ASSERT_EQ(encoding.CharacterToGlyph(c), first == pairs->end() ? 0 : first->glyph) << c;
+      }
+      for (int32_t glyph = -70; glyph < 65540; glyph += glyph == 600 ? 64000 : 1) {
+        const auto lowest = std::ranges::find(*pairs, static_cast<uint32_t>(glyph), &FTEncodingPair::glyph);
+        ASSERT_EQ(encoding.GlyphToCharacter(glyph), lowest == pairs->end() ? 0xFFFF : lowest->character) << glyph;
+      }
+    }
+  }
+}
+
+TEST(CmapEncoding, UnusableSubtablesThrowAtEveryLookUp) {
+  constexpr char kInvalid[] = "The font has an invalid 'cmap' table";
+  const std::vector<std::pair<TableBuilder, std::string>> cases = {
+      {CmapFormat4({}).Patch("endCode0", 0xFFFE), "tEndCodes[ tCount-1 ] == kUnicodeNotAChar"},
+      {CmapFormat4({}).Patch("segCountX2", 0), "tEndCodes[ tCount-1 ] == kUnicodeNotAChar"},
+      {CmapFormat6(0xFFFE, {1, 2, 3}), "tTemp >= 65536UL"},
+      {CmapFormat6(1, {}).Patch("format", 5), "true"}};
+  for (const auto& [subtable, assertion] : cases) {
+    const FTEncoding encoding = Encoding(subtable);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(ExpectThrow(kInvalid, [&] { encoding.MapsCharacter(1); }), assertion);
+  }
+  const FTEncoding none(Tova::ByteView(), 3, 1);
+  EXPECT_EQ(ExpectThrow("An error occurred", [&] { none.MapsGlyph(1); }), "GetUnswappedMappingDataPtr() == NULL");
+}
+
+long PeakMegabytes() {
+  rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  return usage.ru_maxrss / 1024;
+}
+
+TEST(CmapEncoding, CostsWhatItsBytesCost) {
+  const long before = PeakMegabytes();
+  for (const uint16_t format : {uint16_t{8}, uint16_t{12}, uint16_t{13}}) {
+    std::vector<CmapGroup> groups(80000, {0, 0xFFFFFFFF, 7});
+    groups[0] = {1000, 1000, 9};
+    const TableBuilder subtable = CmapGroups(format, groups);
+    const FTEncoding encoding = Encoding(subtable);
+    EXPECT_EQ(encoding.CharacterToGlyph(1000), 9u);
+    EXPECT_EQ(encoding.CharacterToGlyph(70000), format == 13 ? 7u : format == 12 ? 70007u - 65536 : 70007u);
+    EXPECT_EQ(encoding.GlyphToCharacter(7), 0u);
+    EXPECT_GE(encoding.GetMappingCount(), 79999u * 0xFFFFFFFF);
+    ExpectThrow("The font has an invalid 'cmap' table", [&] { encoding.GetMapping(); });
+  }
+  // Segments of all characters over one array, each a word further on; every 50th word is a glyph.
+  TableBuilder subtable = CmapFormat4(std::vector<CmapSegment>(8000, {0, 0xFFFE}));
+  for (int k = 0; k < 8000; ++k) subtable.Patch("idRangeOffset" + std::to_string(k), 0xFFFE);
+  for (uint32_t i = 0; i < 80000; ++i) subtable.U16(i % 50 == 0 ? i / 50 : 0);
+  const FTEncoding encoding = Encoding(subtable);
+  constexpr uint32_t kFirstWord = 0xFFFE / 2 - 8001;  // of the first segment
+  for (const uint32_t c : {0u, 1000u, 40000u}) EXPECT_EQ(encoding.CharacterToGlyph(c), (kFirstWord + c + 49) / 50) << c;
+  EXPECT_EQ(encoding.GlyphToCharacter(500), 0u);
+  EXPECT_EQ(encoding.GlyphToCharacter(1000), 50000 - kFirstWord - 7999);
+  EXPECT_GT(encoding.GetMappingCount(), 8000000u);
+  EXPECT_LT(PeakMegabytes() - before, 48);
+}
+
+Bytes TwoScripts() {
+  return CmapTable({{1, 0, CmapFormat0({{0x41, 3}}).Patch("language", 12)},
+                    {3, 0, CmapFormat4({{0x41, 0x41, -0x40}})},
+                    {3, 1, CmapGroups(12, {{0x41, 0x42, 0}, {0x10000, 0x10000, 2}})},
+                    {3, 10, CmapGroups(12, {}).Patch("language", 0x10009)},
+                    {0, 5, CmapFormat14({})}});
+}
+
+TEST(CmapTable, EncodingsAreFoundByTheirCodes) {
+  const MemoryFont font(GoodFont().Table("cmap", TwoScripts()).Build());
+  constexpr uint32_t kAny = FTFont_sfnt::kAny;
+  uint64_t index = 99;
+  EXPECT_EQ(font->CountFontEncodings(), 5u);
+  ASSERT_TRUE(font->FindFontEncoding(3, kAny, kAny, index));
+  EXPECT_EQ(index, 1u);
+  ASSERT_TRUE(font->FindFontEncoding(kAny, kAny, 0x10009, index));
+  EXPECT_EQ(index, 3u);
+  EXPECT_TRUE(font->FindFontEncoding(1, 0, 12, index));
+  EXPECT_FALSE(font->FindFontEncoding(1, 0, 0, index));
+  uint32_t platform = 0, script = 0, language = 0;
+  ASSERT_TRUE(font->GetFontEncoding(0, platform, script, language));
+  EXPECT_EQ(std::tuple(platform, script, language), std::tuple(1u, 0u, 12u));
+  EXPECT_FALSE(font->GetFontEncoding(5, platform, script, language));
+  const auto* table = font->FindTable<FTFontTable_cmap>();
+  EXPECT_TRUE((*table)[0]->IsUnicodableEncoding() && !(*table)[0]->IsUnicodeEncoding());
+  EXPECT_TRUE((*table)[1]->IsUnicodeEncoding() && !(*table)[4]->IsUnicodableEncoding());
+  EXPECT_EQ((*table)[3]->GetLongFormat(), 0x000C0000u);
+  const FTFontTable_cmap copy = *table;
+  EXPECT_TRUE(copy == *table && copy[2]->MappingBytes().Data() != (*table)[2]->MappingBytes().Data());
+}
+
+TEST(CmapTable, CharactersAreLookedUpInTheBestUnicodeEncoding) {
+  const MemoryFont font(GoodFont().Table("cmap", TwoScripts()).Build());
+  EXPECT_EQ(font->UnicodeToGlyphID(0x42), 1u);
+  EXPECT_EQ(font->UnicodeToGlyphID(0x41), 0xFFFFu) << "glyph 0 counts as none";
+  EXPECT_EQ(font->GlyphIDToUnicode(2), 0x10000u);
+  EXPECT_EQ(font->GlyphIDToUnicode(9), 0xFFFFu);
+  std::vector<CmapRecord> records;
+  uint32_t glyph = 10;
+  for (const auto& [platform, script] :
+       std::vector<std::pair<uint16_t, uint16_t>>{{3, 10}, {3, 1}, {0, 1}, {0, 2}, {0, 0}, {0, 3}, {0, 4}}) {
+    records.push_back({platform, script, CmapGroups(12, {{0x41, 0x41, ++glyph}})});
+    EXPECT_EQ(MemoryFont(GoodFont().Table("cmap", CmapTable(records)).Build())->UnicodeToGlyphID(0x41), glyph);
+  }
+  EXPECT_EQ(MemoryFont(GoodFont().Remove("cmap").Build())->UnicodeToGlyphID(0x41), 0xFFFFu);
+}
+
+TEST(CmapTable, RecordsThatAreNotWhollyThereAreLeftOut) {
+  TableBuilder table = CmapTable({{3, 1, CmapFormat4({})}, {3, 1, CmapFormat4({})}});
+  table.Patch("subtableOffset0", 0x7FFFFFFF).Truncate(19);
+  const MemoryFont font(GoodFont().Table("cmap", table).Build());
+  EXPECT_EQ(font->CountFontEncodings(), 1u);
+  EXPECT_FALSE(font->FindTable<FTFontTable_cmap>()->GetIndEncoding(0)->MapsCharacter(0));
+}
+
+TEST(CmapEncoding, CharacterSetHoldsWhatHasAUsableGlyph) {
+  const TableBuilder groups = CmapGroups(12, {{0x41, 0x43, 0xFFFE}, {0x50, 0x52, 0}, {0x10FFFE, 0x110005, 4}});
+  const auto text = [](const FTEncoding& encoding) {
+    icu::UnicodeString pattern;
+    std::string utf8;
+    encoding.GetCharacterSet().toPattern(pattern, true).toUTF8String(utf8);
+    return utf8;
+  };
+  EXPECT_EQ(text(Encoding(groups)), "[ACQR\\U0010FFFE\\U0010FFFF]");
+  EXPECT_EQ(text(Encoding(groups, 4, 0)), "[]");
+  const TableBuilder roman = CmapFormat0({{0x41, 1}, {0x80, 2}, {0x81, 0}, {0x82, 255}});
+  EXPECT_EQ(text(Encoding(roman, 1, 0)), "[A\\u00C4\\u00C7]");
+  const TableBuilder japanese = CmapFormat2({{0x82, 1}}, {{0x41, {4}}, {0xA0, {5, 6}}});
+  EXPECT_EQ(text(Encoding(japanese, 1, 1)), "[A\\u3042\\u3043]") << "0x82A1 is the small i";
+}
+
+}  // namespace
