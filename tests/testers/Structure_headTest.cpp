@@ -28,7 +28,7 @@ Bytes Chains(bool extended, bool on) {
 
 TEST(HeadStructure, TheSizeMayBePaddedToFourBytes) {
   const auto expect = [](size_t size, const std::vector<Message>& expected) {
-    ExpectMessages(Run(TestStructure_head, GoodFont().Truncate("head", size)), expected);
+    ExpectMessages(test::Run(TestStructure_head, GoodFont().Truncate("head", size)), expected);
   };
   for (const size_t size : {54, 55, 56}) expect(size, {});
   expect(57, {Technical("is too big.  It is 57 bytes in size, but it should only be 54 bytes in size")});
@@ -61,7 +61,7 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
   for (const auto& [field, value, expected] : cases) {
     SCOPED_TRACE(field);
     const Bytes head = HeadTable().Patch(field, static_cast<uint64_t>(value));
-    ExpectMessages(Run(TestStructure_head, GoodFont().Table("head", head)), expected);
+    ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", head)), expected);
   }
 }
 
@@ -89,33 +89,33 @@ TEST(HeadStructure, FlagsAreHeldAgainstTheDefaultFeatures) {
     FontBuilder font = GoodFont().Table("head", HeadTable().Patch("flags", flags));
     const std::string tag = table;
     if (!tag.empty()) font.Table(tag, Chains(tag == "morx", on));
-    ExpectMessages(Run(TestStructure_head, font), expected);
+    ExpectMessages(test::Run(TestStructure_head, font), expected);
   }
   // The extended table alone counts where there are both.
   FontBuilder both = GoodFont().Table("mort", Chains(false, true)).Table("morx", Chains(true, false));
-  ExpectMessages(Run(TestStructure_head, both), {});
-  const Findings broken = Run(TestStructure_head, GoodFont().Table("morx", Bytes{0, 2, 0, 0, 0, 0, 0, 1}));
+  ExpectMessages(test::Run(TestStructure_head, both), {});
+  const Findings broken = test::Run(TestStructure_head, GoodFont().Table("morx", Bytes{0, 2, 0, 0, 0, 0, 0, 1}));
   EXPECT_EQ(broken.severities, std::vector<std::string>{"FatalError"});
 }
 
 TEST(HeadStructure, WithoutTechnicalErrorsTheRangesAreNotJudged) {
   const RunOptions fatalOnly = {.severities = {"FatalError"}};
   const Bytes head = HeadTable().Patch("unitsPerEm", 1).Patch("flags", 0x1000).Patch("magicNumber", 0);
-  ExpectMessages(Run(TestStructure_head, GoodFont().Table("head", head), fatalOnly),
+  ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", head), fatalOnly),
                  {Technical("has flag value 0x1000; the top four bits should all be clear")});
 }
 
 TEST(HeadStructure, TheHeaderDependsOnTheKindOfFont) {
   FontBuilder bitmaps;
   bitmaps.Table("bloc", {1}).Table("bdat", {1}).Table("head", HeadTable());
-  const Findings missing = Run(TestStructure_head, bitmaps);
+  const Findings missing = test::Run(TestStructure_head, bitmaps);
   EXPECT_FALSE(missing.applies);
   ExpectMessages(missing, {{"MajorError",
                             "head: The font is missing a 'bhed' table, required by the Veltrin TrueType spec for "
                             "bitmap-only fonts."}});
-  ExpectMessages(Run(TestStructure_head, bitmaps.Table("bhed", HeadTable().Patch("unitsPerEm", 3))),
+  ExpectMessages(test::Run(TestStructure_head, bitmaps.Table("bhed", HeadTable().Patch("unitsPerEm", 3))),
                  {Technical("units per em is 3, but it should be 16 or above")});
-  const Findings empty = Run(TestStructure_head, GoodFont().Truncate("head", 0));
+  const Findings empty = test::Run(TestStructure_head, GoodFont().Truncate("head", 0));
   EXPECT_FALSE(empty.applies);
   ExpectMessages(empty, {{"FatalError", "head: The font is missing a 'head' table, required by the TrueType spec."}});
 }
@@ -136,13 +136,13 @@ TEST(HeadStructure, TheBoundingBoxIsThatOfTheGlyphsThatDraw) {
   FontBuilder font = OutlineFont({{}, SimpleGlyph({{{-20, 5}, {30, 400}}}), SimpleGlyph({{{1, 2}, {9, 9}}})});
   TableBuilder head = HeadTable();
   head.Patch("xMin", 0xFFFF - 19).Patch("yMin", 2).Patch("yMax", 400);
-  ExpectMessages(Run(CheckBox, font.Table("head", head)), {});
+  ExpectMessages(test::Run(CheckBox, font.Table("head", head)), {});
   head.Patch("xMin", 0).Patch("yMin", 0).Patch("yMax", 700);
-  ExpectMessages(Run(CheckBox, font.Table("head", head)),
+  ExpectMessages(test::Run(CheckBox, font.Table("head", head)),
                  {Minor(kHeader + "minimum x-value (0) is incorrect; it should be -20"),
                   Minor(kHeader + "minimum y-value (0) is incorrect; it should be 2"),
                   Minor(kHeader + "maximum y-value (700) is incorrect; it should be 400")});
-  ExpectMessages(Run(CheckBox, OutlineFont({{}, {}})), {});
+  ExpectMessages(test::Run(CheckBox, OutlineFont({{}, {}})), {});
 }
 
 }  // namespace

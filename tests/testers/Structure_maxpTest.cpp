@@ -33,7 +33,7 @@ const Message kDeep = Minor(
 
 TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
   const auto expect = [](const Bytes& maxp, const std::vector<Message>& expected) {
-    ExpectMessages(Run(TestStructure_maxp, GoodFont().Table("CFF ", {1}).Table("maxp", maxp)), expected);
+    ExpectMessages(test::Run(TestStructure_maxp, GoodFont().Table("CFF ", {1}).Table("maxp", maxp)), expected);
   };
   const std::string version = "The table's version is 0x00010000; it should be 0x00010000";
   TableBuilder table = MaxpTable(3).Patch("version", 0x00005000);
@@ -45,7 +45,7 @@ TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
 
 TEST(MaxpStructure, OtherOutlinesHaveTheLongForm) {
   const auto expect = [](const FontBuilder& font, const std::vector<Message>& expected) {
-    ExpectMessages(Run(TestStructure_maxp, font), expected);
+    ExpectMessages(test::Run(TestStructure_maxp, font), expected);
   };
   FontBuilder bare = GoodFont().Remove("glyf");
   expect(bare, {});
@@ -67,19 +67,19 @@ TEST(MaxpStructure, OtherOutlinesHaveTheLongForm) {
 
 TEST(MaxpStructure, MaximaAreThoseOfAsManyGlyphsAsTheTableStates) {
   const auto run = [](const Bytes& maxp, const RunOptions& options = {}) {
-    return Run(TestStructure_maxp, NestedFont().Table("maxp", maxp), options);
+    return test::Run(TestStructure_maxp, NestedFont().Table("maxp", maxp), options);
   };
   ExpectMessages(run(NestedMaxp(3, false)), {});
   ExpectMessages(run(NestedMaxp(4, true)), {kDeep});
   ExpectMessages(run(NestedMaxp(3, false).Patch("maxComponentDepth", 2)),
                  {Minor("The table's maximum component depth is 2; it should be 1"), kDeep});
   ExpectMessages(run(NestedMaxp(4, true), {.severities = {"FatalError"}}), {});
-  EXPECT_FALSE(Run(TestStructure_maxp, NestedFont().Truncate("maxp", 0)).applies);
+  EXPECT_FALSE(test::Run(TestStructure_maxp, NestedFont().Truncate("maxp", 0)).applies);
 }
 
 TEST(MaxpStructure, AGlyphThatCannotBeReadIsFatal) {
   FontBuilder font = OutlineFont({CompoundGlyph({{0, 0}})});
-  EXPECT_EQ(Run(TestStructure_maxp, font).severities, std::vector<std::string>{"FatalError"});
+  EXPECT_EQ(test::Run(TestStructure_maxp, font).severities, std::vector<std::string>{"FatalError"});
 }
 
 }  // namespace
