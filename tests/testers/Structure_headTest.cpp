@@ -42,17 +42,11 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
     std::vector<Message> expected;
   } cases[] = {
       {"version", 0x00018000, {Technical("format should be 1.0 but is 1.500000 (0x00018000)")}},
-      {"version", 0xFFFF0000, {Technical("format should be 1.0 but is 65535.000000 (0xFFFF0000)")}},
       {"magicNumber", 0xABC, {Technical("magic number should be 0x5F0F3CF5 but is 0x00000ABC")}},
-      {"unitsPerEm", 16, {}},
       {"unitsPerEm", 15, {Technical("units per em is 15, but it should be 16 or above")}},
-      {"unitsPerEm", 16384, {}},
       {"unitsPerEm", 16385, {Technical("units per em is 16385, but it should be 16384 or below")}},
-      {"macStyle", 127, {}},
       {"macStyle", 128, {Technical("Valdour style field is 128; it should be 127 or below")}},
-      {"lowestRecPPEM", 24, {}},
       {"lowestRecPPEM", 25, {Technical("lowest readable point size is 25, which seems suspiciously high")}},
-      {"fontDirectionHint", -2, {}},
       {"fontDirectionHint", -3, {Technical("direction hint value is -3; it should be -2, -1, 0, 1, or 2")}},
       {"fontDirectionHint", 3, {Technical("direction hint value is 3; it should be -2, -1, 0, 1, or 2")}},
       {"glyphDataFormat", -1, {Technical("glyph data format value is -1; it should be 0")}},
@@ -62,6 +56,11 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
     SCOPED_TRACE(field);
     const Bytes head = HeadTable().Patch(field, static_cast<uint64_t>(value));
     ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", head)), expected);
+  }
+  for (const bool low : {true, false}) {
+    TableBuilder limits = HeadTable().Patch("unitsPerEm", low ? 16 : 16384).Patch("macStyle", low ? 0 : 127);
+    limits.Patch("lowestRecPPEM", low ? 0 : 24).Patch("fontDirectionHint", low ? 0xFFFE : 2);
+    ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", limits)), {});
   }
 }
 
@@ -77,7 +76,6 @@ TEST(HeadStructure, FlagsAreHeldAgainstTheDefaultFeatures) {
       {"morx", true, 0x0000, {Minor(kFeatures)}},
       {"mort", true, 0x0000, {Minor(kFeatures)}},
       {"morx", true, 0x0180, {}},
-      {"mort", false, 0x0100, {Minor(kNoFeatures)}},
       {"morx",
        true,
        0xF0C0,
