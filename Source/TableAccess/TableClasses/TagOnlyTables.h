@@ -26,13 +26,9 @@ using FTFontTable_fpgm = FTTagOnlyTable<FTTag("fpgm")>;
 using FTFontTable_prep = FTTagOnlyTable<FTTag("prep")>;
 
 // Tables with contents that nothing of this library asks for yet.
-using FTFontTable_fdsc = FTTagOnlyTable<FTTag("fdsc")>;
 using FTFontTable_feat = FTTagOnlyTable<FTTag("feat")>;
 using FTFontTable_gvar = FTTagOnlyTable<FTTag("gvar")>;
 using FTFontTable_just = FTTagOnlyTable<FTTag("just")>;
 using FTFontTable_kern = FTTagOnlyTable<FTTag("kern")>;
-using FTFontTable_mort = FTTagOnlyTable<FTTag("mort")>;
-using FTFontTable_morx = FTTagOnlyTable<FTTag("morx")>;
-using FTFontTable_post = FTTagOnlyTable<FTTag("post")>;
 using FTFontTable_prop = FTTagOnlyTable<FTTag("prop")>;
 using FTFontTable_Zapf = FTTagOnlyTable<FTTag("Zapf")>;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "TableAccess/TableClasses/FTFixedLayout.h"
+#include "TableAccess/TableClasses/FTFontTable.h"
+
+/// The extended glyph metamorphosis table, by which fonts substitute and rearrange glyphs. Bytes: version u16, unused
+/// u16, chain count u32, then the chains (see FeatureChains). Needs no other table.
+class FTFontTable_morx : public FTFontTable {
+  FT_TABLE_CLASS(FTFontTable_morx, FTFontTable, "morx")
+
+  /// The number of features that are on by default; throws when the chains leave the table.
+  virtual uint64_t CountDefaultFeatures() const;
+};

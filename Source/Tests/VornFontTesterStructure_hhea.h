@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTFontTable_head.h"
+#include "TableAccess/TableClasses/FTFontTable_hhea.h"
+#include "Tests/VornFontTester.h"
+
+/// Judges the horizontal header: its line metrics against the em, its extremes against the glyphs (when minor errors
+/// are asked for), its caret against 'post' and 'fdsc', and its reserved words. Needs 'head'; 'hmtx', 'glyf' and 'loca'
+/// for the extremes. A bitmap-only font should have no such table, and is not judged further.
+class VornFontTesterStructure_hhea : public VornFontTester {
+ public:
+  /// The extremes that the header states, in font units, as 16-bit arithmetic gives them.
+  struct ExtremeMetrics {
+    int16_t advanceMax = 0;
+    int16_t sideBearingMin = std::numeric_limits<int16_t>::max();
+    int16_t otherSideBearingMin = std::numeric_limits<int16_t>::max();
+    int16_t extentMax = std::numeric_limits<int16_t>::min();
+  };
+
+  using VornFontTester::VornFontTester;
+  bool ExecuteTest() const override;
+  const char* GetStringTableName() const override { return "hhea"; }
+  /// The table under test, null outside a run.
+  virtual const FTFontTable_hhea* GetTable() const { return _fTable; }
+
+  /// All the checks, for an sfnt font.
+  void Testhhea() const;
+  /// Measures every glyph: advances and side bearings in 'hmtx', widths of boxes in 'glyf'; 0 without the table.
+  static ExtremeMetrics GetHorizontalExtremeGlyphMetrics(const FTFont_sfnt& iFont);
+
+ private:
+  void CheckLineMetrics(const FTFontTable_hhea& iTable, uint16_t iEm) const;
+  void CheckExtremes(const FTFontTable_hhea& iTable, const ExtremeMetrics& iExtremes) const;
+  void CheckCaretSlope(const FTFontTable_hhea& iTable) const;
+  void CheckCaretAgainstPost(const FTFontTable_hhea& iTable, const FTFont_sfnt& iFont) const;
+  void CheckCaretAgainstFdsc(const FTFontTable_hhea& iTable, const FTFont_sfnt& iFont) const;
+  void CheckReservedWords(const FTFontTable_hhea& iTable) const;
+  void CheckLongMetrics(const FTFontTable_hhea& iTable, uint16_t iGlyphCount) const;
+
+  mutable const FTFontTable_hhea* _fTable = nullptr;
+};
+
+Tova::Array TestStructure_hhea(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
