@@ -20,9 +20,8 @@ class Ref {
   Ref(const Ref& other) : value_(other.value_) { TovaRetain(value_); }
   Ref(Ref&& other) noexcept : value_(std::exchange(other.value_, nullptr)) {}
   /// From a reference to a narrower type: a mutable array to an array, anything to TovaTypeRef.
-  template <class U>
-  requires std::convertible_to<U, T> Ref(const Ref<U>& other)
-      : value_(other.get()) {  // NOLINT(google-explicit-constructor)
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U, T>>>
+  Ref(const Ref<U>& other) : value_(other.get()) {  // NOLINT(google-explicit-constructor)
     TovaRetain(value_);
   }
   Ref& operator=(Ref other) noexcept {

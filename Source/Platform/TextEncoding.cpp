@@ -24,17 +24,17 @@ struct NamedEncoding {
 
 /// The encodings that need a converter. For a platform-1 script it is the closest that ICU has.
 constexpr std::array kConverters = {
-    NamedEncoding{kTovaTextEncodingRoman, "macos-0_2-10.2"},
+    NamedEncoding{kTovaTextEncodingRoman, "windows-10000"},
     NamedEncoding{1, "ibm-943_P15A-2003"},
     NamedEncoding{2, "windows-950-2000"},
     NamedEncoding{3, "ibm-970_P110_P110-2006_U2"},
     NamedEncoding{4, "ibm-1089_P100-1995"},
     NamedEncoding{5, "ibm-5012_P100-1999"},
-    NamedEncoding{6, "macos-6_2-10.4"},
-    NamedEncoding{7, "macos-7_3-10.2"},
+    NamedEncoding{6, "windows-10006"},
+    NamedEncoding{7, "windows-10007"},
     NamedEncoding{21, "windows-874-2000"},
     NamedEncoding{25, "ibm-1383_P110-1999"},
-    NamedEncoding{29, "macos-29-10.2"},
+    NamedEncoding{29, "windows-10029"},
     NamedEncoding{kTovaTextEncodingDOSJapanese, "ibm-943_P15A-2003"},
     NamedEncoding{kTovaTextEncodingDOSSimplifiedChinese, "windows-936-2000"},
     NamedEncoding{kTovaTextEncodingDOSKorean, "windows-949-2000"},

@@ -35,10 +35,6 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
   return true;
 }
 
-const FTFontTable* VornFontTesterStructure_cmap::TestsTableWithTag(uint32_t iTag) const {
-  return iTag == FTFontTable_cmap::kTag ? GetTable() : nullptr;
-}
-
 void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
                                                          const char* iFormat, Arguments iArguments) const {
   if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;

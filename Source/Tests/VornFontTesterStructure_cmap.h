@@ -17,7 +17,6 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "cmap"; }
-  const FTFontTable* TestsTableWithTag(uint32_t iTag) const override;
   /// As the base does, but only the first kMaxMessagesOfCheck findings of a run give a message.
   void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const override;
@@ -68,6 +67,15 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   uint64_t CheckDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector, Tova::ByteView iTable,
                              const FTEncoding& iUnicode) const;
   uint64_t CheckNonDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector, Tova::ByteView iTable) const;
+
+  /// Reports a size calculated from the counts of a subtable that differs from the one its header states. The formats
+  /// take the record's index and the two sizes.
+  void CheckStatedSize(uint64_t iEncoding, uint64_t iSize, uint64_t iStated, const char* iLess,
+                       const char* iGreater) const;
+  /// Reports groups of formats 8 and 12 that end before they begin, or lead beyond the font's glyphs. The formats take
+  /// the record's index, the group's, and the range.
+  void CheckGroups(uint64_t iEncoding, const Tova::RecordArray& iGroups, const char* iBadCharacters,
+                   const char* iBadGlyphs) const;
 
   uint32_t GlyphCount() const { return GetTable()->GetFont()->CountFontGlyphs(); }
   /// Counts checks that are about to be made; throws when they come to more than kMaxCmapChecks.

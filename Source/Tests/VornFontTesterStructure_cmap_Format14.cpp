@@ -13,7 +13,6 @@ bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteVie
     return false;
   }
   const Tova::RecordArray tRecords(iBytes, 10, iBytes.U32(6), 11);
-  const uint64_t tLength = iBytes.U32(2);
   uint64_t tSize = 11 * tRecords.Claimed() + 10;
   PrepareChecks(tRecords.Held());
   for (uint64_t r = 0; r < tRecords.Held(); ++r) {
@@ -26,15 +25,9 @@ bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteVie
       tSize += CheckNonDefaultTable(iEncoding, r, tSelector, iBytes.From(tOffset));
     }
   }
-  if (tLength > tSize) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "Encoding %d (format 14), calculated size (%d) is less than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  } else if (tLength < tSize) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 14), calculated size (%d) is greater than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  }
+  CheckStatedSize(iEncoding, tSize, iBytes.U32(2),
+                  "Encoding %d (format 14), calculated size (%d) is less than the size stated in the header (%d)",
+                  "Encoding %d (format 14), calculated size (%d) is greater than the size stated in the header (%d)");
   return _fFatalFindings == tFatalBefore;
 }
 

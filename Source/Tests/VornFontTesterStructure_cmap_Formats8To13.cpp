@@ -2,51 +2,44 @@
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 
+void VornFontTesterStructure_cmap::CheckStatedSize(uint64_t iEncoding, uint64_t iSize, uint64_t iStated,
+                                                   const char* iLess, const char* iGreater) const {
+  if (iSize < iStated) ReportResult(kVornFontTestSeverityMinorError, iLess, {iEncoding, iSize, iStated});
+  if (iSize > iStated) ReportResult(kVornFontTestSeverityFatalError, iGreater, {iEncoding, iSize, iStated});
+}
+
+void VornFontTesterStructure_cmap::CheckGroups(uint64_t iEncoding, const Tova::RecordArray& iGroups,
+                                               const char* iBadCharacters, const char* iBadGlyphs) const {
+  PrepareChecks(iGroups.Held());
+  for (uint64_t g = 0; g < iGroups.Held(); ++g) {
+    const uint32_t tFirst = iGroups[g].U32(0);
+    const uint32_t tLast = iGroups[g].U32(4);
+    const uint32_t tGlyph = iGroups[g].U32(8);
+    if (tFirst > tLast) {
+      ReportResult(kVornFontTestSeverityMinorError, iBadCharacters, {iEncoding, g, tFirst, tLast});
+    } else if (const uint64_t tLastGlyph = uint64_t{tGlyph} + (tLast - tFirst); tLastGlyph >= GlyphCount()) {
+      ReportResult(kVornFontTestSeverityMinorError, iBadGlyphs, {iEncoding, g, tGlyph, tLastGlyph});
+    }
+  }
+}
+
 bool VornFontTesterStructure_cmap::ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const uint64_t tFatalBefore = _fFatalFindings;
   const Tova::RecordArray tGroups(iBytes, 8208, iBytes.U32(8204), 12);
-  const uint64_t tLength = iBytes.U32(4);
-  const uint64_t tSize = 12 * tGroups.Claimed() + 8212;  // 4 more than the header takes
-  if (tSize < tLength) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "Encoding %d (format 8.0), calculated size (%d) is less than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  } else if (tSize > tLength) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 8.0), calculated size (%d) is greater than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  }
-  PrepareChecks(tGroups.Held());
-  for (uint64_t g = 0; g < tGroups.Held(); ++g) {
-    const uint32_t tFirst = tGroups[g].U32(0);
-    const uint32_t tLast = tGroups[g].U32(4);
-    const uint32_t tGlyph = tGroups[g].U32(8);
-    if (tFirst > tLast) {
-      ReportResult(kVornFontTestSeverityMinorError,
-                   "Encoding %d (format 8.0), group %d, invalid character range (0x%04X-0x%04X)",
-                   {iEncoding, g, tFirst, tLast});
-    } else if (const uint64_t tLastGlyph = uint64_t{tGlyph} + (tLast - tFirst); tLastGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 8.0), group %d, invalid glyph range (%d-%d)",
-                   {iEncoding, g, tGlyph, tLastGlyph});
-    }
-  }
+  CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 8212, iBytes.U32(4),  // 4 more than the header takes
+                  "Encoding %d (format 8.0), calculated size (%d) is less than the size stated in the header (%d)",
+                  "Encoding %d (format 8.0), calculated size (%d) is greater than the size stated in the header (%d)");
+  CheckGroups(iEncoding, tGroups, "Encoding %d (format 8.0), group %d, invalid character range (0x%04X-0x%04X)",
+              "Encoding %d (format 8.0), group %d, invalid glyph range (%d-%d)");
   return _fFatalFindings == tFatalBefore;
 }
 
 bool VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const uint64_t tFatalBefore = _fFatalFindings;
   const Tova::RecordArray tGlyphs(iBytes, 20, iBytes.U32(16), 2);
-  const uint64_t tLength = iBytes.U32(4);
-  const uint64_t tSize = 2 * tGlyphs.Claimed() + 14;  // 6 fewer than the header takes
-  if (tSize < tLength) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "Encoding %d (format 10.0), calculated size (%d) is less than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  } else if (tSize > tLength) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 10.0), calculated size (%d) is greater than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  }
+  CheckStatedSize(iEncoding, 2 * tGlyphs.Claimed() + 14, iBytes.U32(4),  // 6 fewer than the header takes
+                  "Encoding %d (format 10.0), calculated size (%d) is less than the size stated in the header (%d)",
+                  "Encoding %d (format 10.0), calculated size (%d) is greater than the size stated in the header (%d)");
   PrepareChecks(tGlyphs.Held());
   for (uint64_t j = 0; j < tGlyphs.Held(); ++j) {
     const uint16_t tGlyph = tGlyphs[j].U16(0);
@@ -62,48 +55,20 @@ bool VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteVie
 bool VornFontTesterStructure_cmap::ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const uint64_t tFatalBefore = _fFatalFindings;
   const Tova::RecordArray tGroups(iBytes, 16, iBytes.U32(12), 12);
-  const uint64_t tLength = iBytes.U32(4);
-  const uint64_t tSize = 12 * tGroups.Claimed() + 16;
-  if (tSize < tLength) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "Encoding %d (format 12.0), calculated size (%d) is less than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  } else if (tSize > tLength) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 12.0), calculated size (%d) is greater than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  }
-  PrepareChecks(tGroups.Held());
-  for (uint64_t g = 0; g < tGroups.Held(); ++g) {
-    const uint32_t tFirst = tGroups[g].U32(0);
-    const uint32_t tLast = tGroups[g].U32(4);
-    const uint32_t tGlyph = tGroups[g].U32(8);
-    if (tFirst > tLast) {
-      ReportResult(kVornFontTestSeverityMinorError,
-                   "Encoding %d (format 12.0), group %d, invalid character range (0x%04X-0x%04X)",
-                   {iEncoding, g, tFirst, tLast});
-    } else if (const uint64_t tLastGlyph = uint64_t{tGlyph} + (tLast - tFirst); tLastGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 12.0), group %d, invalid glyph range (%d-%d)",
-                   {iEncoding, g, tGlyph, tLastGlyph});
-    }
-  }
+  CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 16, iBytes.U32(4),
+                  "Encoding %d (format 12.0), calculated size (%d) is less than the size stated in the header (%d)",
+                  "Encoding %d (format 12.0), calculated size (%d) is greater than the size stated in the header (%d)");
+  CheckGroups(iEncoding, tGroups, "Encoding %d (format 12.0), group %d, invalid character range (0x%04X-0x%04X)",
+              "Encoding %d (format 12.0), group %d, invalid glyph range (%d-%d)");
   return _fFatalFindings == tFatalBefore;
 }
 
 bool VornFontTesterStructure_cmap::ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const uint64_t tFatalBefore = _fFatalFindings;
   const Tova::RecordArray tGroups(iBytes, 16, iBytes.U32(12), 12);
-  const uint64_t tLength = iBytes.U32(4);
-  const uint64_t tSize = 12 * tGroups.Claimed() + 16;
-  if (tSize < tLength) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "Encoding %d (format 13.0), calculated size (%d) is less than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  } else if (tSize > tLength) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 13.0), calculated size (%d) is greater than the size stated in the header (%d)",
-                 {iEncoding, tSize, tLength});
-  }
+  CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 16, iBytes.U32(4),
+                  "Encoding %d (format 13.0), calculated size (%d) is less than the size stated in the header (%d)",
+                  "Encoding %d (format 13.0), calculated size (%d) is greater than the size stated in the header (%d)");
   PrepareChecks(tGroups.Held());
   for (uint64_t g = 0; g < tGroups.Held(); ++g) {
     const uint32_t tFirst = tGroups[g].U32(0);

@@ -92,7 +92,7 @@ TableBuilder HeadTable() {
   head.U32(0x5F0F3CF5, "magicNumber").U16(0x000B, "flags").U16(1000, "unitsPerEm");
   head.U64(3800000000, "created").U64(3800000000, "modified");
   head.S16(0, "xMin").S16(0, "yMin").S16(500, "xMax").S16(700, "yMax");
-  head.U16(0, "macStyle").U16(8, "lowestRecPPEM").S16(2, "fontDirectionHint");
+  head.U16(0, "style").U16(8, "lowestRecPPEM").S16(2, "fontDirectionHint");
   return head.S16(1, "indexToLocFormat").S16(0, "glyphDataFormat");
 }
 

@@ -45,7 +45,7 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
       {"magicNumber", 0xABC, {Technical("magic number should be 0x5F0F3CF5 but is 0x00000ABC")}},
       {"unitsPerEm", 15, {Technical("units per em is 15, but it should be 16 or above")}},
       {"unitsPerEm", 16385, {Technical("units per em is 16385, but it should be 16384 or below")}},
-      {"macStyle", 128, {Technical("Valdour style field is 128; it should be 127 or below")}},
+      {"style", 128, {Technical("Valdour style field is 128; it should be 127 or below")}},
       {"lowestRecPPEM", 25, {Technical("lowest readable point size is 25, which seems suspiciously high")}},
       {"fontDirectionHint", -3, {Technical("direction hint value is -3; it should be -2, -1, 0, 1, or 2")}},
       {"fontDirectionHint", 3, {Technical("direction hint value is 3; it should be -2, -1, 0, 1, or 2")}},
@@ -58,7 +58,7 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
     ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", head)), expected);
   }
   for (const bool low : {true, false}) {
-    TableBuilder limits = HeadTable().Patch("unitsPerEm", low ? 16 : 16384).Patch("macStyle", low ? 0 : 127);
+    TableBuilder limits = HeadTable().Patch("unitsPerEm", low ? 16 : 16384).Patch("style", low ? 0 : 127);
     limits.Patch("lowestRecPPEM", low ? 0 : 24).Patch("fontDirectionHint", low ? 0xFFFE : 2);
     ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", limits)), {});
   }

@@ -76,8 +76,8 @@ TovaStringRef FTException::GetUIMessageString() const {
 
 void FTException::PrintReport() const { std::fprintf(stderr, "FTException: %s\n", GetDetailedMessage()); }
 
-void FTThrow(const char* iAssertion, const char* iDetail, const std::source_location& iPlace) {
-  throw FTException(iAssertion, -1, iDetail, SourceName(iPlace.file_name()).c_str(), iPlace.line());
+void FTThrow(const char* iAssertion, const char* iDetail, FTSourcePlace iPlace) {
+  throw FTException(iAssertion, -1, iDetail, SourceName(iPlace.file).c_str(), iPlace.line);
 }
 
 void FTThrowAt(const char* iAssertion, const char* iDetail, const char* iFile, uint32_t iLine) {

@@ -3,7 +3,6 @@
 #include <Tova/Tova.hpp>
 #include <array>
 #include <cstdint>
-#include <source_location>
 
 #include "TableAccess/AncillaryClasses/FTErrorCodes.h"
 
@@ -43,9 +42,18 @@ class FTException {
   mutable Tova::String _fUIMessage;
 };
 
+/// A place in the source: as a default argument, that of the call. (Not std::source_location, which clang 14 lacks.)
+struct FTSourcePlace {
+  const char* file;
+  uint32_t line;
+  static constexpr FTSourcePlace Current(const char* iFile = __builtin_FILE(),
+                                         uint32_t iLine = static_cast<uint32_t>(__builtin_LINE())) {
+    return {iFile, iLine};
+  }
+};
+
 /// Throws with code -1 and the place of the call; the file is named as in "TableAccess/FontClasses/FTFont_sfnt".
-[[noreturn]] void FTThrow(const char* iAssertion, const char* iDetail,
-                          const std::source_location& iPlace = std::source_location::current());
+[[noreturn]] void FTThrow(const char* iAssertion, const char* iDetail, FTSourcePlace iPlace = FTSourcePlace::Current());
 /// Throws with code -1 and a place that is part of the message's published form.
 [[noreturn]] void FTThrowAt(const char* iAssertion, const char* iDetail, const char* iFile, uint32_t iLine);
 
