@@ -10,8 +10,11 @@
 #include "Tests/VornFontTesterStructure_cmap.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
+#include "Tests/VornFontTesterStructure_head.h"
+#include "Tests/VornFontTesterStructure_hhea.h"
 #include "Tests/VornFontTesterStructure_hmtx.h"
 #include "Tests/VornFontTesterStructure_loca.h"
+#include "Tests/VornFontTesterStructure_maxp.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
 #include "Tests/VornFontTester_sfnt.h"
@@ -24,8 +27,11 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     {"veltrin.TrueType.glyf.instructions", TestInstructions_glyf},
     {"veltrin.TrueType.glyf.usability", TestStructure_glyf},
     {"veltrin.TrueType.hdmx.structure", TestStructure_hdmx},
+    {"veltrin.TrueType.head.structure", TestStructure_head},
+    {"veltrin.TrueType.hhea.structure", TestStructure_hhea},
     {"veltrin.TrueType.hmtx.usability", TestUsability_hmtx},
     {"veltrin.TrueType.loca.usability", TestUsability_loca},
+    {"veltrin.TrueType.maxp.structure", TestStructure_maxp},
     {"veltrin.TrueType.metrics.consistency", TestMetricsConsistency},
     {"veltrin.TrueType.prep.instructions", TestInstructions_prep},
     {"veltrin.TrueType.usability", TestUsability_sfnt},
