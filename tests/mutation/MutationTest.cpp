@@ -109,9 +109,8 @@ Tova::MutableDictionary Options(bool full) {
     TovaArrayAppendValue(severities.get(), severity);
   TovaDictionarySetValue(options.get(), kVornFontTestSeverityKey, severities.get());
   const auto types = Tova::Adopt(TovaArrayCreateMutable());
-  for (const TovaStringRef type :
-       {kVornFontTestCoreTest, kVornFontTestStructureTest, kVornFontTestConsistencyTest, kVornFontTestUsabilityTest,
-        kVornFontTestSpecificationTest, kVornFontTestUnexpectedValueTest})
+  for (const TovaStringRef type : {kVornFontTestCoreTest, kVornFontTestStructureTest, kVornFontTestConsistencyTest,
+                                   kVornFontTestUsabilityTest, kVornFontTestSpecificationTest})
     TovaArrayAppendValue(types.get(), type);
   const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(types.get()));
   TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, tests.get());
