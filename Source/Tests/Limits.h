@@ -3,7 +3,7 @@
 #include <cstdint>
 
 /// Messages that a check whose findings are not bounded by the table's bytes adds to a report; the findings after them
-/// count in the result only. More than a person reads, and some tens of megabytes.
+/// count in the result only. More than a person reads and than usable fonts give; they take some 40 megabytes.
 inline constexpr int64_t kMaxMessagesOfCheck = 65536;
 
 /// Device widths that are compared with scaled advances. Enough for every glyph at each of the 256 sizes that a device

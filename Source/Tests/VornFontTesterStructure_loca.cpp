@@ -71,7 +71,7 @@ void VornFontTesterStructure_loca::CheckOffsets(const FTFontTable_loca& iTable, 
                    "Entry %d has a 'glyf' table offset of %d, which is greater than the length of the 'glyf' table "
                    "(%d bytes).",
                    {tGlyph, tOffset, iGlyfSize});
-    } else if (tOffset > iGlyfSize) {
+    } else if (tOffset > iGlyfSize) {  // an end is judged by its start, which has been reported already
       ReportResult(kVornFontTestSeverityFatalError,
                    "The data for glyph %d ends %d bytes from the beginning of the 'glyf' table, which is greater than "
                    "the 'glyf' table's length (%d bytes).",
