@@ -74,7 +74,7 @@ TableBuilder Cmap() {
 }
 
 TableBuilder Head(bool slanted) {
-  TableBuilder head = HeadTable().Patch("checkSumAdjustment", 0).Patch("macStyle", slanted ? 2 : 0);
+  TableBuilder head = HeadTable().Patch("checkSumAdjustment", 0).Patch("style", slanted ? 2 : 0);
   return head.Patch("xMin", kLeft).Patch("xMax", kRight).Patch("yMax", kAccentTop);
 }
 
