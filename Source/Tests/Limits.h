@@ -3,8 +3,12 @@
 #include <cstdint>
 
 /// Messages that a check whose findings are not bounded by the table's bytes adds to a report; the findings after them
-/// count in the result only. More than a person reads and than usable fonts give; they take some 40 megabytes.
+/// count in the result only. More than a person reads; they take some 40 megabytes.
 inline constexpr int64_t kMaxMessagesOfCheck = 65536;
+
+/// The same for the checks of every glyph. Large fonts that can be used give more: one message for each component of a
+/// compound glyph, or for each device width. They take some 150 megabytes.
+inline constexpr int64_t kMaxMessagesOfGlyphs = 262144;
 
 /// Device widths that are compared with scaled advances. Enough for every glyph at each of the 256 sizes that a device
 /// record can have; records that overlap could ask for billions.

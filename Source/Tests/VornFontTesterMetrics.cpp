@@ -19,7 +19,7 @@ bool VornFontTesterMetrics::ExecuteTest() const {
 }
 
 void VornFontTesterMetrics::ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfCheck)
+  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfGlyphs)
     AppendResult(iSeverity);
   else
     VornFontTester::ReportResult(iSeverity, iFormat, iArguments);

@@ -22,7 +22,7 @@ bool VornFontTesterStructure_glyf::ExecuteTest() const {
 
 void VornFontTesterStructure_glyf::ReportResult(TovaStringRef iSeverity, const char* iFormat,
                                                 Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfCheck)
+  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfGlyphs)
     AppendResult(iSeverity);
   else
     VornFontTester::ReportResult(iSeverity, iFormat, iArguments);
