@@ -23,9 +23,13 @@ inline constexpr uint64_t kFTGlyphItemsAllowedPerByte = 4;
 
 // The testers.
 
-/// Messages that a check whose findings are not bounded by the table's bytes adds to a report; the findings after them
-/// count in the result only. More than a person reads, and some tens of megabytes.
-inline constexpr int64_t kFTMaxMessagesOfCheck = 65536;
+/// Messages of one run of a test; the findings after them count in its result only. Large fonts that work well give a
+/// message for each component of each compound glyph, a hostile one could give billions. They take some 100 megabytes.
+inline constexpr int64_t kFTMaxMessagesOfTest = 262144;
+
+/// Messages of a whole report; once there are so many, the tests that are still to run give results only. A collection
+/// can hold thousands of fonts over the same tables.
+inline constexpr int64_t kFTMaxMessagesOfReport = 1 << 20;
 
 /// Device widths that are compared with scaled advances. Enough for every glyph at each of the 256 sizes that a device
 /// record can have; records that overlap could ask for billions.

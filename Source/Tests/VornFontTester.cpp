@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
 
 namespace {
 
@@ -55,7 +56,7 @@ void VornFontTester::ReportResult(TovaStringRef iSeverity, const char* iFormat, 
 
 void VornFontTester::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
                                            Arguments iArguments) const {
-  if (!_fMessages) {
+  if (!_fMessages || TovaArrayGetCount(_fMessages.get()) >= kFTMaxMessagesOfTest) {
     AppendResult(iSeverity);
     return;
   }

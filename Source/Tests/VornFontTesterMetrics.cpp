@@ -18,13 +18,6 @@ bool VornFontTesterMetrics::ExecuteTest() const {
   return true;
 }
 
-void VornFontTesterMetrics::ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kFTMaxMessagesOfCheck)
-    AppendResult(iSeverity);
-  else
-    VornFontTester::ReportResult(iSeverity, iFormat, iArguments);
-}
-
 void VornFontTesterMetrics::CheckMetrics(const FTFontTable_hdmx* iTable_hdmx,
                                          const FTFontTable_hmtx* iTable_hmtx) const {
   const FTFont_sfnt& tFont = *iTable_hmtx->GetFont();

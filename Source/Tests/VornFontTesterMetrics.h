@@ -14,7 +14,6 @@ class VornFontTesterMetrics : public VornFontTester {
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "hdmx"; }
-  void ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments = {}) const override;
 
   void CheckMetrics(const FTFontTable_hdmx* iTable_hdmx, const FTFontTable_hmtx* iTable_hmtx) const;
 

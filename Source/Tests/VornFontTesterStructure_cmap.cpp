@@ -23,7 +23,7 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
     ~Run() { table = nullptr; }
     const FTFontTable_cmap*& table;
   } tRun{_fTable};
-  _fChecks = _fFindings = _fFatalFindings = 0;
+  _fChecks = _fFatalFindings = 0;
   if (!tFont->HasTaggedTable(FTFontTable_cmap::kTag)) {
     ReportResult(kVornFontTestSeverityFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
     return false;
@@ -37,11 +37,7 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
 void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
                                                          const char* iFormat, Arguments iArguments) const {
   if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;
-  if (++_fFindings > kFTMaxMessagesOfCheck) {
-    AppendResult(iSeverity);
-  } else {
-    VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
-  }
+  VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
 }
 
 bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {

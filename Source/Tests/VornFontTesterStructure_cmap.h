@@ -17,7 +17,7 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "cmap"; }
-  /// As the base does, but only the first kFTMaxMessagesOfCheck findings of a run give a message.
+  /// As the base does, and counts the fatal findings.
   void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const override;
   /// The table under test, null outside a run.
@@ -84,7 +84,6 @@ class VornFontTesterStructure_cmap : public VornFontTester {
 
   mutable const FTFontTable_cmap* _fTable = nullptr;
   mutable uint64_t _fChecks = 0;
-  mutable int64_t _fFindings = 0;
   mutable uint64_t _fFatalFindings = 0;
 };
 

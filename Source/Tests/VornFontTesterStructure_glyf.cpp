@@ -20,14 +20,6 @@ bool VornFontTesterStructure_glyf::ExecuteTest() const {
   return true;
 }
 
-void VornFontTesterStructure_glyf::ReportResult(TovaStringRef iSeverity, const char* iFormat,
-                                                Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kFTMaxMessagesOfCheck)
-    AppendResult(iSeverity);
-  else
-    VornFontTester::ReportResult(iSeverity, iFormat, iArguments);
-}
-
 void VornFontTesterStructure_glyf::CheckStructure_glyf(const FTFontTable_glyf* iTable) const {
   if (!RequiredTablesExist(*iTable)) return;
   const FTFont_sfnt& tFont = *iTable->GetFont();

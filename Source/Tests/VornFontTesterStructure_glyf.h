@@ -18,7 +18,6 @@ class VornFontTesterStructure_glyf : public VornFontTester {
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "glyf"; }
-  void ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments = {}) const override;
 
   void CheckStructure_glyf(const FTFontTable_glyf* iTable) const;
   /// Whether the flags are ones that a component can have; reports them otherwise.
