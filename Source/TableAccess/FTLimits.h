@@ -2,7 +2,9 @@
 
 #include <cstdint>
 
-// Bounds on what font data may make the library do. Honest fonts stay far below them.
+// Bounds on what font data may make the library do, in work and in memory. Honest fonts stay far below them.
+
+// The font model.
 
 /// Fonts in a collection. One more than these is refused as unreadable: a file of a few gigabytes can claim a billion
 /// fonts, and each costs memory before its directory is looked at.
@@ -11,3 +13,29 @@ inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 /// Pairs of character and glyph in a copy of an encoding's mapping: the code points of Unicode and one plane more. A
 /// 'cmap' of a megabyte can claim hundreds of billions.
 inline constexpr uint64_t kFTMaxEncodingPairs = 0x110000 + 0x10000;
+
+/// What the glyphs of one 'glyf' table may decode in all, in items: an item is an end point, an instruction byte, a
+/// point or a component. Where records do not overlap there is less than two a byte, since a record must be as long as
+/// it has points and instruction bytes; where they do, a table of a megabyte could decode billions. The first number is
+/// the room for small tables, the second that for each byte of the table.
+inline constexpr uint64_t kFTGlyphItemsAllowed = uint64_t{1} << 24;
+inline constexpr uint64_t kFTGlyphItemsAllowedPerByte = 4;
+
+// The testers.
+
+/// Messages that a check whose findings are not bounded by the table's bytes adds to a report; the findings after them
+/// count in the result only. More than a person reads, and some tens of megabytes.
+inline constexpr int64_t kFTMaxMessagesOfCheck = 65536;
+
+/// The same for the checks of every glyph. Large fonts that can be used give more: one message for each component of a
+/// compound glyph, or for each device width. They take some 150 megabytes.
+inline constexpr int64_t kFTMaxMessagesOfGlyphs = 262144;
+
+/// Device widths that are compared with scaled advances. Enough for every glyph at each of the 256 sizes that a device
+/// record can have; records that overlap could ask for billions.
+inline constexpr uint64_t kFTMaxDeviceWidthsCompared = uint64_t{256} * 65536;
+
+/// Groups, array entries, characters and mappings that the structure test of 'cmap' looks at in all subtables: seven
+/// times as many as there are characters. Records and subtables can share and overlap their bytes, so that a megabyte
+/// asks for billions; past these, only headers and sizes go on being checked, and the table counts as invalid.
+inline constexpr uint64_t kFTMaxCmapChecks = 1 << 23;

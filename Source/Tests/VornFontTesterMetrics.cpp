@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
-#include "Tests/Limits.h"
 
 Tova::Array TestMetricsConsistency(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
   return RunTester<VornFontTesterMetrics, FTFont_sfnt>(iFont, iMessages, iOptions);
@@ -19,7 +19,7 @@ bool VornFontTesterMetrics::ExecuteTest() const {
 }
 
 void VornFontTesterMetrics::ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfGlyphs)
+  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kFTMaxMessagesOfGlyphs)
     AppendResult(iSeverity);
   else
     VornFontTester::ReportResult(iSeverity, iFormat, iArguments);
@@ -34,7 +34,7 @@ void VornFontTesterMetrics::CheckMetrics(const FTFontTable_hdmx* iTable_hdmx,
   uint64_t tRecordCount = iTable_hdmx->GetDeviceRecordCount();
   if (const uint64_t tSize = iTable_hdmx->GetDeviceRecordSize(); tSize != 0)
     tRecordCount = std::min(tRecordCount, (iTable_hdmx->GetDeviceRecords().Size() + tSize - 1) / tSize);
-  uint64_t tComparisonsLeft = kMaxDeviceWidthsCompared;
+  uint64_t tComparisonsLeft = kFTMaxDeviceWidthsCompared;
   const uint16_t tGlyphCount = tFont.CountFontGlyphs();
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
     const uint16_t tAdvance = iTable_hmtx->GetMetrics(tGlyph).advance;

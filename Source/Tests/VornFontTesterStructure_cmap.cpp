@@ -1,7 +1,6 @@
 #include "Tests/VornFontTesterStructure_cmap.h"
 
-#include "TableAccess/AncillaryClasses/FTException.h"
-#include "Tests/Limits.h"
+#include "TableAccess/FTLimits.h"
 
 namespace {
 
@@ -24,12 +23,12 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
     ~Run() { table = nullptr; }
     const FTFontTable_cmap*& table;
   } tRun{_fTable};
-  _fTable = tFont->FindTable<FTFontTable_cmap>();
   _fChecks = _fFindings = _fFatalFindings = 0;
-  if (!_fTable) {
+  if (!tFont->HasTaggedTable(FTFontTable_cmap::kTag)) {
     ReportResult(kVornFontTestSeverityFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
     return false;
   }
+  _fTable = tFont->FindTable<FTFontTable_cmap>();
   CheckHeader();
   for (uint64_t i = 0; i < GetTable()->EncodingCount(); ++i) CheckRecord(i);
   return true;
@@ -38,16 +37,19 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
 void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
                                                          const char* iFormat, Arguments iArguments) const {
   if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;
-  if (++_fFindings > kMaxMessagesOfCheck) {
+  if (++_fFindings > kFTMaxMessagesOfCheck) {
     AppendResult(iSeverity);
   } else {
     VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
   }
 }
 
-void VornFontTesterStructure_cmap::PrepareChecks(uint64_t iCount) const {
+bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {
+  const bool tHadRoom = _fChecks <= kFTMaxCmapChecks;
   _fChecks += iCount;
-  if (_fChecks > kMaxCmapChecks) FTThrow("_fChecks > kMaxCmapChecks", "The font has an invalid 'cmap' table");
+  if (_fChecks <= kFTMaxCmapChecks) return true;
+  if (tHadRoom) ReportResult(kVornFontTestSeverityFatalError, "The font has an invalid 'cmap' table");
+  return false;
 }
 
 void VornFontTesterStructure_cmap::CheckHeader() const {

@@ -17,7 +17,7 @@ class VornFontTesterStructure_cmap : public VornFontTester {
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
   const char* GetStringTableName() const override { return "cmap"; }
-  /// As the base does, but only the first kMaxMessagesOfCheck findings of a run give a message.
+  /// As the base does, but only the first kFTMaxMessagesOfCheck findings of a run give a message.
   void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const override;
   /// The table under test, null outside a run.
@@ -78,8 +78,9 @@ class VornFontTesterStructure_cmap : public VornFontTester {
                    const char* iBadGlyphs) const;
 
   uint32_t GlyphCount() const { return GetTable()->GetFont()->CountFontGlyphs(); }
-  /// Counts checks that are about to be made; throws when they come to more than kMaxCmapChecks.
-  void PrepareChecks(uint64_t iCount) const;
+  /// Whether so many more checks may be made. Past kFTMaxCmapChecks they may not, which is a fatal finding of its own,
+  /// made once; what costs little (headers, sizes) goes on being checked.
+  bool MayCheck(uint64_t iCount) const;
 
   mutable const FTFontTable_cmap* _fTable = nullptr;
   mutable uint64_t _fChecks = 0;

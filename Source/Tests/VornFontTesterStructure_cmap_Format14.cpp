@@ -14,8 +14,7 @@ bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteVie
   }
   const Tova::RecordArray tRecords(iBytes, 10, iBytes.U32(6), 11);
   uint64_t tSize = 11 * tRecords.Claimed() + 10;
-  PrepareChecks(tRecords.Held());
-  for (uint64_t r = 0; r < tRecords.Held(); ++r) {
+  for (uint64_t r = 0; r < tRecords.Held() && MayCheck(1); ++r) {
     const Tova::ByteView tRecord = tRecords[r];
     const uint32_t tSelector = tRecord.U24(0);
     if (const uint32_t tOffset = tRecord.U32(3); tOffset != 0) {
@@ -37,7 +36,7 @@ uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uin
   for (uint64_t q = 0; q < tRanges.Held(); ++q) {
     const uint32_t tFirst = tRanges[q].U24(0);
     const uint32_t tFurther = tRanges[q].U8(3);
-    PrepareChecks(tFurther + 1);
+    if (!MayCheck(tFurther + 1)) break;
     for (uint32_t tCharacter = tFirst; tCharacter <= tFirst + tFurther; ++tCharacter) {
       const uint32_t tGlyph = iUnicode.CharacterToGlyph(tCharacter);
       if (tGlyph == 0xFFFF) {
@@ -67,8 +66,7 @@ uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uin
 uint64_t VornFontTesterStructure_cmap::CheckNonDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector,
                                                             Tova::ByteView iTable) const {
   const Tova::RecordArray tMappings(iTable, 4, iTable.U32(0), 5);
-  PrepareChecks(tMappings.Held());
-  for (uint64_t q = 0; q < tMappings.Held(); ++q) {
+  for (uint64_t q = 0; q < tMappings.Held() && MayCheck(1); ++q) {
     const uint32_t tCharacter = tMappings[q].U24(0);
     const uint32_t tGlyph = tMappings[q].U16(3);
     if (tGlyph == 0) {

@@ -39,9 +39,8 @@ bool VornFontTesterStructure_cmap::ValidCMap4(uint64_t iEncoding, Tova::ByteView
                  {iEncoding, tTable.arraysEnd, tTable.length});
   }
   CheckLastSegment(tTable);
-  PrepareChecks(static_cast<uint64_t>(tTable.count));
   int32_t tPreviousEnd = -1;
-  for (int64_t k = 0; k < tTable.count; ++k) {
+  for (int64_t k = 0; k < tTable.count && MayCheck(1); ++k) {
     const Segment tSegment(tTable, k);
     CheckCodes(tTable, tSegment, tPreviousEnd);
     if (tSegment.offset != 0) {
@@ -130,7 +129,7 @@ void VornFontTesterStructure_cmap::CheckGlyphArray(const Format4& iTable, const 
                  "Encoding %d (format 4), idRangeOffset[ %d ] == 0x%08lX is too small; it should be 0x%08lX",
                  {iTable.encoding, iSegment.index, iSegment.offset, 2 * (iTable.count - iSegment.index)});
   } else if (tExcess <= 0) {
-    if (tCharacters > 0) PrepareChecks(static_cast<uint64_t>(tCharacters));
+    if (tCharacters > 0 && !MayCheck(static_cast<uint64_t>(tCharacters))) return;
     for (int64_t j = 0; j < tCharacters; ++j) {
       const auto tAt = static_cast<uint64_t>(tPosition + 2 * j);
       if (iTable.bytes.U16(tAt) + iSegment.delta >= static_cast<int64_t>(GlyphCount())) {

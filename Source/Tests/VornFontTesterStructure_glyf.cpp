@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
-#include "Tests/Limits.h"
 
 Tova::Array TestStructure_glyf(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
   return RunTester<VornFontTesterStructure_glyf, FTFont_sfnt>(iFont, iMessages, iOptions);
@@ -22,7 +22,7 @@ bool VornFontTesterStructure_glyf::ExecuteTest() const {
 
 void VornFontTesterStructure_glyf::ReportResult(TovaStringRef iSeverity, const char* iFormat,
                                                 Arguments iArguments) const {
-  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kMaxMessagesOfGlyphs)
+  if (GetMessages() && TovaArrayGetCount(GetMessages()) >= kFTMaxMessagesOfGlyphs)
     AppendResult(iSeverity);
   else
     VornFontTester::ReportResult(iSeverity, iFormat, iArguments);

@@ -64,7 +64,7 @@ TableBuilder NameTable(const std::vector<std::pair<uint16_t, std::string>>& name
 TableBuilder MetricsTable(const std::vector<std::pair<uint16_t, int16_t>>& metrics);
 
 /// A TrueType font of three glyphs (a square, an empty glyph, a triangle mapped from 'A') in which no test of this
-/// library finds anything wrong but that glyph 1 is empty.
+/// library finds anything wrong, but for the contour maximum of 'maxp', which is judged by components.
 FontBuilder GoodFont();
 
 }  // namespace test

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Tests/Limits.h"
+#include "TableAccess/FTLimits.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "support/GlyphBuilder.h"
@@ -111,7 +111,7 @@ TEST(GlyfStructure, MessagesOfOverlappingGlyphsAreLimited) {
   const size_t start = SquareGlyph(9).Size() + SquareGlyph(9).Size() % 2;
   for (int i = 0; i <= 120; ++i) loca.U32(i == 0 ? 0 : i % 2 == 1 ? start : font["glyf"].size());
   const Findings findings = test::Run(TestStructure_glyf, font.Table("loca", loca).Table("maxp", MaxpTable(120)));
-  EXPECT_EQ(findings.messages.size(), size_t{kMaxMessagesOfGlyphs});
+  EXPECT_EQ(findings.messages.size(), size_t{kFTMaxMessagesOfGlyphs});
   EXPECT_EQ(findings.severities.size(), 3u);
 }
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "Tests/Limits.h"
+#include "TableAccess/FTLimits.h"
 #include "Tests/VornFontTesterMetrics.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
 #include "Tests/VornFontTesterStructure_hmtx.h"
@@ -134,7 +134,7 @@ TEST(MetricsConsistency, OverlappingRecordsEnd) {
   const std::vector<uint16_t> advances(65535, 0);
   const auto hdmx = TableBuilder().U16(0).U16(65535).U32(0).U8(12).U8(9).Append(Bytes(65535, 9));
   const Findings findings = test::Run(TestMetricsConsistency, DeviceFont(1000, advances, hdmx));
-  EXPECT_EQ(findings.messages.size(), size_t{kMaxMessagesOfGlyphs});
+  EXPECT_EQ(findings.messages.size(), size_t{kFTMaxMessagesOfGlyphs});
 }
 
 }  // namespace

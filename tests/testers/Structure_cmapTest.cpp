@@ -239,6 +239,13 @@ TEST(StructureCmap, HostileTablesStayInBounds) {
   for (const Bytes& table : tables) {
     EXPECT_THAT(RunOn(table, 10, false).severities, testing::Contains("FatalError"));
   }
+  // Past the bound of the checks, headers are still looked at.
+  shared.Patch("subtableOffset59999", shared.Size());
+  shared.Append(CmapFormat0({}).Patch("length", 100));
+  for (int i = 0; i < 59999; ++i) shared.Patch("subtableOffset" + std::to_string(i), shared.Size());
+  const Findings bounded = RunOn(shared.Append(CmapFormat6(0, std::vector<uint16_t>(60000, 1))));
+  ExpectMessage(bounded, {"FatalError", "cmap: The font has an invalid 'cmap' table"});
+  ExpectMessage(bounded, {"FatalError", "cmap: Encoding 59999 (format 0), bad length: 100"});
   getrusage(RUSAGE_SELF, &after);
   EXPECT_LT((after.ru_maxrss - before.ru_maxrss) / 1024, 160) << "megabytes";
 }

@@ -17,8 +17,10 @@ FTEncoding::FTEncoding(Tova::ByteView iBytes, uint32_t iPlatform, uint32_t iScri
 }
 
 bool FTEncoding::operator==(const FTEncoding& iOther) const {
-  return _fPlatform == iOther._fPlatform && _fScript == iOther._fScript && _fLanguage == iOther._fLanguage &&
-         GetMappingCount() == iOther.GetMappingCount() && GetMapping() == iOther.GetMapping();
+  if (_fPlatform != iOther._fPlatform || _fScript != iOther._fScript || _fLanguage != iOther._fLanguage) return false;
+  // The same bytes map the same, also where the mapping is too large to be listed, or none.
+  if (_fBytes == iOther._fBytes) return true;
+  return GetMappingCount() == iOther.GetMappingCount() && GetMapping() == iOther.GetMapping();
 }
 
 uint32_t FTEncoding::GlyphToCharacter(int32_t iGlyph) const {

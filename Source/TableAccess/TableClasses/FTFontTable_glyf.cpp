@@ -1,7 +1,7 @@
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/AncillaryClasses/FTLimits.h"
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
 
