@@ -92,7 +92,7 @@ TEST(DamageSweep, EveryWordAtItsMaximumIsSurvived) {
   const Bytes whole = RichFont().Build();
   testing::internal::CaptureStderr();
   for (size_t at = 0; at + 4 <= whole.size(); at += 2) {
-    for (const size_t width : {2, 4}) {
+    for (const size_t width : {2u, 4u}) {
       for (const uint8_t value : std::initializer_list<uint8_t>{0xFF, 0x7F}) {
         Bytes damaged = whole;
         for (size_t i = 0; i < width; ++i) damaged[at + i] = i == 0 ? value : uint8_t{0xFF};

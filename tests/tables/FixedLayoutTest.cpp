@@ -21,9 +21,10 @@ TEST(TableFactory, TagsAreComparedExactly) {
   FontBuilder builder;
   for (const char* tag : {"OS/2", "OS_2", "cvt ", "cvt_", "DSIG", "dsig", "bhed"}) builder.Table(tag, {0, 3});
   const MemoryFont font(builder.Build());
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("OS/2"))), typeid(FTFontTable));
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("cvt "))), typeid(FTFontTable));
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("DSIG"))), typeid(FTFontTable));
+  for (const uint32_t tag : {FTTag("OS/2"), FTTag("cvt "), FTTag("DSIG")}) {
+    const FTFontTable& table = *font->GetTaggedTable(tag);
+    EXPECT_EQ(typeid(table), typeid(FTFontTable));
+  }
   EXPECT_EQ(font->FindTable<FTFontTable_OS_2>()->GetVersion(), 3);
   EXPECT_NE(font->FindTable<FTFontTable_cvt_>(), nullptr);
   EXPECT_NE(font->FindTable<FTFontTable_dsig>(), nullptr);

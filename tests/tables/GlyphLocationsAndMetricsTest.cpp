@@ -53,7 +53,7 @@ TEST(GlyphMetrics, LongEntriesAreFollowedBySideBearings) {
       EXPECT_EQ(hmtx.GetMetrics(glyph), expected[glyph]) << longMetrics << " long, glyph " << glyph;
       EXPECT_EQ(vmtx.GetMetrics(glyph), expected[glyph]) << longMetrics << " long, glyph " << glyph;
     }
-    ExpectThrow(kNoGlyph, [&] { hmtx.GetMetrics(glyphs); });
+    ExpectThrow(kNoGlyph, [&hmtx, end = glyphs] { hmtx.GetMetrics(end); });
   }
 }
 

@@ -44,8 +44,8 @@ constexpr char kUnbalancedDefinition[] = "Unbalanced FDEF/IDEF";
 constexpr char kExtraElse[] = "Extra ELSE instruction encountered";
 
 TEST(InstructionStream, PushesEndInsideTheStream) {
-  for (int opcode = 0xB0; opcode <= 0xBF; ++opcode) {
-    Bytes stream(opcode < 0xB8 ? opcode - 0xB0 + 2 : 2 * (opcode - 0xB8) + 3, 0x7B);  // illegal, if it were read
+  for (unsigned opcode = 0xB0; opcode <= 0xBF; ++opcode) {
+    Bytes stream(opcode < 0xB8 ? opcode - 0xB0u + 2 : 2 * (opcode - 0xB8u) + 3, 0x7B);  // illegal, if it were read
     stream[0] = static_cast<uint8_t>(opcode);
     ExpectMessages(Walk(stream), {});
     stream.pop_back();

@@ -30,7 +30,7 @@ TEST(HeadStructure, TheSizeMayBePaddedToFourBytes) {
   const auto expect = [](size_t size, const std::vector<Message>& expected) {
     ExpectMessages(test::Run(TestStructure_head, GoodFont().Truncate("head", size)), expected);
   };
-  for (const size_t size : {54, 55, 56}) expect(size, {});
+  for (const size_t size : {54u, 55u, 56u}) expect(size, {});
   expect(57, {Technical("is too big.  It is 57 bytes in size, but it should only be 54 bytes in size")});
   expect(53, {{"FatalError", "head: The table is too small; it is only 53 bytes in size and should be at least 54"}});
 }
