@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <initializer_list>
-#include <string>
 
 #include "Core/LinkTable.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
@@ -11,27 +8,26 @@
 
 namespace {
 
-using test::Bytes;
-using test::TableBuilder;
+using namespace test;
 
 /// A small font with everything that a test or an accessor looks into.
-test::FontBuilder RichFont() {
+FontBuilder RichFont() {
   const Bytes program = {0xB0, 1, 0x58, 0x1B, 0x59};
-  test::FontBuilder font = test::OutlineFont({test::SquareGlyph(500, program),
-                                              {},
-                                              test::SquareGlyph(100),
-                                              test::CompoundGlyph({{0x0003, 0}, {0x000B, 2}}),
-                                              test::CompoundGlyph({{0x0003, 3}})});
-  font.Table("cmap", test::CmapTable({{1, 0, test::CmapFormat0({{'A', 1}})},
-                                      {3, 2, test::CmapFormat2({{0x81, 1}}, {{0, {1}}, {0x40, {2, 3}}})},
-                                      {3, 1, test::CmapFormat4({{'A', 'B', 1 - 'A'}, {'a', 'b', 0, {1, 2}}})},
-                                      {0, 3, test::CmapFormat6('A', {1, 2})},
-                                      {3, 10, test::CmapGroups(12, {{'A', 'B', 1}, {0x10000, 0x10001, 2}})},
-                                      {0, 4, test::CmapGroups(13, {{'A', 'B', 1}})},
-                                      {3, 10, test::CmapFormat10('A', {1, 2})},
-                                      {0, 5, test::CmapFormat14({{0xFE00, {{'A', 1}}, {{'B', 2}}}})}}));
-  font.Table("fpgm", {0x2C, 0xB1, 1, 2, 0x2D}).Table("prep", program).Table("vhea", test::HheaTable(2));
-  TableBuilder vmtx = test::MetricsTable({{600, 0}, {600, 0}});
+  FontBuilder font = OutlineFont({SquareGlyph(500, program),
+                                  {},
+                                  SquareGlyph(100),
+                                  CompoundGlyph({{0x0003, 0}, {0x000B, 2}}),
+                                  CompoundGlyph({{0x0003, 3}})});
+  font.Table("cmap", CmapTable({{1, 0, CmapFormat0({{'A', 1}})},
+                                {3, 2, CmapFormat2({{0x81, 1}}, {{0, {1}}, {0x40, {2, 3}}})},
+                                {3, 1, CmapFormat4({{'A', 'B', 1 - 'A'}, {'a', 'b', 0, {1, 2}}})},
+                                {0, 3, CmapFormat6('A', {1, 2})},
+                                {3, 10, CmapGroups(12, {{'A', 'B', 1}, {0x10000, 0x10001, 2}})},
+                                {0, 4, CmapGroups(13, {{'A', 'B', 1}})},
+                                {3, 10, CmapFormat10('A', {1, 2})},
+                                {0, 5, CmapFormat14({{0xFE00, {{'A', 1}}, {{'B', 2}}}})}}));
+  font.Table("fpgm", {0x2C, 0xB1, 1, 2, 0x2D}).Table("prep", program).Table("vhea", HheaTable(2));
+  TableBuilder vmtx = MetricsTable({{600, 0}, {600, 0}});
   font.Table("vmtx", vmtx.Zeros(6));
   TableBuilder hdmx;
   font.Table("hdmx", hdmx.U16(0).U16(1).U32(8).U8(10).U8(6).Append({6, 6, 6, 6, 6, 0}));
@@ -39,13 +35,13 @@ test::FontBuilder RichFont() {
   features.U16(2).U16(0).U32(1).U32(1).U32(28).U32(1).U32(0).U16(0).U16(0).U32(1).U32(0);
   TableBuilder fdsc;
   font.Table("morx", features).Table("fdsc", fdsc.U32(0x00010000).U32(1).Text("slnt").U32(0));
-  return font.Table("post", test::PostTable()).Table("name", test::NameTable({{3, "Rich"}, {6, "Rich"}}));
+  return font.Table("post", PostTable()).Table("name", NameTable({{3, "Rich"}, {6, "Rich"}}));
 }
 
 /// Runs every test over the font, and asks it what reports ask of fonts. Survival is the expectation: the sanitizers
 /// watch, and nothing but an FTException may come out.
 void Survive(const Bytes& bytes, bool messages) {
-  const test::MemoryFont font(bytes);
+  const MemoryFont font(bytes);
   try {
     font->TestBasicUsability();
     font->GetName();
@@ -69,7 +65,7 @@ TEST(DamageSweep, EveryTableCutShortIsSurvived) {
   testing::internal::CaptureStderr();
   for (const char* tag : {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm", "prep",
                           "vhea", "vmtx", "hdmx", "morx", "fdsc"}) {
-    test::FontBuilder font = RichFont();
+    FontBuilder font = RichFont();
     for (size_t size = font[tag].size(); size-- > 0;) Survive(font.Truncate(tag, size).Build(), true);
   }
   testing::internal::GetCapturedStderr();

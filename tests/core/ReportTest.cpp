@@ -1,32 +1,16 @@
-#include <gtest/gtest.h>
-
 #include <initializer_list>
-#include <string>
-#include <utility>
 #include <variant>
-#include <vector>
 
 #include "Core/ReportConsolidation.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
+#include "support/Values.h"
 
 namespace {
 
-using test::GoodFont;
+using namespace test;
 
-Tova::MutableDictionary Dictionary(std::initializer_list<std::pair<TovaStringRef, TovaTypeRef>> entries) {
-  auto dictionary = Tova::Adopt(TovaDictionaryCreateMutable());
-  for (const auto& [key, value] : entries) TovaDictionarySetValue(dictionary.get(), key, value);
-  return dictionary;
-}
-
-Tova::MutableArray Array(std::initializer_list<TovaTypeRef> values) {
-  auto array = Tova::Adopt(TovaArrayCreateMutable());
-  for (const TovaTypeRef value : values) TovaArrayAppendValue(array.get(), value);
-  return array;
-}
-
-/// What TovaCopyDescription says of a value under a path of keys and indexes.
+/// The values of a report, each under a path of keys and indexes.
 class Report {
  public:
   explicit Report(TovaDictionaryRef report) : report_(Tova::Adopt(report)) {}
@@ -52,14 +36,14 @@ class Report {
 
 class ReportCreation : public testing::Test {
  protected:
-  Report Create(const test::Bytes& bytes, TovaDictionaryRef options = nullptr, const std::string& name = "font.ttf") {
+  Report Create(const Bytes& bytes, TovaDictionaryRef options = nullptr, const std::string& name = "font.ttf") {
     return CreateAt(folder_.Write(name, bytes), options);
   }
   static Report CreateAt(const std::string& path, TovaDictionaryRef options) {
-    return Report(VornFontTestCreateReport(Tova::Adopt(TovaURLCreateWithFilePath(path.c_str())).get(), options));
+    return Report(VornFontTestCreateReport(FileUrl(path).get(), options));
   }
 
-  test::TemporaryFolder folder_;
+  TemporaryFolder folder_;
   Tova::MutableDictionary full_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
   Tova::MutableDictionary summary_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}});
 };
@@ -69,7 +53,7 @@ constexpr auto& kFonts = kVornFontTestFontsTestedKey;
 constexpr auto& kRecords = kVornFontTestArrayKey;
 
 TEST_F(ReportCreation, WithoutOptionsThereAreTheSeveritiesOfTheUsabilityTestsAlone) {
-  const Report report = Create(GoodFont().Table("name", test::NameTable({})).Build());
+  const Report report = Create(GoodFont().Table("name", NameTable({})).Build());
   EXPECT_EQ(report.Keys(), 1);
   EXPECT_TRUE(TovaArrayContainsValue(Tova::AsArray(report.At({kResult})), kVornFontTestSeverityFatalError))
       << "no PostScript name";
@@ -135,7 +119,7 @@ TEST_F(ReportCreation, RequestedTestsRunInOrderAndUnknownOnesNotAtAll) {
 }
 
 TEST_F(ReportCreation, AFileThatIsNoFontEndsInAFatalResult) {
-  for (const test::Bytes& bytes : {test::Bytes(), test::Bytes(11), test::Bytes(100, 'x')}) {
+  for (const Bytes& bytes : {Bytes(), Bytes(11), Bytes(100, 'x')}) {
     const Report report = Create(bytes, full_.get(), "file");
     EXPECT_EQ(report.At({kResult, 0}), kVornFontTestSeverityFatalError);
     EXPECT_EQ(report.Count({kFonts}), 0);
@@ -145,9 +129,9 @@ TEST_F(ReportCreation, AFileThatIsNoFontEndsInAFatalResult) {
 }
 
 TEST_F(ReportCreation, ABrokenFontLeavesAFatalRecordAfterTheFontsBeforeIt) {
-  test::FontBuilder broken = GoodFont();
+  FontBuilder broken = GoodFont();
   broken.Entry("over", 0, 0xFFFF);
-  const Report report = Create(test::BuildCollection({GoodFont(), broken, GoodFont()}), full_.get());
+  const Report report = Create(BuildCollection({GoodFont(), broken, GoodFont()}), full_.get());
   ASSERT_EQ(report.Count({kFonts}), 2) << "the run ends there";
   EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontNameKey}), "<corrupt font name>");
   EXPECT_EQ(report.At({kFonts, 1, kVornFontTestFontPostScriptNameKey}), nullptr);
@@ -160,10 +144,10 @@ TEST_F(ReportCreation, ABrokenFontLeavesAFatalRecordAfterTheFontsBeforeIt) {
 }
 
 TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
-  const Report report = Create(GoodFont().Table("name", test::NameTable({})).Build(), summary_.get(), "file.ttf");
+  const Report report = Create(GoodFont().Table("name", NameTable({})).Build(), summary_.get(), "file.ttf");
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "file.ttf");
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontPostScriptNameKey}), "<no font name>");
-  const Report type1 = Create(test::TableBuilder().U32(0x80010000), summary_.get(), "file.pfb");
+  const Report type1 = Create(TableBuilder().U32(0x80010000), summary_.get(), "file.pfb");
   EXPECT_EQ(type1.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "<no font identifier>");
   EXPECT_EQ(type1.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestGeneralFontData");
 }

@@ -1,23 +1,16 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/FontClasses/FTLookupTable.h"
 #include "support/TestRun.h"
 
 namespace {
 
-using test::FontBuilder;
-using test::GoodFont;
-using test::MemoryFont;
-using test::TableBuilder;
+using namespace test;
 
 std::string Text(TovaStringRef string) { return string ? std::string(Tova::Text(string)) : "(none)"; }
 
 TEST(SfntFont, NamesFallBackFromFullNameToPostScriptNameToUniqueName) {
   const auto name = [](std::vector<std::pair<uint16_t, std::string>> names) {
-    return Text(MemoryFont(GoodFont().Table("name", test::NameTable(names)).Build())->GetName());
+    return Text(MemoryFont(GoodFont().Table("name", NameTable(names)).Build())->GetName());
   };
   EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}, {4, "Full"}}), "Full");
   EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}}), "PS");
@@ -29,7 +22,7 @@ TEST(SfntFont, IdentifierJoinsChecksumAdjustmentAndUniqueName) {
   EXPECT_EQ(Text(MemoryFont(GoodFont().Build())->GetIdentifier()), "1234ABCD|Good 1.0");
   EXPECT_EQ(Text(MemoryFont(GoodFont().Remove("name").Build())->GetIdentifier()), "1234ABCD|");
   // A bitmap-only font has its adjustment in 'bhed'.
-  TableBuilder bhed = test::HeadTable();
+  TableBuilder bhed = HeadTable();
   bhed.Patch("checkSumAdjustment", 0xBEEF);
   EXPECT_EQ(Text(MemoryFont(GoodFont().Table("head", {}).Table("bhed", bhed).Build())->GetIdentifier()),
             "0000BEEF|Good 1.0");
@@ -64,13 +57,13 @@ TEST(SfntFont, HintingIsKnownByItsTablesAndByTheMaximumProfile) {
   EXPECT_TRUE(hinted(GoodFont().Table("cvt_", {0, 1})));
   EXPECT_TRUE(hinted(GoodFont().Table("prep", {0x4B})));
   EXPECT_FALSE(hinted(GoodFont().Table("prep", {})));
-  TableBuilder maxp = test::MaxpTable(3);
+  TableBuilder maxp = MaxpTable(3);
   EXPECT_TRUE(hinted(GoodFont().Table("maxp", maxp.Patch("maxSizeOfInstructions", 1))));
 }
 
 TEST(SfntFont, GlyphsAreCountedByMaxpBeforeCid) {
   const std::string program = "/CIDCount 65540 def";
-  const test::Bytes cid(program.begin(), program.end());
+  const Bytes cid(program.begin(), program.end());
   EXPECT_EQ(MemoryFont(GoodFont().Table("CID ", cid).Build())->CountFontGlyphs(), 3);
   EXPECT_EQ(MemoryFont(GoodFont().Remove("maxp").Table("CID ", cid).Build())->CountFontGlyphs(), 4) << "in 16 bits";
   EXPECT_EQ(MemoryFont(GoodFont().Table("maxp", {}).Table("CID ", cid).Build())->CountFontGlyphs(), 0)

@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unicode/uniset.h>
 

@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_post.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 TEST(Fdsc, TheAngleIsTheValueOfTheFirstSlantDescriptor) {
   const auto angle = [](uint32_t count, size_t size) {
@@ -28,4 +27,3 @@ TEST(Post, TheItalicAngleIsSigned) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
@@ -13,9 +9,7 @@
 
 namespace {
 
-using test::FontBuilder;
-using test::MemoryFont;
-using test::TableBuilder;
+using namespace test;
 
 TEST(TableFactory, TagsAreComparedExactly) {
   FontBuilder builder;
@@ -32,7 +26,7 @@ TEST(TableFactory, TagsAreComparedExactly) {
 }
 
 TEST(FixedLayout, FieldsAreReadFromTheirPlaces) {
-  FontBuilder builder = test::GoodFont().Table("vhea", test::HheaTable(7));
+  FontBuilder builder = GoodFont().Table("vhea", HheaTable(7));
   const MemoryFont font(builder.Build());
   const auto* head = font->FindTable<FTFontTable_head>();
   EXPECT_EQ(head->MagicNumber(), 0x5F0F3CF5u);
@@ -47,7 +41,7 @@ TEST(FixedLayout, FieldsAreReadFromTheirPlaces) {
 
 TEST(FixedLayout, OnlyFormatOneMeansLongOffsets) {
   for (const int format : {-1, 0, 1, 2}) {
-    TableBuilder head = test::HeadTable();
+    TableBuilder head = HeadTable();
     head.Patch("indexToLocFormat", static_cast<uint64_t>(format));
     const MemoryFont font(FontBuilder().Table("head", head).Build());
     EXPECT_EQ(font->FindTable<FTFontTable_head>()->FontUsesLongGlyphOffsets(), format == 1) << format;
@@ -56,13 +50,13 @@ TEST(FixedLayout, OnlyFormatOneMeansLongOffsets) {
 
 TEST(FixedLayout, AShortTableReadsAsZerosWhereItEnds) {
   for (size_t size = 0; size <= 54; ++size) {
-    const MemoryFont font(test::GoodFont().Truncate("head", size).Build());
+    const MemoryFont font(GoodFont().Truncate("head", size).Build());
     EXPECT_EQ(font->FindTable<FTFontTable_head>()->UnitsPerEm(), size >= 20 ? 1000 : 0) << size;
   }
 }
 
 TEST(MaximumProfile, MaximaAreThoseOfTheLongForm) {
-  TableBuilder maxp = test::MaxpTable(300);
+  TableBuilder maxp = MaxpTable(300);
   maxp.Patch("maxPoints", 17);
   const MemoryFont longForm(FontBuilder().Table("maxp", maxp).Build());
   EXPECT_EQ(longForm->FindTable<FTFontTable_maxp>()->MaxPoints(), 17);
@@ -87,7 +81,7 @@ TEST(DeviceMetrics, RecordsAreReachedByIndex) {
 }
 
 TEST(TableCopy, HasBytesOfItsOwnAndReadsThemAgain) {
-  auto font = std::make_unique<MemoryFont>(test::GoodFont().Build());
+  auto font = std::make_unique<MemoryFont>(GoodFont().Build());
   const auto* source = (*font)->FindTable<FTFontTable_head>();
   EXPECT_EQ(source->UnitsPerEm(), 1000);
   const FTFontTable_head copy(*source);
@@ -97,7 +91,7 @@ TEST(TableCopy, HasBytesOfItsOwnAndReadsThemAgain) {
 }
 
 TEST(PostScriptTables, GlyphsOfCidFontsAreCountedThoseOfType1AreNot) {
-  const auto bytes = [](const std::string& text) { return test::Bytes(text.begin(), text.end()); };
+  const auto bytes = [](const std::string& text) { return Bytes(text.begin(), text.end()); };
   const auto cid = [&](const std::string& text) {
     return MemoryFont(FontBuilder().Table("CID ", bytes(text)).Build())->CountFontGlyphs();
   };

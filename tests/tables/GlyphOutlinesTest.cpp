@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 /// A font's glyphs by index, as the class wanted.
 class Glyphs {
@@ -89,8 +88,7 @@ TEST(SimpleGlyph, RecordsThatCannotHoldTheirPointsThrowOnceAndForAll) {
        "A glyph has more data than will fit in the space allocated"},
       {TableBuilder(square).Truncate(flags).U8(1).U8(1).U8(1), "Glyph data exceeded data limit when unzipping flags"},
       {TableBuilder(square).Truncate(flags).U8(0x01).U8(0x09).U8(3),
-       "Flag data exceeded flag data limit when unzipping flags"},
-  };
+       "Flag data exceeded flag data limit when unzipping flags"}};
   for (const auto& [record, message] : cases) {
     const Glyphs glyphs({record, square});
     ExpectThrow(message, [&] { glyphs.Simple(0).GetPointCount(); });
@@ -177,13 +175,11 @@ TEST(GlyphTable, GlyphsThatCannotBeMadeLeaveTheTableWithoutAny) {
   const struct {
     std::function<void(FontBuilder&)> damage;
     const char* message;
-  } cases[] = {
-      {[](FontBuilder& font) { font.Remove("loca"); }, "The required 'loca' table is missing"},
-      {[](FontBuilder& font) { font.Remove("head"); }, "The required 'head' table is missing"},
-      {[](FontBuilder& font) { font["loca"][2] = 1; },
-       "The 'loca' table points to data outside the bounds of the 'glyf' table"},
-      {[](FontBuilder& font) { font["glyf"][0] = 0xFE; }, "An error occurred allocating memory"},
-  };
+  } cases[] = {{[](FontBuilder& font) { font.Remove("loca"); }, "The required 'loca' table is missing"},
+               {[](FontBuilder& font) { font.Remove("head"); }, "The required 'head' table is missing"},
+               {[](FontBuilder& font) { font["loca"][2] = 1; },
+                "The 'loca' table points to data outside the bounds of the 'glyf' table"},
+               {[](FontBuilder& font) { font["glyf"][0] = 0xFE; }, "An error occurred allocating memory"}};
   for (const auto& [damage, message] : cases) {
     FontBuilder font = OutlineFont({SquareGlyph(9), SquareGlyph(9)});
     damage(font);
@@ -200,4 +196,3 @@ TEST(GlyphTable, GlyphsThatCannotBeMadeLeaveTheTableWithoutAny) {
 }
 
 }  // namespace
-}  // namespace test

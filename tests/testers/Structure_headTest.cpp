@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "Tests/VornFontTesterStructure_head.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 const std::string kHeader = "head: The header ('head'/'bhed') table ";
 const std::string kNoFeatures = kHeader + "the default features flag (bit 7) set, but no default features";
@@ -50,8 +49,7 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
       {"fontDirectionHint", -3, {Technical("direction hint value is -3; it should be -2, -1, 0, 1, or 2")}},
       {"fontDirectionHint", 3, {Technical("direction hint value is 3; it should be -2, -1, 0, 1, or 2")}},
       {"glyphDataFormat", -1, {Technical("glyph data format value is -1; it should be 0")}},
-      {"indexToLocFormat", -1, {{"FatalError", kHeader + "'loca' table format value is -1; it should be 0 or 1"}}},
-  };
+      {"indexToLocFormat", -1, {{"FatalError", kHeader + "'loca' table format value is -1; it should be 0 or 1"}}}};
   for (const auto& [field, value, expected] : cases) {
     SCOPED_TRACE(field);
     const Bytes head = HeadTable().Patch(field, static_cast<uint64_t>(value));
@@ -70,18 +68,16 @@ TEST(HeadStructure, FlagsAreHeldAgainstTheDefaultFeatures) {
     bool on;
     uint16_t flags;
     std::vector<Message> expected;
-  } cases[] = {
-      {"", false, 0x0100, {Minor(kNoFeatures)}},
-      {"", false, 0x0080, {Minor(kRequiresNone)}},
-      {"morx", true, 0x0000, {Minor(kFeatures)}},
-      {"mort", true, 0x0000, {Minor(kFeatures)}},
-      {"morx", true, 0x0180, {}},
-      {"morx",
-       true,
-       0xF0C0,
-       {Technical("has flag value 0xF0C0; the top four bits should all be clear"), Minor(kFeatures),
-        Technical("flags field has bit 6 set; it should be clear"), Minor(kRequiresNone)}},
-  };
+  } cases[] = {{"", false, 0x0100, {Minor(kNoFeatures)}},
+               {"", false, 0x0080, {Minor(kRequiresNone)}},
+               {"morx", true, 0x0000, {Minor(kFeatures)}},
+               {"mort", true, 0x0000, {Minor(kFeatures)}},
+               {"morx", true, 0x0180, {}},
+               {"morx",
+                true,
+                0xF0C0,
+                {Technical("has flag value 0xF0C0; the top four bits should all be clear"), Minor(kFeatures),
+                 Technical("flags field has bit 6 set; it should be clear"), Minor(kRequiresNone)}}};
   for (const auto& [table, on, flags, expected] : cases) {
     SCOPED_TRACE(testing::Message() << table << ' ' << flags);
     FontBuilder font = GoodFont().Table("head", HeadTable().Patch("flags", flags));
@@ -144,4 +140,3 @@ TEST(HeadStructure, TheBoundingBoxIsThatOfTheGlyphsThatDraw) {
 }
 
 }  // namespace
-}  // namespace test
