@@ -158,7 +158,7 @@ TEST_F(CommandLine, DirectoriesAreSearchedForFontsInOrder) {
   EXPECT_THAT(Reported({top}, 2), SizeIs(6));
 }
 
-TEST_F(CommandLine, WritesValidJson) {
+TEST_F(CommandLine, WritesValidJsonAndPropertyLists) {
   const std::string odd = folder_.Write("odd\n\xFF.ttf", GoodFont().Build());
   const Outcome outcome = RunProgram({"-f", "json", odd, Missing(), NoFont()});
   EXPECT_EQ(outcome.status, 2);
@@ -176,9 +176,7 @@ TEST_F(CommandLine, WritesValidJson) {
   ASSERT_EQ(lines.size(), 2u);
   EXPECT_EQ(lines[0]["path"], Good());
   EXPECT_EQ(lines[1]["report"]["kVornFontTestCreateReportTypeKey"], "kVornFontTestReportTypeSummary");
-}
 
-TEST_F(CommandLine, WritesAPropertyList) {
   const std::string text = RunProgram({"-f", "plist", Good(), NoFont()}).out;
   const auto data = Tova::Adopt(TovaDataCreate(reinterpret_cast<const uint8_t*>(text.data()), text.size()));
   const auto list = Tova::Adopt(TovaPropertyListCreateWithData(data.get(), nullptr));

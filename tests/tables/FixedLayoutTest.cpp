@@ -1,9 +1,11 @@
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
+#include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
+#include "TableAccess/TableClasses/FTFontTable_post.h"
 #include "TableAccess/TableClasses/TagOnlyTables.h"
 #include "support/TestRun.h"
 
@@ -101,6 +103,25 @@ TEST(PostScriptTables, GlyphsOfCidFontsAreCountedThoseOfType1AreNot) {
   EXPECT_EQ(cid("/CIDCount x"), 0);
   const MemoryFont type1(FontBuilder().Table("TYP1", bytes("/CharStrings 228 dict")).Build());
   EXPECT_EQ(type1->FindTable<FTFontTable_TYP1>()->NumGlyphs(), 0u);
+}
+
+TEST(Fdsc, TheAngleIsTheValueOfTheFirstSlantDescriptor) {
+  const auto angle = [](uint32_t count, size_t size) {
+    TableBuilder fdsc;
+    fdsc.U32(0x00010000).U32(count).Text("wght").U32(7).Text("slnt").S32(-12 << 16).Text("slnt").S32(3);
+    const MemoryFont font(FontBuilder().Table("fdsc", fdsc.Truncate(size)).Build());
+    return font->FindTable<FTFontTable_fdsc>()->GetAngle();
+  };
+  EXPECT_EQ(angle(3, 32), -12 << 16);
+  EXPECT_EQ(angle(0xFFFFFFFF, 32), -12 << 16);
+  EXPECT_EQ(angle(1, 32), 0) << "only the weight is counted";
+  for (const size_t size : {23u, 16u}) EXPECT_EQ(angle(0xFFFFFFFF, size), 0) << "the value is cut off";
+}
+
+TEST(Post, TheItalicAngleIsSigned) {
+  const Bytes post = PostTable().Patch("italicAngle", 0xFFF48000);
+  const MemoryFont font(FontBuilder().Table("post", post).Build());
+  EXPECT_EQ(font->FindTable<FTFontTable_post>()->GetItalicAngle(), -753664) << "-11.5 degrees";
 }
 
 }  // namespace

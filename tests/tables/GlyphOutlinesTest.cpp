@@ -62,9 +62,8 @@ TEST(SimpleGlyph, ContoursCountFromTheEndPointBeforeThem) {
        SimpleGlyph({{{0, 0}, {1, 1}, {2, 2}, {3, 3}}, {{4, 4}, {5, 5}}}).Patch("end0", 5).Patch("end1", 3),
        SquareGlyph(9).Patch("end0", 0xFFFF)});
   const FTSimpleTrueTypeGlyph& glyph = glyphs.Simple(0);
-  EXPECT_EQ(glyph.GetContourPointCount(0), 3);
-  EXPECT_EQ(glyph.GetContourPointCount(1), 2);
-  EXPECT_EQ(glyph.GetContourPointCount(2), 0);
+  EXPECT_EQ(std::tuple(glyph.GetContourPointCount(0), glyph.GetContourPointCount(1), glyph.GetContourPointCount(2)),
+            std::tuple(3, 2, 0));
   EXPECT_EQ(glyph.GetContourPoint(0, 2), (FTPoint{2, 2}));
   EXPECT_EQ(glyph.GetContourPoint(1, 0), (FTPoint{2, 2}));
   EXPECT_EQ(glyph.GetContourPoint(1, 2), (FTPoint{4, 4}));
@@ -107,11 +106,9 @@ TEST(CompoundGlyph, TotalsAreThoseOfAllGlyphsBeneath) {
                        CompoundGlyph({{0, 2}, {0, 0}, {0x0080, 2}})});
   const FTCompoundTrueTypeGlyph& outer = glyphs.Compound(3);
   EXPECT_EQ(outer.GetComponentID(0), 0xFFFF);  // before it was read
-  EXPECT_EQ(outer.GetComponentCount(), 3);
-  EXPECT_EQ(outer.GetSubcomponentCount(), 3);
-  EXPECT_EQ(outer.GetComponentPointCount(), 9 * 4);
-  EXPECT_EQ(outer.GetComponentContourCount(), 9);
-  EXPECT_EQ(outer.GetComponentDepth(), 2);
+  EXPECT_EQ(std::tuple(outer.GetComponentCount(), outer.GetSubcomponentCount(), outer.GetComponentPointCount(),
+                       outer.GetComponentContourCount(), outer.GetComponentDepth()),
+            std::tuple(3, 3, 9 * 4, 9, 2));
   EXPECT_EQ(outer.RawComponentCount(), 0xFFFF);
   const FTCompoundTrueTypeGlyph& inner = glyphs.Compound(2);
   EXPECT_EQ(inner.GetComponentDepth(), 1);
