@@ -179,7 +179,7 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
   if (TovaArrayGetCount(tMessages.get()) > 0) {
     TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
   }
-  const auto tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
+  Tova::Dictionary tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
   if (!_fForced) AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
   return tFinished;
 }
