@@ -10,6 +10,10 @@
 /// fonts, and each costs memory before its directory is looked at.
 inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 
+/// Bytes by which the directories of a collection's fonts may exceed its file: fonts may share a directory, as far as
+/// that stays small.
+inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
+
 /// Pairs of character and glyph in a copy of an encoding's mapping: the code points of Unicode and one plane more. A
 /// 'cmap' of a megabyte can claim hundreds of billions.
 inline constexpr uint64_t kFTMaxEncodingPairs = 0x110000 + 0x10000;
