@@ -5,6 +5,7 @@
 
 #include <concepts>
 #include <initializer_list>
+#include <new>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -97,6 +98,21 @@ inline TovaBooleanRef AsBoolean(TovaTypeRef value) {
 inline TovaNumberRef AsNumber(TovaTypeRef value) {
   return TovaGetTypeID(value) == kTovaTypeNumber ? static_cast<TovaNumberRef>(value) : nullptr;
 }
+
+/// Watches for Tova calls of this thread that fail for lack of memory, from its making on. They return null or change
+/// nothing, which looks like an honest answer; whoever builds something from many calls checks once, at its end.
+class MemoryWatch {
+ public:
+  /// Whether there was such a call.
+  bool Failed() const { return TovaGetMemoryFailures() != before_; }
+  /// Throws std::bad_alloc when there was.
+  void Check() const {
+    if (Failed()) throw std::bad_alloc();
+  }
+
+ private:
+  uint64_t before_ = TovaGetMemoryFailures();
+};
 
 /// One argument of a format: an integer, a real, a Tova value or a text, borrowed for the length of the call.
 class FormatArgument : public TovaFormatArgument {

@@ -8,7 +8,8 @@
  * Every key and value constant is a string whose text equals its own name.
  *
  * Threads. Reports may be made on several threads at once. Errors. Nothing here throws; what goes wrong with a font,
- * its file included, becomes a fatal record inside the report.
+ * its file included, becomes a fatal record inside the report. Fonts are mapped, not copied: a file that another
+ * process cuts short while a report is made of it ends this one (SIGBUS), so test files that nobody writes to.
  */
 #ifndef VORNFONTTEST_VORNFONTTEST_H
 #define VORNFONTTEST_VORNFONTTEST_H
@@ -43,8 +44,8 @@ extern "C" {
  * kVornFontTestArrayKey: an array of test records.
  *
  * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array of
- * severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with kVornFontTestResultKey
- * (the severity) and kVornFontTestMessageTextKey (the text). Where a font or its file could not be tested at all, a
+ * severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
+ * kVornFontTestResultKey (the severity) and kVornFontTestMessageTextKey (the text). Where a font could not be tested, a
  * record of its own says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
  */
 VORNFONTTEST_EXPORT TovaDictionaryRef VornFontTestCreateReport(TovaURLRef url, TovaDictionaryRef options);
@@ -53,8 +54,8 @@ VORNFONTTEST_EXPORT TovaDictionaryRef VornFontTestCreateReport(TovaURLRef url, T
  * Lists the available tests that are of one of the given test types (strings), each once: an array of descriptions,
  * which the caller releases. With null instead of an array, the usability tests. Null when testTypes holds something
  * that is no string. A description is a dictionary of kVornFontTestIdentifierKey, kVornFontTestTypeKey (array of test
- * types), kVornFontTestTargetKey (a table key), kVornFontTestVersionKey, kVornFontTestNameKey and
- * kVornFontTestDescriptionKey.
+ * types), kVornFontTestTargetKey (a table key, for a test of one table), kVornFontTestVersionKey, kVornFontTestNameKey
+ * and kVornFontTestDescriptionKey.
  */
 VORNFONTTEST_EXPORT TovaArrayRef VornFontTestCopyAvailableTests(TovaArrayRef testTypes);
 

@@ -12,8 +12,11 @@
 #include "Core/TestHooks.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
+#include "TableAccess/FTLimits.h"
 
 namespace {
+
+constexpr const char* kOutOfMemory = "A memory allocation operation failed";
 
 /// How much a report holds.
 enum class Level { kResultsOnly, kSummary, kFull };
@@ -59,11 +62,27 @@ TovaStringRef FontTypeOf(const FTFont& iFont) {
 
 TovaArrayRef GetDefaultSeverities() {
   static const Tova::Array gDefaultSeverities = [] {
+    const Tova::MemoryWatch tMemory;
     const auto tSeverities = Tova::Adopt(TovaArrayCreateMutable());
     TovaArrayAppendValue(tSeverities.get(), kVornFontTestSeverityFatalError);
-    return Tova::Adopt(TovaArrayCreateCopy(tSeverities.get()));
+    const auto tCopy = Tova::Adopt(TovaArrayCreateCopy(tSeverities.get()));
+    tMemory.Check();
+    return tCopy;
   }();
   return gDefaultSeverities.get();
+}
+
+/// The report for when there is no memory for any other: a fatal result and nothing else.
+Tova::Dictionary GetBareReport() {
+  static const Tova::Dictionary gBareReport = [] {
+    const Tova::MemoryWatch tMemory;
+    const auto tReport = Tova::Adopt(TovaDictionaryCreateMutable());
+    TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, GetDefaultSeverities());
+    const auto tCopy = Tova::Adopt(TovaDictionaryCreateCopy(tReport.get()));
+    tMemory.Check();
+    return tCopy;
+  }();
+  return gBareReport;
 }
 
 /// One report in the making.
@@ -76,12 +95,14 @@ class ReportRun {
         _fLevel(ReportLevel(iOptions)),
         _fForced(GetBoolOption(false, kVornFontTestForceTestExecutionKey, iOptions)) {
     AddDefaultOptions();
+    _fMemory.Check();
   }
 
   /// Opens the file and tests its fonts, up to the first failure.
   void TestFonts();
   /// Records what ended the run before its time; the text shows in full reports.
   void RecordFailure(TovaStringRef iMessage);
+  /// The report. Throws std::bad_alloc, as the operations above do, when there was too little memory for it.
   Tova::Dictionary Finish();
 
   bool WantsMessages() const { return _fLevel == Level::kFull; }
@@ -94,6 +115,7 @@ class ReportRun {
   Tova::Dictionary MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, const VornFontTestLink& iTest);
   bool HasFontDetails() const { return _fLevel != Level::kResultsOnly; }
 
+  Tova::MemoryWatch _fMemory;
   TovaURLRef _fURL;
   Tova::MutableDictionary _fOptions;
   bool _fUseSandbox;
@@ -101,6 +123,7 @@ class ReportRun {
   bool _fForced;
   std::unique_ptr<FTFontContainer> _fContainer;
   const FTFont* _fLastFont = nullptr;
+  TovaIndex _fMessageCount = 0;
   Tova::MutableArray _fResults = Tova::Adopt(TovaArrayCreateMutable());
   Tova::MutableArray _fFontsTested = Tova::Adopt(TovaArrayCreateMutable());
 };
@@ -124,7 +147,9 @@ void ReportRun::TestFonts() {
     _fLastFont = _fContainer->GetIndFont(i);
     _fLastFont->TestBasicUsability();
     TestFont(*_fLastFont);
+    _fLastFont->ForgetTables();
   }
+  _fMemory.Check();
 }
 
 void ReportRun::TestFont(const FTFont& iFont) {
@@ -161,6 +186,7 @@ Tova::Array ReportRun::RunTest(const FTFont& iFont, TovaDictionaryRef iDescripti
   if (!_fForced) tRecord = GetCachedTestResults(_fOptions.get(), iFont.GetIdentifier(), iDescription);
   if (!tRecord && tTest) tRecord = MakeRecord(iFont, iDescription, *tTest);
   TovaArrayAppendValue(tRecords.get(), tRecord.get());
+  _fMemory.Check();
   return tRecords;
 }
 
@@ -172,20 +198,27 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
     TovaDictionaryAddValue(tRecord.get(), kVornFontTestTimeStampKey,
                            Tova::Adopt(TovaDateCreate(TovaAbsoluteTimeGetCurrent())).get());
   }
-  const auto tMessages = WantsMessages() ? Tova::Adopt(TovaArrayCreateMutable()) : Tova::MutableArray();
+  const bool tWithMessages = WantsMessages() && _fMessageCount < kFTMaxMessagesOfReport;
+  const auto tMessages = tWithMessages ? Tova::Adopt(TovaArrayCreateMutable()) : Tova::MutableArray();
   const Tova::Array tResults = iTest.entry(&iFont, tMessages.get(), _fOptions.get());
   if (!tResults) return {};
   TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, tResults.get());
   if (TovaArrayGetCount(tMessages.get()) > 0) {
     TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
+    _fMessageCount += TovaArrayGetCount(tMessages.get());
   }
   Tova::Dictionary tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
-  if (!_fForced) AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
+  if (HasFontDetails() && !_fForced)
+    AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
   return tFinished;
 }
 
 void ReportRun::RecordFailure(TovaStringRef iMessage) {
-  const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? iMessage : nullptr);
+  const bool tOutOfMemory = _fMemory.Failed();  // then the font is not to blame, whatever it seemed to lack
+  _fMemory = {};
+  if (_fLastFont) _fLastFont->ForgetTables();
+  const Tova::String tMessage = tOutOfMemory ? Tova::MakeString(kOutOfMemory) : Tova::Share(iMessage);
+  const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? tMessage.get() : nullptr);
   if (HasFontDetails() && _fLastFont) {
     const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
     AddFontDataToDictionary(tFontData.get(), *_fLastFont);
@@ -208,24 +241,34 @@ Tova::Dictionary ReportRun::Finish() {
   }
   TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, _fResults.get());
   ConsolidateReport(tReport.get());
+  _fMemory.Check();
   return tReport;
 }
 
-}  // namespace
-
-Tova::Dictionary CreateReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
-  const uint64_t tToken = SetupTests();
+/// Makes the report; throws std::bad_alloc when there is too little memory even for that of a failure.
+Tova::Dictionary RunReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
   ReportRun tRun(iURL, iOptions);
   try {
     tRun.TestFonts();
   } catch (const FTException& tException) {
     tRun.RecordFailure(tRun.WantsMessages() ? tException.GetUIMessageString() : nullptr);
   } catch (const std::bad_alloc&) {
-    tRun.RecordFailure(Tova::MakeString("A memory allocation operation failed").get());
+    tRun.RecordFailure(Tova::MakeString(kOutOfMemory).get());
   } catch (...) {
     tRun.RecordFailure(Tova::MakeString("An error occurred").get());
   }
-  Tova::Dictionary tReport = tRun.Finish();
+  return tRun.Finish();
+}
+
+}  // namespace
+
+Tova::Dictionary CreateReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
+  const uint64_t tToken = SetupTests();
+  Tova::Dictionary tReport = GetBareReport();
+  try {
+    tReport = RunReport(iURL, iOptions);
+  } catch (const std::bad_alloc&) {
+  }
   CompleteTests(tToken);
   return tReport;
 }

@@ -19,9 +19,12 @@ auto Guarded(Action iAction) noexcept -> decltype(iAction()) {
 
 TovaArrayRef GetUsabilityTypes() {
   static const Tova::Array gUsabilityTypes = [] {
+    const Tova::MemoryWatch tMemory;
     const auto tTypes = Tova::Adopt(TovaArrayCreateMutable());
     TovaArrayAppendValue(tTypes.get(), kVornFontTestUsabilityTest);
-    return Tova::Adopt(TovaArrayCreateCopy(tTypes.get()));
+    const auto tCopy = Tova::Adopt(TovaArrayCreateCopy(tTypes.get()));
+    tMemory.Check();
+    return tCopy;
   }();
   return gUsabilityTypes.get();
 }

@@ -57,8 +57,11 @@ TEST_F(Container, ACollectionsHeaderIsReadAsFarAsItGoes) {
   const auto header = [](uint64_t count) { return TableBuilder().Text("ttcf").U32(0x00010000).U32(count); };
   EXPECT_EQ(Open("none.ttc", header(0))->GetFontCount(), 0u);
   EXPECT_EQ(Open("far.ttc", header(1).U32(0xFFFFFFF0))->GetFontCount(), 1u) << "fonts judge their own offsets";
-  for (const Bytes& broken :
-       {Bytes(TableBuilder().Text("ttcf").U32(0)), Bytes(header(2).U32(12)), Bytes(header(0xFFFFFFFF).Zeros(400000))}) {
+  TableBuilder shared = header(200);  // fonts with one directory of 60,000 entries
+  for (int i = 0; i < 200; ++i) shared.U32(812);
+  shared.U32(0x00010000).U16(60000).Zeros(6 + 16 * 60000);
+  for (const Bytes& broken : {Bytes(shared), Bytes(TableBuilder().Text("ttcf").U32(0)), Bytes(header(2).U32(12)),
+                              Bytes(header(0xFFFFFFFF).Zeros(400000))}) {
     const auto container = Open("broken.ttc", broken);
     ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
   }

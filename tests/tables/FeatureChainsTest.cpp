@@ -62,7 +62,7 @@ TEST(FeatureChains, OverlappingChainsEndWithTheBytes) {
     standstill.Patch("firstLength", 0);
     EXPECT_EQ(Count(standstill, extended), 2u) << "the first chain twice";
     const auto endless = [&] { Count(standstill.Patch("chainCount", 0xFFFFFFFF), extended); };
-    ExpectThrow(extended ? kHeadOutside : kEntryOutside, endless);
+    ExpectThrow(extended ? kEntryOutside : kHeadOutside, endless);
     // Chains of a head's length that all claim tens of thousands of entries: billions, were they all looked at.
     TableBuilder crawl;
     crawl.U32(0x00020000).U32(0xFFFFFFFF);

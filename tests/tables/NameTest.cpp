@@ -93,6 +93,22 @@ TEST(NameTable, TheFirstMatchingRecordDecidesEvenWithoutAText) {
   EXPECT_EQ(language, 5u);
 }
 
+TEST(NameTable, EntriesCanBeReplacedAndRemoved) {
+  const test::Bytes bytes = OneName(1, 0, 4, "Font", 4);
+  const MemoryFont font(test::FontBuilder().Table("name", bytes).Build());
+  FTFontTable_name names(*font->FindTable<FTFontTable_name>());
+  EXPECT_FALSE(names.SetIndName(1, Tova::MakeString("Other")));
+  names.SetName(4, 1, 0, 0, Tova::MakeString("Other"));
+  names.SetName(6, 3, 1, 0x409, Tova::MakeString("Added"));
+  ASSERT_EQ(names.NameCount(), 2u);
+  EXPECT_EQ(Tova::Text(names.GetIndName(0)->GetNameString()), "Other");
+  EXPECT_EQ(Tova::Text(names.GetIndName(1)->GetNameString()), "Added");
+  EXPECT_TRUE(names.DeleteName(4, 1, 0, 0));
+  EXPECT_FALSE(names.DeleteName(4, 1, 0, 0));
+  names.DeleteData();
+  EXPECT_EQ(names.NameCount(), 0u);
+}
+
 TEST(NameTable, ACountBeyondTheBytesReadsAsEmptyNames) {
   TableBuilder table = OneName(1, 0, 4, "", 0);
   EXPECT_EQ(Name(table.Patch("count", 65535))->NameCount(), 65535u);

@@ -57,6 +57,11 @@ TovaStringRef FTNameTableEntry::GetNameString() const {
   return _fNameString.get();
 }
 
+void FTNameTableEntry::SetNameString(const Tova::String& iName) {
+  _fNameString = iName;
+  _fDecoded = true;
+}
+
 void FTNameTableEntry::ReplaceNameStringFromUnswappedNameData() const {
   if (!_fHasBytes) FTThrow("_fUnswappedNameData == NULL", "A memory allocation operation failed");
   const TovaTextEncoding tEncoding = GetEncoding();

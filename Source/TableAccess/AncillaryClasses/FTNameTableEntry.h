@@ -29,6 +29,8 @@ class FTNameTableEntry {
 
   /// The encoding of the raw bytes, kTovaTextEncodingInvalid where platform and script imply none.
   TovaTextEncoding GetEncoding() const;
+  /// Puts another text in the place of the decoded one; the raw bytes stay.
+  void SetNameString(const Tova::String& iName);
   /// Decodes the raw bytes anew. Throws "A memory allocation operation failed" when there are none, not even none of
   /// length 0.
   void ReplaceNameStringFromUnswappedNameData() const;

@@ -10,6 +10,7 @@
 #include "TableAccess/FontClasses/FTFont_Type1.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/FontClasses/FTScalerTypes.h"
+#include "TableAccess/FontClasses/FTSfntDirectory.h"
 
 namespace {
 
@@ -81,10 +82,16 @@ void FTDiskBasedFontContainer::ReadData() const {
     const auto tHeader = ReadExactly<8>(*tFork, "tBytesToRead == sizeof( TTCHeader )");  // version, numFonts
     const uint32_t tFontCount = U32At(tHeader, 4);
     std::shared_ptr<const Tova::FileMapping> tMapping;
+    uint64_t tDirectoryBytes = 0;
     for (uint32_t i = 0; i < tFontCount; ++i) {
       const uint32_t tOffset = U32At(ReadExactly<4>(*tFork, "tBytesToRead == sizeof( uint32_t )"), 0);
       if (i >= kFTMaxCollectionFonts) FTThrow("i >= kFTMaxCollectionFonts", kFileFailure);
       if (!tMapping) tMapping = FTFont::MapFile(_fFile);
+      // Directories of their own cannot be larger than the file together; shared ones would multiply the work.
+      tDirectoryBytes += FTSfntDirectory(tMapping->Bytes(), tOffset).GetSize();
+      if (tDirectoryBytes > tMapping->Bytes().Size() + kFTSharedDirectoryBytes) {
+        FTThrow("tDirectoryBytes > tMapping->Bytes().Size() + kFTSharedDirectoryBytes", kFileFailure);
+      }
       tFonts.push_back(std::make_unique<FTFont_sfnt>(this, tMapping, tOffset));
     }
   } else if (FTIsSegmentedType1(tScaler)) {

@@ -6,6 +6,7 @@
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTScalerTypes.h"
 
 namespace {
@@ -73,6 +74,12 @@ const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
   if (!_fFonts) ReadData();
   if (!_fFonts) _fFonts.emplace();
   return *_fFonts;
+}
+
+bool FTFontContainer::SpendWork(uint64_t iItems) const {
+  _fWork += iItems;
+  const uint64_t tFileSize = Fonts().empty() ? 0 : Fonts().front()->GetUnswappedDataLength();
+  return _fWork <= kFTWorkAllowed + kFTWorkAllowedPerByte * tFileSize;
 }
 
 const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {

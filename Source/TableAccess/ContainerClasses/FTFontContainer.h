@@ -45,6 +45,9 @@ class FTFontContainer {
   /// Makes the fonts and hands them to SetFonts.
   virtual void ReadData() const = 0;
   virtual const FontArray& Fonts() const;
+  /// Takes note of work that a font of the file is about to make: items decoded, compared or checked one by one. False
+  /// once the fonts together ask for more than the file's bytes explain, as fonts that share tables without end do.
+  virtual bool SpendWork(uint64_t iItems) const;
   /// Takes the fonts over; those held before are destroyed.
   virtual void SetFonts(FontArray iFonts) const { _fFonts = std::move(iFonts); }
 
@@ -53,4 +56,5 @@ class FTFontContainer {
 
   bool _fReadOnly = true;
   mutable std::optional<FontArray> _fFonts;
+  mutable uint64_t _fWork = 0;
 };

@@ -87,6 +87,8 @@ TovaStringRef FTFont::GetName() const { return _fContainer ? _fContainer->GetNam
 
 bool FTFont::IsReadOnly() const { return _fContainer && _fContainer->IsReadOnly(); }
 
+bool FTFont::SpendWork(uint64_t iItems) const { return !_fContainer || _fContainer->SpendWork(iItems); }
+
 Tova::ByteView FTFont::DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const {
   return FTLookUp(iTable, iGlyph);
 }

@@ -50,6 +50,12 @@ class FTFont {
   /// word on: a view that starts at the value, or an empty one where the table has none for the glyph.
   virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;
 
+  /// As FTFontContainer::SpendWork; a font without a container may always work.
+  bool SpendWork(uint64_t iItems) const;
+  /// Gives up what is made on first use and can be made again: the tables, and all that was read of them. What they
+  /// lent out is gone; the font's names stay.
+  virtual void ForgetTables() const {}
+
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 

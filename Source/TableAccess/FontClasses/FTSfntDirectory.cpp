@@ -93,6 +93,8 @@ std::vector<Meeting> MeetLaterEntries(const std::vector<Range>& iRanges) {
 
 }  // namespace
 
+uint64_t FTSfntDirectory::GetSize() const { return kHeaderSize + kEntrySize * CountEntries(); }
+
 FTSfntDirectoryEntry FTSfntDirectory::GetEntry(uint64_t iIndex) const {
   const uint64_t tAt = kHeaderSize + kEntrySize * iIndex;
   return {_fDirectory.U32(tAt), _fDirectory.U32(tAt + 4), _fDirectory.U32(tAt + 8), _fDirectory.U32(tAt + 12)};
@@ -111,7 +113,7 @@ FTSfntDirectory::Fault FTSfntDirectory::Validate() const {
   }
 
   const std::vector<Meeting> tMeetings = MeetLaterEntries(tRanges);
-  uint32_t tTotal = Tova::Wrap32(kHeaderSize + kEntrySize * tRanges.size());
+  uint32_t tTotal = Tova::Wrap32(GetSize());
   for (size_t i = 0; i < tRanges.size(); ++i) {
     if (tRanges[i].start > tFileSize) {
       return {"tStart > GetUnswappedDataLength()", "The font's directory contains an invalid table offset"};

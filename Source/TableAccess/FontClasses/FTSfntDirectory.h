@@ -22,6 +22,8 @@ class FTSfntDirectory {
 
   uint32_t GetScaler() const { return _fDirectory.U32(0); }
   uint16_t CountEntries() const { return _fDirectory.U16(4); }
+  /// The bytes it takes by its own count.
+  uint64_t GetSize() const;
   FTSfntDirectoryEntry GetEntry(uint64_t iIndex) const;
 
   /// What is wrong with the directory, as the detail text of an exception; null when it can be used. Checked entry by

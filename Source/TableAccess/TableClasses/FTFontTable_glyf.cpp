@@ -55,7 +55,8 @@ void FTFontTable_glyf::ClearGlyphData() const {
 
 void FTFontTable_glyf::ChargeDecoding(uint64_t iItems) const {
   _fDecodedItems += iItems;
-  if (_fDecodedItems > kFTGlyphItemsAllowed + kFTGlyphItemsAllowedPerByte * GetUnswappedDataLength())
+  const uint64_t tAllowed = kFTGlyphItemsAllowed + kFTGlyphItemsAllowedPerByte * GetUnswappedDataLength();
+  if (!GetFont()->SpendWork(iItems) || _fDecodedItems > tAllowed)
     FTThrowAt("_fFlags == NULL", "A memory allocation operation failed",
               "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph", 124);
 }

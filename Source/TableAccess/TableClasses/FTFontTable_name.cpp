@@ -67,3 +67,31 @@ const FTNameTableEntry* FTFontTable_name::FindName(uint32_t iNameCode, uint32_t 
   }
   return nullptr;
 }
+
+bool FTFontTable_name::SetIndName(uint64_t iIndex, const Tova::String& iName) {
+  if (!GetIndName(iIndex)) return false;
+  _fNames[iIndex].SetNameString(iName);
+  return true;
+}
+
+void FTFontTable_name::SetName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                               const Tova::String& iName) {
+  uint64_t tIndex = 0;
+  if (!FindName(iNameCode, iPlatform, iScript, iLanguage, tIndex)) {
+    tIndex = _fNames.size();
+    _fNames.emplace_back(Tova::ByteView(), iNameCode, iPlatform, iScript, iLanguage);
+  }
+  SetIndName(tIndex, iName);
+}
+
+bool FTFontTable_name::DeleteName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage) {
+  uint64_t tIndex = 0;
+  if (!FindName(iNameCode, iPlatform, iScript, iLanguage, tIndex)) return false;
+  _fNames.erase(_fNames.begin() + static_cast<std::ptrdiff_t>(tIndex));
+  return true;
+}
+
+void FTFontTable_name::DeleteData() {
+  ReadData();
+  _fNames.clear();
+}

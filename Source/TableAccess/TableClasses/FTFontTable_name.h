@@ -31,6 +31,15 @@ class FTFontTable_name : public FTFontTable {
   /// three matches every value. Null without one; oIndex is set only with one.
   virtual const FTNameTableEntry* FindName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
                                            uint64_t& oIndex) const;
+  /// These change the accessor's own entries, never the bytes. Replaces the text of an entry; false without one.
+  virtual bool SetIndName(uint64_t iIndex, const Tova::String& iName);
+  /// Replaces the text of the entry that FindName finds, or adds an entry of these codes.
+  virtual void SetName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                       const Tova::String& iName);
+  /// Removes the entry that FindName finds; false without one.
+  virtual bool DeleteName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage);
+  /// Removes all entries.
+  virtual void DeleteData();
 
  private:
   mutable uint16_t _fFormat = 0;

@@ -1,6 +1,7 @@
 #include "TableAccess/TableClasses/FeatureChains.h"
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
 
 namespace FeatureChains {
 
@@ -32,8 +33,9 @@ uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth) {
   uint64_t tCount = 0;
   uint64_t tAt = kTableHeaderSize;
   // Heads and entries of chains that follow one another use each byte once. A chain shorter than what it holds, of
-  // length 0 even, has the next chain begin inside it; the walk is over when more bytes have been used than there are.
-  uint64_t tUnused = iBytes.From(kTableHeaderSize).Size();
+  // length 0 even, has the next chain begin inside it; the walk is over when far more bytes have been used than there
+  // are.
+  uint64_t tUnused = kFTOverlappingChainBytes + iBytes.From(kTableHeaderSize).Size();
   for (uint32_t i = 0; i < tChainCount; ++i) {
     if (!iBytes.Holds(tAt, tHeadSize) || tHeadSize > tUnused) {
       FTThrow("tHeadSize > tUnused", "The chain head points beyond the end of the table");

@@ -16,7 +16,7 @@ enum class CountWidth : uint8_t { k16Bits = 2, k32Bits = 4 };
 /// How many features are on by default: over all chains, the entries whose enable flags are not 0 and are all set in
 /// the default flags of the chain. Throws "The chain head points beyond the end of the table" or "The feature entry
 /// points beyond the end of the table" when one does, and also when chains overlap so often that their heads and
-/// entries would do so if they were laid end to end.
+/// entries are larger than the table by megabytes.
 uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth);
 
 }  // namespace FeatureChains

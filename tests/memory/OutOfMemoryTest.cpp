@@ -1,0 +1,92 @@
+#include <VornFontTest/VornFontTest.h>
+#include <gtest/gtest.h>
+
+#include <Tova/Tova.hpp>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <tuple>
+#include <utility>
+
+#include "support/GlyphBuilder.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+// Allocations of this thread until one fails, once; none fails while it is negative.
+thread_local long allocationsLeft = -1;
+
+void* Allocate(size_t size) {
+  if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(size_t size) { return Allocate(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return Allocate(size);
+  } catch (...) {
+    return nullptr;
+  }
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, size_t) noexcept { std::free(memory); }
+
+namespace {
+
+/// Removes the values of the time stamps from a description.
+std::string WithoutTimes(std::string text) {
+  constexpr std::string_view kKey = "kVornFontTestTimeStampKey: ";
+  for (size_t at = text.find(kKey); at != text.npos; at = text.find(kKey, at)) {
+    at += kKey.size();
+    text.erase(at, text.find_first_of(",}", at) - at);
+  }
+  return text;
+}
+
+TEST(OutOfMemory, EveryAllocationMayFailWithoutAReportThatHidesIt) {
+  const test::TemporaryFolder folder;
+  test::FontBuilder font = test::OutlineFont({test::SquareGlyph(9, {0x7B}), {}, test::CompoundGlyph({{0x0801, 0}})});
+  font.Table("name", test::NameTable({{3, "Some"}, {4, "Some"}})).Table("post", test::PostTable());
+  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(folder.Write("font.ttf", font.Build()).c_str()));
+  const auto types = Tova::Adopt(TovaArrayCreateMutable());
+  TovaArrayAppendValue(types.get(), kVornFontTestStructureTest);
+  TovaArrayAppendValue(types.get(), kVornFontTestUsabilityTest);
+  const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(types.get()));
+  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, tests.get());
+  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+
+  const auto report = [&](long allocations) {
+    allocationsLeft = allocations;
+    const Tova::Dictionary made = Tova::Adopt(VornFontTestCreateReport(url.get(), options.get()));
+    const bool failed = allocations >= 0 && allocationsLeft < 0;
+    allocationsLeft = -1;
+    const std::string text = WithoutTimes(std::string(Tova::Text(Tova::Adopt(TovaCopyDescription(made.get())))));
+    return std::pair(text, failed);
+  };
+  const std::string whole = report(-1).first;
+  ASSERT_NE(whole.find("Undefined component flags"), std::string::npos);
+  testing::internal::CaptureStderr();
+  bool failed = true;
+  long allocations = 0;
+  for (; failed; ++allocations) {
+    std::string text;
+    std::tie(text, failed) = report(allocations);
+    const bool saysSo = text.find("A memory allocation operation failed") != text.npos ||
+                        (text.find("kVornFontTestFontsTestedKey: {}") != text.npos &&
+                         text.find("kVornFontTestSeverityFatalError") != text.npos) ||
+                        text == "{kVornFontTestResultKey: {kVornFontTestSeverityFatalError}}";
+    if (text != whole && !saysSo) {
+      testing::internal::GetCapturedStderr();
+      FAIL() << "with allocation " << allocations << " failing: " << text;
+    }
+  }
+  testing::internal::GetCapturedStderr();
+  EXPECT_GT(allocations, 200);
+}
+
+}  // namespace
