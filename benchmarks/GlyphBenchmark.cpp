@@ -24,7 +24,8 @@ test::Bytes BenchmarkFont() {
     }
     std::vector<test::Contour> contours(2);
     for (int point = 0; point < 40; ++point) {
-      contours[point / 20u].push_back({.x = point * 7 + i % 100, .y = point * point % 300, .onCurve = point % 3 == 0});
+      contours[point < 20 ? 0 : 1].push_back(
+          {.x = point * 7 + i % 100, .y = point * point % 300, .onCurve = point % 3 == 0});
     }
     glyphs.push_back(test::SimpleGlyph(contours, test::Bytes(30, 0x4B)));
   }

@@ -70,22 +70,16 @@ def main():
     root = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else pathlib.Path(__file__).parent.parent).resolve()
     files = [file for top in ("Include", "Source", "Tools") for file in sorted((root / top).rglob("*"))
              if file.suffix in (".h", ".hpp", ".cpp", ".c") and folder_of(file.relative_to(root).as_posix())]
-    breaches = 0
+    breaches = []
     for file in files:
         path = file.relative_to(root).as_posix()
         for number, line in enumerate(file.read_text(encoding="utf-8").splitlines(), 1):
-            include = INCLUDE.match(line)
-            if not include:
-                continue
-            quoted, name = include.group(1) == '"', include.group(2)
-            reason = breach(path, resolve(root, file, quoted, name), name)
-            if reason:
-                print(f"{path}:{number}: {reason}")
-                breaches += 1
-    if not files:
-        print(f"floors.py: no sources below {root}", file=sys.stderr)
-        return 2
-    return 1 if breaches else 0
+            if include := INCLUDE.match(line):
+                quoted, name = include.group(1) == '"', include.group(2)
+                if reason := breach(path, resolve(root, file, quoted, name), name):
+                    breaches.append(f"{path}:{number}: {reason}")
+    print(*breaches, sep="\n")
+    return 2 if not files else 1 if breaches else 0
 
 
 if __name__ == "__main__":

@@ -207,9 +207,10 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
     TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
     _fMessageCount += TovaArrayGetCount(tMessages.get());
   }
-  const auto tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
-  if (HasFontDetails() && !_fForced)
+  Tova::Dictionary tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
+  if (HasFontDetails() && !_fForced) {
     AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
+  }
   return tFinished;
 }
 

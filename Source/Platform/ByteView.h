@@ -16,10 +16,11 @@ class ByteRun {
   uint64_t Size() const { return size_; }
   uint8_t operator[](uint64_t at) const {
     assert(at < size_);
-    return data_[at];
+    return data_[at];  // NOLINT(clang-analyzer-core.NullDereference): there is no position in an empty run
   }
   uint16_t U16(uint64_t at) const {
     assert(size_ >= 2 && at <= size_ - 2);
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): there is no position in an empty run
     return static_cast<uint16_t>(data_[at] << 8 | data_[at + 1]);
   }
 

@@ -44,9 +44,9 @@ std::optional<TovaAbsoluteTime> ParseTime(std::string_view text) {
   const std::chrono::year_month_day date(std::chrono::year(number(0, 4)),
                                          std::chrono::month(static_cast<unsigned>(number(5, 2))),
                                          std::chrono::day(static_cast<unsigned>(number(8, 2))));
-  const int hour = number(11, 2);
-  const int minute = number(14, 2);
-  const int second = number(17, 2);
+  const int64_t hour = number(11, 2);
+  const int64_t minute = number(14, 2);
+  const int64_t second = number(17, 2);
   if (!date.ok() || hour > 23 || minute > 59 || second > 60) return std::nullopt;
   const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
   return static_cast<double>(days * kSecondsPerDay + hour * 3600 + minute * 60 + second);

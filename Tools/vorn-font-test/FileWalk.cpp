@@ -74,7 +74,8 @@ void FileWalk::WalkDirectory(const std::string& path) {
   if (!entered_.emplace(status.st_dev, status.st_ino).second) return;
   const auto names = ReadDirectory(path);
   if (!names) return Fail(path, errno);
-  for (const std::string& name : *names) WalkEntry(path.ends_with('/') ? path + name : path + '/' + name);
+  const std::string prefix = path.ends_with('/') ? path : path + '/';
+  for (const std::string& name : *names) WalkEntry(prefix + name);
 }
 
 void FileWalk::WalkEntry(const std::string& path) {

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
@@ -8,51 +7,47 @@
 #include "JsonValue.h"
 #include "TextReport.h"
 #include "support/TemporaryFolder.h"
+#include "support/Values.h"
 
 namespace tool {
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
-Tova::Dictionary Dictionary(const std::vector<std::pair<TovaStringRef, Tova::Value>>& entries) {
-  auto result = Tova::Adopt(TovaDictionaryCreateMutable());
-  for (const auto& [key, value] : entries) TovaDictionarySetValue(result.get(), key, value.get());
-  return result;
-}
+using test::Array;
+using test::Dictionary;
 
-Tova::Array Array(const std::vector<Tova::Value>& values) {
-  auto result = Tova::Adopt(TovaArrayCreateMutable());
-  for (const Tova::Value& value : values) TovaArrayAppendValue(result.get(), value.get());
-  return result;
-}
-
-Tova::Array Constants(const std::vector<Severity>& severities) {
-  std::vector<Tova::Value> values;
-  for (Severity severity : severities) values.push_back(Tova::Share(Constant(severity)));
-  return Array(values);
+Tova::MutableArray Constants(const std::vector<Severity>& severities) {
+  const auto constants = Array({});
+  for (const Severity severity : severities) TovaArrayAppendValue(constants.get(), Constant(severity));
+  return constants;
 }
 
 Tova::Dictionary MakeTest(std::string_view name, const std::vector<Severity>& results,
                           const std::vector<Message>& messages, TovaStringRef severityKey = kVornFontTestResultKey) {
-  std::vector<Tova::Value> values;
-  for (const Message& message : messages) {
-    values.push_back(Dictionary({{severityKey, Tova::Share(Constant(message.severity))},
-                                 {kVornFontTestMessageTextKey, Tova::MakeString(message.text)}}));
+  const auto values = Array({});
+  for (const auto& [severity, text] : messages) {
+    const Tova::String string = Tova::MakeString(text);
+    TovaArrayAppendValue(
+        values.get(),
+        Dictionary({{severityKey, Constant(severity)}, {kVornFontTestMessageTextKey, string.get()}}).get());
   }
-  return Dictionary({{kVornFontTestNameKey, Tova::MakeString(name)},
-                     {kVornFontTestIdentifierKey, Tova::MakeString("test.id")},
-                     {kVornFontTestTimeStampKey, Tova::Adopt(TovaDateCreate(0))},
-                     {kVornFontTestResultKey, Constants(results)},
-                     {kVornFontTestMessagesKey, Array(values)}});
+  return Dictionary({{kVornFontTestNameKey, Tova::MakeString(name).get()},
+                     {kVornFontTestIdentifierKey, Tova::MakeString("test.id").get()},
+                     {kVornFontTestTimeStampKey, Tova::Adopt(TovaDateCreate(0)).get()},
+                     {kVornFontTestResultKey, Constants(results).get()},
+                     {kVornFontTestMessagesKey, values.get()}});
 }
 
-Tova::Dictionary MakeReport(const std::vector<Severity>& results, const std::vector<Tova::Value>& tests) {
-  const auto font = Dictionary({{kVornFontTestFontNameKey, Tova::MakeString("Good Regular")},
-                                {kVornFontTestFontPostScriptNameKey, Tova::MakeString("Good")},
-                                {kVornFontTestFontTypeKey, Tova::Share(kVornFontTestTrueTypeFontData)},
-                                {kVornFontTestArrayKey, Array(tests)}});
-  return Dictionary({{kVornFontTestResultKey, Constants(results)}, {kVornFontTestFontsTestedKey, Array({font})}});
+Tova::Dictionary MakeReport(const std::vector<Severity>& results, const std::vector<Tova::Dictionary>& tests) {
+  const auto records = Array({});
+  for (const Tova::Dictionary& test : tests) TovaArrayAppendValue(records.get(), test.get());
+  const auto font = Dictionary({{kVornFontTestFontNameKey, Tova::MakeString("Good Regular").get()},
+                                {kVornFontTestFontPostScriptNameKey, Tova::MakeString("Good").get()},
+                                {kVornFontTestFontTypeKey, kVornFontTestTrueTypeFontData},
+                                {kVornFontTestArrayKey, records.get()}});
+  return Dictionary(
+      {{kVornFontTestResultKey, Constants(results).get()}, {kVornFontTestFontsTestedKey, Array({font.get()}).get()}});
 }
 
 /// The text for reports of the files a.ttf, b.ttf, ..., without the line that holds the time.
@@ -84,7 +79,7 @@ TEST(TextReport, ShowsTheGravestFirstAndCountsTheRest) {
                                           {{kMajor, "one"}, {kTechnical, "t"}, {kFatal, "two"}, {kMajor, "3"}}),
                                  MakeTest("Mute", {kMajor, kMinor}, {{kMinor, "n"}}),
                                  MakeTest("Untestable", {kFatal}, {{kFatal, "why"}}, kVornFontTestSeverityKey)});
-  const auto unopened = Dictionary({{kVornFontTestResultKey, Constants({kFatal})}});
+  const auto unopened = Dictionary({{kVornFontTestResultKey, Constants({kFatal}).get()}});
   EXPECT_EQ(TextOf({}, {clean, mild, grave, unopened, clean}),
             R"(a.ttf: Good Regular (Good), TrueType font data: nothing found
 b.ttf: Good Regular (Good), TrueType font data: nothing major or above, 2 below
@@ -122,9 +117,9 @@ Findings: 3 fatal, 3 major, 3 minor, 1 technical
 }
 
 TEST(TextReport, FoldsMessagesThatDifferOnlyInNumbers) {
-  constexpr int kCount = 65'000;
-  std::vector<std::string> texts;
-  for (int i = 0; i < kCount; ++i) texts.push_back("glyph " + std::to_string(i) + " is empty");
+  constexpr size_t kCount = 65'000;
+  std::vector<std::string> texts(kCount);
+  for (size_t i = 0; i < kCount; ++i) texts[i] = "glyph " + std::to_string(i) + " is empty";
   std::vector<Message> messages;
   for (const std::string& text : texts) messages.push_back({kInformation, text});
   for (const char* text : {"offset -1", "offset 0x00FF", "offset 3", "offset 000000AB"})
@@ -164,7 +159,7 @@ TEST(EscapedText, ShowsWhatIsNoTextAsEscapes) {
                {"\xC0\x80 \xED\xA0\x80 \xF4\x90\x80\x80", "\\xc0\\x80 \\xed\\xa0\\x80 \\xf4\\x90\\x80\\x80"},
                {"cut \xE2\x80", "cut \\xe2\\x80"}};
   for (const auto& example : cases) EXPECT_EQ(EscapeForTerminal(example.text), example.escaped);
-  EXPECT_EQ(ToJson(Array({Tova::MakeString("\"\x1b\x7f\xC2\x9Bü\n"), Tova::Share(kTovaBooleanTrue)}).get()),
+  EXPECT_EQ(ToJson(Array({Tova::MakeString("\"\x1b\x7f\xC2\x9Bü\n").get(), kTovaBooleanTrue}).get()),
             R"(["\"\u001b\u007f\u009bü\n",true])");
 }
 

@@ -1,25 +1,18 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <initializer_list>
 #include <set>
-#include <string>
 
 #include "Core/LinkTable.h"
 #include "Core/TestCatalogue.h"
 #include "support/TestRun.h"
+#include "support/Values.h"
 
 namespace {
 
-Tova::Array Types(std::initializer_list<TovaTypeRef> types) {
-  const auto array = Tova::Adopt(TovaArrayCreateMutable());
-  for (const TovaTypeRef type : types) TovaArrayAppendValue(array.get(), type);
-  return array;
-}
+using namespace test;
 
-const std::initializer_list<TovaTypeRef> kAllTypes = {kVornFontTestCoreTest,          kVornFontTestStructureTest,
-                                                      kVornFontTestConsistencyTest,   kVornFontTestUsabilityTest,
-                                                      kVornFontTestSpecificationTest, kVornFontTestUnexpectedValueTest};
+const std::vector<TovaTypeRef> kAllTypes = {kVornFontTestCoreTest,          kVornFontTestStructureTest,
+                                            kVornFontTestConsistencyTest,   kVornFontTestUsabilityTest,
+                                            kVornFontTestSpecificationTest, kVornFontTestUnexpectedValueTest};
 
 /// The identifiers of the tests of some types, in order; "(null)" without an answer.
 std::vector<std::string> Identifiers(const Tova::Array& types) {
@@ -36,13 +29,13 @@ std::vector<std::string> Identifiers(const Tova::Array& types) {
 TEST(Catalogue, DescribesExactlyTheLinkedTests) {
   std::set<std::string> linked;
   for (const VornFontTestLink& link : GetTestLinks()) linked.emplace(link.identifier);
-  const std::vector<std::string> described = Identifiers(Types(kAllTypes));
+  const std::vector<std::string> described = Identifiers(Array(kAllTypes));
   EXPECT_EQ(std::set<std::string>(described.begin(), described.end()), linked);
   EXPECT_EQ(described.size(), linked.size()) << "each once, whatever its types";
 }
 
 TEST(Catalogue, EveryTestHasANameAndAText) {
-  const Tova::Array tests = Tova::Adopt(VornFontTestCopyAvailableTests(Types(kAllTypes).get()));
+  const Tova::Array tests = Tova::Adopt(VornFontTestCopyAvailableTests(Array(kAllTypes).get()));
   for (TovaIndex i = 0; i < TovaArrayGetCount(tests.get()); ++i) {
     const TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(tests.get(), i));
     const TovaTypeRef identifier = TovaDictionaryGetValue(test, kVornFontTestIdentifierKey);
@@ -54,20 +47,20 @@ TEST(Catalogue, EveryTestHasANameAndAText) {
 }
 
 TEST(Catalogue, ListsByTypeInTheOrderOfTheTypes) {
-  const auto usability = Identifiers(Types({kVornFontTestUsabilityTest}));
+  const auto usability = Identifiers(Array({kVornFontTestUsabilityTest}));
   EXPECT_EQ(Identifiers(Tova::Array()), usability) << "the usability tests without an answer to which";
-  auto expected = Identifiers(Types({kVornFontTestCoreTest}));
+  auto expected = Identifiers(Array({kVornFontTestCoreTest}));
   for (const std::string& identifier : usability) {
     if (std::ranges::find(expected, identifier) == expected.end()) expected.push_back(identifier);
   }
-  EXPECT_EQ(Identifiers(Types({kVornFontTestCoreTest, kVornFontTestUsabilityTest})), expected);
-  EXPECT_TRUE(Identifiers(Types({})).empty());
-  EXPECT_TRUE(Identifiers(Types({kVornFontTestArrayKey})).empty()) << "no type of tests";
+  EXPECT_EQ(Identifiers(Array({kVornFontTestCoreTest, kVornFontTestUsabilityTest})), expected);
+  EXPECT_TRUE(Identifiers(Array({})).empty());
+  EXPECT_TRUE(Identifiers(Array({kVornFontTestArrayKey})).empty()) << "no type of tests";
 }
 
 TEST(Catalogue, ATypeThatIsNoStringEndsTheQuery) {
   const Tova::Number number = Tova::Adopt(TovaNumberCreateWithInteger(1));
-  EXPECT_EQ(Identifiers(Types({kVornFontTestUsabilityTest, number.get()})), std::vector<std::string>{"(null)"});
+  EXPECT_EQ(Identifiers(Array({kVornFontTestUsabilityTest, number.get()})), std::vector<std::string>{"(null)"});
 }
 
 TEST(Catalogue, IdentifiersAreMatchedExactly) {

@@ -1,29 +1,25 @@
-#include <gtest/gtest.h>
-
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
+#include "support/Values.h"
 
 namespace {
 
+using namespace test;
+
 // Run under ThreadSanitizer by the test runner; the first reports of a process are made here at once.
 TEST(Threads, ReportsOnFontsOfTheirOwnDoNotDisturbEachOther) {
-  const test::TemporaryFolder folder;
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+  const TemporaryFolder folder;
+  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
   std::vector<std::string> descriptions(4);
   std::vector<std::thread> threads;
   for (size_t i = 0; i < descriptions.size(); ++i) {
     threads.emplace_back([&, i] {
-      const std::string path = folder.Write("font" + std::to_string(i), test::GoodFont().Remove("hmtx").Build());
-      const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
+      const std::string path = folder.Write("font" + std::to_string(i), GoodFont().Remove("hmtx").Build());
       for (int round = 0; round < 5; ++round) {
-        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(url.get(), options.get()));
-        const TovaTypeRef results = TovaDictionaryGetValue(report.get(), kVornFontTestResultKey);
-        descriptions[i] += Tova::Text(Tova::Adopt(TovaCopyDescription(results)));
+        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
+        descriptions[i] += Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
       }
     });
   }

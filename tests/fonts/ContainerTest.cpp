@@ -1,19 +1,16 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <bit>
 #include <filesystem>
-#include <memory>
-#include <string>
 
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
+#include "support/Values.h"
 
 namespace {
 
-using test::Bytes;
-using test::TableBuilder;
+using namespace test;
 
 class Container : public testing::Test {
  protected:
@@ -21,12 +18,11 @@ class Container : public testing::Test {
     return OpenPath(folder_.Write(name, bytes));
   }
   static std::unique_ptr<FTFontContainer> OpenPath(const std::string& path) {
-    return FTFontContainer::FontContainerFromTovaURLRef(Tova::Adopt(TovaURLCreateWithFilePath(path.c_str())).get(),
-                                                        true);
+    return FTFontContainer::FontContainerFromTovaURLRef(FileUrl(path).get(), true);
   }
   static std::string Name(const FTFont* font) { return std::string(Tova::Text(font->GetName())); }
 
-  test::TemporaryFolder folder_;
+  TemporaryFolder folder_;
 };
 
 constexpr const char* kFileFailure = "A file IO operation failed";
@@ -41,21 +37,20 @@ TEST_F(Container, KindsAreRecognisedByTheFirstFourBytesThenByName) {
     EXPECT_EQ(typeOf("any.name", TableBuilder().U32(scaler).Append(rest)), 3) << std::hex << scaler;
   }
   EXPECT_EQ(typeOf("x", TableBuilder().U32(0x8001ABCD).Append(rest)), 6);
-  EXPECT_EQ(typeOf("x.sfont", TableBuilder().U32(0x12345678)), 5);
-  EXPECT_EQ(typeOf("x.SFONT", TableBuilder().U32(0x12345678)), -1);
-  EXPECT_EQ(typeOf("x.sfonts", TableBuilder().U32(0x12345678)), -1);
-  EXPECT_EQ(typeOf("sfont", TableBuilder().U32(0x12345678)), -1);
+  for (const std::string name : {"x.sfont", "x.SFONT", "x.sfonts", "sfont", "x"}) {
+    EXPECT_EQ(typeOf(name, TableBuilder().U32(0x12345678)), name == "x.sfont" ? 5 : -1) << name;
+  }
   EXPECT_EQ(typeOf("x", TableBuilder().U24(0x000100)), -1) << "three bytes";
   EXPECT_EQ(typeOf("x", {}), -1);
 }
 
 TEST_F(Container, ACollectionHoldsAFontForEachOffset) {
-  const auto container = Open("good.ttc", test::BuildCollection({test::GoodFont(), test::GoodFont().Remove("name")}));
+  const auto container = Open("good.ttc", BuildCollection({GoodFont(), GoodFont().Remove("name")}));
   ASSERT_EQ(container->GetFontCount(), 2u);
   EXPECT_EQ(Name(container->GetIndFont(0)), "Good Regular");
   EXPECT_EQ(Name(container->GetIndFont(1)), "good.ttc") << "the file's name stands in";
-  test::ExpectThrow("An attempt was made to access an array element outside of the array bounds",
-                    [&] { container->GetIndFont(2); });
+  ExpectThrow("An attempt was made to access an array element outside of the array bounds",
+              [&] { container->GetIndFont(2); });
 }
 
 TEST_F(Container, ACollectionsHeaderIsReadAsFarAsItGoes) {
@@ -68,12 +63,12 @@ TEST_F(Container, ACollectionsHeaderIsReadAsFarAsItGoes) {
   for (const Bytes& broken : {Bytes(shared), Bytes(TableBuilder().Text("ttcf").U32(0)), Bytes(header(2).U32(12)),
                               Bytes(header(0xFFFFFFFF).Zeros(400000))}) {
     const auto container = Open("broken.ttc", broken);
-    test::ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
+    ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
   }
 }
 
 TEST_F(Container, WhatIsNoReadableFileGivesNoFont) {
-  test::ExpectThrow(kFileFailure, [&] { OpenPath(folder_.File("missing.ttf")); });
+  ExpectThrow(kFileFailure, [&] { OpenPath(folder_.File("missing.ttf")); });
   EXPECT_EQ(OpenPath(folder_.Path()), nullptr);
   ASSERT_EQ(mkfifo(folder_.File("pipe.ttf").c_str(), 0600), 0);
   EXPECT_EQ(OpenPath(folder_.File("pipe.ttf")), nullptr);
@@ -84,21 +79,21 @@ TEST_F(Container, WhatIsNoReadableFileGivesNoFont) {
   for (const char* name : {"pipe.sfont", "folder.sfont", "short.sfont"}) {
     const auto container = OpenPath(folder_.File(name));
     ASSERT_NE(container, nullptr) << name;
-    test::ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
+    ExpectThrow(kFileFailure, [&] { container->GetFontCount(); });
   }
 }
 
 TEST_F(Container, AHugeSparseFileCostsNoMemory) {
-  const std::string path = folder_.Write("sparse.ttf", test::GoodFont().Build());
+  const std::string path = folder_.Write("sparse.ttf", GoodFont().Build());
   std::filesystem::resize_file(path, uint64_t{4} << 30);
   EXPECT_EQ(Name(OpenPath(path)->GetIndFont(0)), "Good Regular");
 }
 
 TEST_F(Container, ACopyOfAFileContainerRefusesToKeepTheFileMapped) {
-  const auto container = Open("good.ttf", test::GoodFont().Build());
+  const auto container = Open("good.ttf", GoodFont().Build());
   const auto* source = dynamic_cast<const FTDiskBasedFontContainer*>(container.get());
   ASSERT_NE(source, nullptr);
-  test::ExpectThrow(kFileFailure, [&] { const FTDiskBasedFontContainer copy(*source); });
+  ExpectThrow(kFileFailure, [&] { const FTDiskBasedFontContainer copy(*source); });
 }
 
 TEST_F(Container, SplicedFontsAreNamedByTheirChecksum) {

@@ -10,6 +10,8 @@
 
 namespace {
 
+using namespace test;
+
 /// A tag's text as this host keeps it in preferences.
 Tova::String Stored(std::string tag) {
   if (std::endian::native == std::endian::little) tag.assign(tag.rbegin(), tag.rend());
@@ -29,7 +31,7 @@ TEST(IdealTableOrder, APreferenceOfStringsIsReadTagByTag) {
 }
 
 TEST(IdealTableOrder, TheDefaultIsWrittenAndServes) {
-  const test::TemporaryFolder folder;
+  const TemporaryFolder folder;
   setenv("XDG_CONFIG_HOME", folder.Path().c_str(), 1);
   EXPECT_EQ(FTFont_sfnt::TableTagToInt(FTTag("head")), 0u);
   EXPECT_EQ(FTFont_sfnt::TableTagToInt(FTTag("ENCO")), 45u);

@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/FontClasses/FTSfntDirectory.h"
@@ -11,8 +7,7 @@
 
 namespace {
 
-using test::Bytes;
-using test::TableBuilder;
+using namespace test;
 
 struct Range {
   uint32_t offset;
@@ -46,22 +41,20 @@ TEST(SfntDirectory, RangesAreHeldAgainstTheFileAndAgainstLaterRanges) {
     size_t size;
     const char* fault;
   };
-  const Case cases[] = {
-      {"eleven bytes", {}, 11, kInvalid},
-      {"no tables", {}, 12, ""},
-      {"empty table at the end", {{28, 0}}, 28, ""},
-      {"offset beyond the end", {{29, 0}}, 28, kOffset},
-      {"length beyond the end", {{28, 5}}, 32, kLength},
-      {"identical ranges count once", {{44, 20}, {44, 20}}, 64, ""},
-      {"inside a later range", {{50, 4}, {44, 20}}, 64, ""},
-      {"around a later range", {{44, 20}, {50, 4}}, 64, kOverlap},
-      {"partly over a later range", {{44, 10}, {50, 14}}, 64, kOverlap},
-      {"side by side", {{44, 10}, {54, 10}}, 64, ""},
-      {"directory and tables fill the file", {{20, 36}}, 64, ""},
-      {"one byte too much", {{20, 37}}, 64, kTooMuch},
-      {"the first fault in order wins", {{44, 20}, {50, 4}, {99, 0}}, 64, kOverlap},
-      {"end that wraps below the start", {{40, 0xFFFFFFF0}}, 64, ""},
-  };
+  const Case cases[] = {{"eleven bytes", {}, 11, kInvalid},
+                        {"no tables", {}, 12, ""},
+                        {"empty table at the end", {{28, 0}}, 28, ""},
+                        {"offset beyond the end", {{29, 0}}, 28, kOffset},
+                        {"length beyond the end", {{28, 5}}, 32, kLength},
+                        {"identical ranges count once", {{44, 20}, {44, 20}}, 64, ""},
+                        {"inside a later range", {{50, 4}, {44, 20}}, 64, ""},
+                        {"around a later range", {{44, 20}, {50, 4}}, 64, kOverlap},
+                        {"partly over a later range", {{44, 10}, {50, 14}}, 64, kOverlap},
+                        {"side by side", {{44, 10}, {54, 10}}, 64, ""},
+                        {"directory and tables fill the file", {{20, 36}}, 64, ""},
+                        {"one byte too much", {{20, 37}}, 64, kTooMuch},
+                        {"the first fault in order wins", {{44, 20}, {50, 4}, {99, 0}}, 64, kOverlap},
+                        {"end that wraps below the start", {{40, 0xFFFFFFF0}}, 64, ""}};
   for (const Case& one : cases) EXPECT_EQ(Fault(Directory(one.ranges, one.size)), one.fault) << one.what;
 }
 
@@ -108,15 +101,15 @@ TEST(SfntDirectory, TheLargestDirectoryIsNoBurden) {
 }
 
 TEST(SfntDirectory, AFaultIsThrownAtEveryUse) {
-  const test::MemoryFont font(Directory({{44, 20}, {50, 4}}, 64));
-  for (int use = 0; use < 2; ++use) test::ExpectThrow(kOverlap, [&] { font->HasTaggedTable(FTTag("head")); });
-  test::ExpectThrow(kOverlap, [&] { font->TestBasicUsability(); });
+  const MemoryFont font(Directory({{44, 20}, {50, 4}}, 64));
+  for (int use = 0; use < 2; ++use) ExpectThrow(kOverlap, [&] { font->HasTaggedTable(FTTag("head")); });
+  ExpectThrow(kOverlap, [&] { font->TestBasicUsability(); });
 }
 
 TEST(SfntDirectory, TooMuchDataIsAlsoToldOnStandardError) {
-  const test::MemoryFont font(Directory({{20, 37}}, 64));
+  const MemoryFont font(Directory({{20, 37}}, 64));
   testing::internal::CaptureStderr();
-  test::ExpectThrow(kTooMuch, [&] { font->CountTables(); });
+  ExpectThrow(kTooMuch, [&] { font->CountTables(); });
   EXPECT_EQ(testing::internal::GetCapturedStderr().substr(0, 24), "##### ERROR IN FONT FILE");
 }
 

@@ -1,23 +1,16 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/FontClasses/FTLookupTable.h"
 #include "support/TestRun.h"
 
 namespace {
 
-using test::FontBuilder;
-using test::GoodFont;
-using test::MemoryFont;
-using test::TableBuilder;
+using namespace test;
 
 std::string Text(TovaStringRef string) { return string ? std::string(Tova::Text(string)) : "(none)"; }
 
 TEST(SfntFont, NamesFallBackFromFullNameToPostScriptNameToUniqueName) {
   const auto name = [](std::vector<std::pair<uint16_t, std::string>> names) {
-    return Text(MemoryFont(GoodFont().Table("name", test::NameTable(names)).Build())->GetName());
+    return Text(MemoryFont(GoodFont().Table("name", NameTable(names)).Build())->GetName());
   };
   EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}, {4, "Full"}}), "Full");
   EXPECT_EQ(name({{3, "Unique"}, {6, "PS"}}), "PS");
@@ -29,7 +22,7 @@ TEST(SfntFont, IdentifierJoinsChecksumAdjustmentAndUniqueName) {
   EXPECT_EQ(Text(MemoryFont(GoodFont().Build())->GetIdentifier()), "1234ABCD|Good 1.0");
   EXPECT_EQ(Text(MemoryFont(GoodFont().Remove("name").Build())->GetIdentifier()), "1234ABCD|");
   // A bitmap-only font has its adjustment in 'bhed'.
-  TableBuilder bhed = test::HeadTable();
+  TableBuilder bhed = HeadTable();
   bhed.Patch("checkSumAdjustment", 0xBEEF);
   EXPECT_EQ(Text(MemoryFont(GoodFont().Table("head", {}).Table("bhed", bhed).Build())->GetIdentifier()),
             "0000BEEF|Good 1.0");
@@ -64,13 +57,13 @@ TEST(SfntFont, HintingIsKnownByItsTablesAndByTheMaximumProfile) {
   EXPECT_TRUE(hinted(GoodFont().Table("cvt_", {0, 1})));
   EXPECT_TRUE(hinted(GoodFont().Table("prep", {0x4B})));
   EXPECT_FALSE(hinted(GoodFont().Table("prep", {})));
-  TableBuilder maxp = test::MaxpTable(3);
+  TableBuilder maxp = MaxpTable(3);
   EXPECT_TRUE(hinted(GoodFont().Table("maxp", maxp.Patch("maxSizeOfInstructions", 1))));
 }
 
 TEST(SfntFont, GlyphsAreCountedByMaxpBeforeCid) {
   const std::string program = "/CIDCount 65540 def";
-  const test::Bytes cid(program.begin(), program.end());
+  const Bytes cid(program.begin(), program.end());
   EXPECT_EQ(MemoryFont(GoodFont().Table("CID ", cid).Build())->CountFontGlyphs(), 3);
   EXPECT_EQ(MemoryFont(GoodFont().Remove("maxp").Table("CID ", cid).Build())->CountFontGlyphs(), 4) << "in 16 bits";
   EXPECT_EQ(MemoryFont(GoodFont().Table("maxp", {}).Table("CID ", cid).Build())->CountFontGlyphs(), 0)
@@ -96,47 +89,32 @@ TEST(SfntFont, ACopyOfABorrowingFontSharesItsBytesAndStartsAfresh) {
 }
 
 TEST(LookupTable, FindsValuesInEveryFormat) {
-  const auto value = [](const TableBuilder& table, uint32_t glyph) {
-    const Tova::ByteView found = FTLookUp(Tova::ByteView(table.Data().data(), table.Size()), glyph);
-    return found.Empty() ? -1 : int{found.U16(0)};
+  const auto words = [](const std::vector<int>& values) {
+    TableBuilder table;
+    for (const int value : values) table.S16(value);
+    return table;
   };
-  TableBuilder simple;
-  simple.U16(0).U16(70).U16(71);
-  EXPECT_EQ(value(simple, 1), 71);
-  EXPECT_EQ(value(simple, 2), -1);
-
-  TableBuilder segments;  // 10-19 -> 5, 30-39 -> 6
-  segments.U16(2).U16(6).U16(2).U16(12).U16(1).U16(0).U16(19).U16(10).U16(5).U16(39).U16(30).U16(6);
-  segments.U16(0xFFFF).U16(0xFFFF).U16(9);
-  EXPECT_EQ(value(segments, 9), -1);
-  EXPECT_EQ(value(segments, 10), 5);
-  EXPECT_EQ(value(segments, 25), -1);
-  EXPECT_EQ(value(segments, 39), 6);
-  EXPECT_EQ(value(segments, 0xFFFF), -1) << "the end mark is no glyph";
-
-  TableBuilder arrays;  // 10-11 -> values at 24
-  arrays.U16(4).U16(6).U16(1).U16(6).U16(0).U16(0).U16(11).U16(10).U16(24).U16(0xFFFF).U16(0xFFFF).U16(0);
-  arrays.U16(500).U16(501);
-  EXPECT_EQ(value(arrays, 11), 501);
-
-  TableBuilder singles;
-  singles.U16(6).U16(4).U16(2).U16(8).U16(1).U16(0).U16(3).U16(30).U16(7).U16(70);
-  EXPECT_EQ(value(singles, 3), 30);
-  EXPECT_EQ(value(singles, 5), -1);
-  EXPECT_EQ(value(singles, 7), 70);
-  EXPECT_EQ(value(singles, 8), -1) << "beyond the last entry";
-
-  TableBuilder trimmed;
-  trimmed.U16(8).U16(5).U16(2).U16(50).U16(51);
-  EXPECT_EQ(value(trimmed, 4), -1);
-  EXPECT_EQ(value(trimmed, 6), 51);
-  EXPECT_EQ(value(trimmed, 7), -1);
-
-  EXPECT_EQ(value(TableBuilder().U16(3), 1), -1);
-  EXPECT_EQ(value(TableBuilder(), 1), -1);
-  TableBuilder endless;  // entries of no size
-  endless.U16(6).U16(0).U16(9).U16(0).U16(0).U16(0).U16(3).U16(30);
-  EXPECT_EQ(value(endless, 5), -1);
+  const struct {
+    const char* what;
+    TableBuilder table;
+    std::vector<std::pair<uint32_t, int>> values;  // of glyphs; -1 for none
+  } cases[] = {
+      {"simple array", words({0, 70, 71}), {{1, 71}, {2, -1}}},
+      {"segments 10-19 and 30-39, whose end mark is no glyph",
+       words({2, 6, 2, 12, 1, 0, 19, 10, 5, 39, 30, 6, 0xFFFF, 0xFFFF, 9}),
+       {{9, -1}, {10, 5}, {25, -1}, {39, 6}, {0xFFFF, -1}}},
+      {"array at 24 for 10-11", words({4, 6, 1, 6, 0, 0, 11, 10, 24, 0xFFFF, 0xFFFF, 0, 500, 501}), {{11, 501}}},
+      {"single glyphs", words({6, 4, 2, 8, 1, 0, 3, 30, 7, 70}), {{3, 30}, {5, -1}, {7, 70}, {8, -1}}},
+      {"trimmed array", words({8, 5, 2, 50, 51}), {{4, -1}, {6, 51}, {7, -1}}},
+      {"unknown format", words({3}), {{1, -1}}},
+      {"no bytes", words({}), {{1, -1}}},
+      {"entries of no size", words({6, 0, 9, 0, 0, 0, 3, 30}), {{5, -1}}}};
+  for (const auto& [what, table, values] : cases) {
+    for (const auto& [glyph, value] : values) {
+      const Tova::ByteView found = FTLookUp(Tova::ByteView(table.Data().data(), table.Size()), glyph);
+      EXPECT_EQ(found.Empty() ? -1 : int{found.U16(0)}, value) << what << ", glyph " << glyph;
+    }
+  }
 }
 
 }  // namespace

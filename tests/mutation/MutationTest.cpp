@@ -1,21 +1,21 @@
-#include <VornFontTest/VornFontTest.h>
 #include <gtest/gtest.h>
 
-#include <Tova/Tova.hpp>
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <string>
-#include <vector>
 
+#include "Platform/ByteView.h"
+#include "support/AllTests.h"
 #include "support/TemporaryFolder.h"
 
-namespace test {
 namespace {
 
+using namespace test;
+
+using Tova::ByteView;
 using Clock = std::chrono::steady_clock;
 
 constexpr uint32_t kSeed = 20240229;
@@ -42,48 +42,27 @@ class Mutator {
   explicit Mutator(uint32_t seed) : engine_(seed) {}
 
   Bytes Mutate(Bytes font) {
-    switch (Below(8)) {
-      case 0:
-        font.resize(Below(font.size()));
-        break;
-      case 1:
-      case 2:
-        SwapTables(font);
-        break;
-      case 3:
-        ChangeBytes(font, 0, kDirectoryAt + kEntrySize * TableCount(font), 1 + Below(4));
-        break;
-      default:
-        ChangeTables(font);
+    const size_t kind = Below(8);
+    if (kind == 0) font.resize(Below(font.size()));
+    if (kind == 1 || kind == 2) {  // each of two tags gets the other's offset and length
+      const auto first = font.begin() + static_cast<ptrdiff_t>(RandomEntry(font) + 8);
+      const auto second = font.begin() + static_cast<ptrdiff_t>(RandomEntry(font) + 8);
+      if (first != second) std::swap_ranges(first, first + 8, second);
+    }
+    if (kind == 3) ChangeBytes(font, 0, RandomEntry(font) + kEntrySize, 1 + Below(4));
+    if (kind < 4) return font;
+    // Bytes of a few tables, mostly near their starts, where the counts and offsets are.
+    for (size_t tables = 1 + Below(3); tables > 0; --tables) {
+      const ByteView entry = ByteView(font.data(), font.size()).Slice(RandomEntry(font), kEntrySize);
+      const size_t offset = entry.U32(8), length = entry.U32(12);
+      ChangeBytes(font, offset, Below(2) == 0 ? std::min<size_t>(length, 64) : length, 1 + Below(16));
     }
     return font;
   }
-  size_t Below(size_t limit) { return limit == 0 ? 0 : engine_() % limit; }
 
  private:
-  static size_t TableCount(const Bytes& font) { return size_t{font.at(4)} << 8 | font.at(5); }
-  static size_t U32(const Bytes& font, size_t at) {
-    return size_t{font[at]} << 24 | size_t{font[at + 1]} << 16 | size_t{font[at + 2]} << 8 | font[at + 3];
-  }
-  size_t RandomEntry(const Bytes& font) { return kDirectoryAt + kEntrySize * Below(TableCount(font)); }
-
-  /// Exchanges offset and length of two entries, so that each tag gets the other's bytes.
-  void SwapTables(Bytes& font) {
-    const size_t first = RandomEntry(font), second = RandomEntry(font);
-    if (first == second) return;
-    std::swap_ranges(font.begin() + static_cast<ptrdiff_t>(first + 8),
-                     font.begin() + static_cast<ptrdiff_t>(first + 16),
-                     font.begin() + static_cast<ptrdiff_t>(second + 8));
-  }
-  /// Changes bytes of a few tables, mostly near their starts, where the counts and offsets are.
-  void ChangeTables(Bytes& font) {
-    for (size_t tables = 1 + Below(3); tables > 0; --tables) {
-      const size_t entry = RandomEntry(font);
-      const size_t length = U32(font, entry + 12);
-      const size_t span = Below(2) == 0 ? std::min<size_t>(length, 64) : length;
-      ChangeBytes(font, U32(font, entry + 8), span, 1 + Below(16));
-    }
-  }
+  size_t Below(size_t limit) { return limit == 0 ? 0 : engine_() % limit; }
+  size_t RandomEntry(const Bytes& font) { return kDirectoryAt + kEntrySize * Below(font.at(5)); }
   void ChangeBytes(Bytes& font, size_t start, size_t span, size_t count) {
     static constexpr uint8_t kExtremes[] = {0x00, 0x01, 0x7F, 0x80, 0xFF};
     for (; count > 0; --count) {
@@ -104,41 +83,21 @@ std::vector<Bytes> ReadBaseFonts() {
   return fonts;
 }
 
-Tova::MutableDictionary Options(bool full) {
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  const auto severities = Tova::Adopt(TovaArrayCreateMutable());
-  for (const TovaStringRef severity :
-       {kVornFontTestSeverityNonFontError, kVornFontTestSeverityInformation, kVornFontTestSeverityTechnicalError,
-        kVornFontTestSeverityMinorError, kVornFontTestSeverityMajorError, kVornFontTestSeverityFatalError})
-    TovaArrayAppendValue(severities.get(), severity);
-  TovaDictionarySetValue(options.get(), kVornFontTestSeverityKey, severities.get());
-  const auto types = Tova::Adopt(TovaArrayCreateMutable());
-  for (const TovaStringRef type : {kVornFontTestCoreTest, kVornFontTestStructureTest, kVornFontTestConsistencyTest,
-                                   kVornFontTestUsabilityTest, kVornFontTestSpecificationTest})
-    TovaArrayAppendValue(types.get(), type);
-  const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(types.get()));
-  TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, tests.get());
-  TovaDictionarySetValue(options.get(), kVornFontTestSkipDuplicateFontTestOptionKey, kTovaBooleanTrue);
-  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey,
-                         full ? kVornFontTestReportTypeFull : kVornFontTestReportTypeSummary);
-  return options;
-}
-
 // What kills the program is the point of this test: the font that did it stays behind in the temporary folder.
 TEST(Mutation, DamagedRealFontsAreReportedOnInTime) {
   const std::vector<Bytes> bases = ReadBaseFonts();
   if (bases.empty()) GTEST_SKIP() << "none of the fonts is installed";
   const TemporaryFolder folder;
   const std::string path = folder.File("mutated.ttf");
-  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
-  const Tova::MutableDictionary full = Options(true), summary = Options(false);
+  const Tova::MutableDictionary full = AllTests(kVornFontTestReportTypeFull), summary = AllTests();
   Mutator mutator(kSeed);
   const auto start = Clock::now();
   int done = 0;
   for (; done < kFonts && Clock::now() - start < kTimeForAll; ++done) {
     folder.Write("mutated.ttf", mutator.Mutate(bases[static_cast<size_t>(done) % bases.size()]));
     const auto begin = Clock::now();
-    const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), (done % 4 == 0 ? full : summary).get()));
+    const auto report =
+        Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), (done % 4 == 0 ? full : summary).get()));
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
     ASSERT_TRUE(report) << "font " << done;
     EXPECT_LT(time, kTimeForOneFont) << "font " << done;
@@ -147,4 +106,3 @@ TEST(Mutation, DamagedRealFontsAreReportedOnInTime) {
 }
 
 }  // namespace
-}  // namespace test

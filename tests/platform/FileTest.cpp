@@ -1,16 +1,15 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 #include "Platform/File.h"
+#include "support/TemporaryFolder.h"
+#include "support/Values.h"
 
 namespace {
 
+using namespace test;
 namespace fs = std::filesystem;
 using Tova::FileMapping;
 using Tova::FileReference;
@@ -20,20 +19,20 @@ using Tova::ForkReader;
 class Files : public testing::Test {
  protected:
   Files() {
-    fs::create_directories(folder_ / "folder");
+    fs::create_directory(folder_ / "folder");
     std::ofstream(folder_ / "file") << "0123456789";
     std::ofstream(folder_ / "empty");
     mkfifo((folder_ / "fifo").c_str(), 0600);
     fs::create_symlink("file", folder_ / "link");
     fs::create_symlink("nothing", folder_ / "dangling");
   }
-  ~Files() override { fs::remove_all(folder_); }
 
   std::optional<FileReference> Reference(const char* name) const {
-    return FileReference::FromUrl(Tova::Adopt(TovaURLCreateWithFilePath((folder_ / name).c_str())).get());
+    return FileReference::FromUrl(FileUrl(folder_ / name).get());
   }
 
-  fs::path folder_ = fs::temp_directory_path() / ("tova files " + std::to_string(getpid()));
+  TemporaryFolder temporary_;
+  fs::path folder_ = temporary_.Path();
 };
 
 TEST_F(Files, OnlyRegularFilesOpen) {
@@ -42,16 +41,14 @@ TEST_F(Files, OnlyRegularFilesOpen) {
     bool exists, opens;
     FileMapping::Step reached;
     int error;
-  } cases[] = {
-      {"file", true, true, FileMapping::Step::kDone, 0},
-      {"link", true, true, FileMapping::Step::kDone, 0},
-      {"empty", true, true, FileMapping::Step::kMap, EINVAL},
-      {"folder", true, false, FileMapping::Step::kOpen, EISDIR},
-      {"fifo", true, false, FileMapping::Step::kOpen, EINVAL},
-      {"dangling", false, false, FileMapping::Step::kStatus, ENOENT},
-      {"missing", false, false, FileMapping::Step::kStatus, ENOENT},
-      {"file/below", false, false, FileMapping::Step::kStatus, ENOTDIR},
-  };
+  } cases[] = {{"file", true, true, FileMapping::Step::kDone, 0},
+               {"link", true, true, FileMapping::Step::kDone, 0},
+               {"empty", true, true, FileMapping::Step::kMap, EINVAL},
+               {"folder", true, false, FileMapping::Step::kOpen, EISDIR},
+               {"fifo", true, false, FileMapping::Step::kOpen, EINVAL},
+               {"dangling", false, false, FileMapping::Step::kStatus, ENOENT},
+               {"missing", false, false, FileMapping::Step::kStatus, ENOENT},
+               {"file/below", false, false, FileMapping::Step::kStatus, ENOTDIR}};
   for (const auto& c : cases) {
     const auto reference = Reference(c.name);
     EXPECT_EQ(reference.has_value(), c.exists) << c.name;

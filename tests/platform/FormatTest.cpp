@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <Tova/Tova.hpp>
 #include <cstdio>
 #include <limits>
-#include <string>
-#include <vector>
+
+#include "support/Values.h"
 
 namespace {
 
+using namespace test;
 using Tova::FormatArgument;
 
 /// The rendered text; "none" for none.
@@ -44,11 +44,11 @@ TEST(Format, IntegersAndRealsPrintAsTheSystemPrintsThem) {
   for (const std::string& start : DirectiveStarts()) {
     for (const int64_t value : integers) {
       for (const char conversion : std::string("diuxXo")) {
-        const std::string end = std::string(1, conversion) + "]";
-        EXPECT_EQ(Render(start + end, {value}), Printf(start + end, static_cast<int>(value))) << start + end;
-        EXPECT_EQ(Render(start + "h" + end, {value}), Printf(start + "h" + end, static_cast<int>(value)));
-        EXPECT_EQ(Render(start + "hh" + end, {value}), Printf(start + "hh" + end, static_cast<int>(value)));
-        EXPECT_EQ(Render(start + "l" + end, {value}), Printf(start + "l" + end, value)) << start + "l" + end;
+        for (const char* size : {"", "h", "hh", "l"}) {
+          const std::string format = start + size + conversion + "]";
+          const std::string expected = *size == 'l' ? Printf(format, value) : Printf(format, static_cast<int>(value));
+          EXPECT_EQ(Render(format, {value}), expected) << format;
+        }
       }
     }
     for (const double value : reals) {
@@ -64,9 +64,7 @@ TEST(Format, IntegersAndRealsPrintAsTheSystemPrintsThem) {
 
 TEST(Format, TextsValuesAndNumberedArguments) {
   const auto text = Tova::MakeString("h\xC3\xA9llo");
-  const auto array = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(array.get(), text.get());
-  TovaArrayAppendValue(array.get(), Tova::Adopt(TovaNumberCreateWithInteger(-7)).get());
+  const auto array = Array({text.get(), Tova::Adopt(TovaNumberCreateWithInteger(-7)).get()});
   const struct {
     std::string_view format;
     std::initializer_list<FormatArgument> arguments;
@@ -81,8 +79,7 @@ TEST(Format, TextsValuesAndNumberedArguments) {
       {"%2$d of %1$d, 100%%", {5, 3}, "3 of 5, 100%"},
       {"%1$@ %1$-4.3@|", {text}, "h\xC3\xA9llo h\xC3\xA9l |"},
       {"plain", {1, 2}, "plain"},
-      {"", {}, ""},
-  };
+      {"", {}, ""}};
   for (const auto& c : cases) EXPECT_EQ(Render(c.format, c.arguments), c.expected) << c.format;
 }
 

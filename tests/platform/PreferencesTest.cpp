@@ -1,24 +1,18 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <Tova/Tova.hpp>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <string>
+#include "support/TemporaryFolder.h"
+#include "support/Values.h"
 
 namespace {
 
+using namespace test;
 namespace fs = std::filesystem;
 
-/// A fresh $XDG_CONFIG_HOME; domains are named after the process, as they stay in memory.
+/// A fresh $XDG_CONFIG_HOME; each test has domains of its own, as they stay in memory.
 class Preferences : public testing::Test {
  protected:
   Preferences() { setenv("XDG_CONFIG_HOME", folder_.c_str(), 1); }
-  ~Preferences() override {
-    unsetenv("XDG_CONFIG_HOME");
-    fs::remove_all(folder_);
-  }
+  ~Preferences() override { unsetenv("XDG_CONFIG_HOME"); }
 
   void WriteFile(const std::string& domain, const std::string& text) const {
     fs::create_directories(folder_);
@@ -31,7 +25,7 @@ class Preferences : public testing::Test {
   static std::string Get(const char* key, const std::string& domain) {
     const auto value =
         Tova::Adopt(TovaPreferencesCopyValue(Tova::MakeString(key).get(), Tova::MakeString(domain).get()));
-    return value ? std::string(Tova::Text(Tova::Adopt(TovaCopyDescription(value.get())))) : "none";
+    return value ? Description(value.get()) : "none";
   }
   static void Set(const char* key, TovaTypeRef value, const std::string& domain) {
     TovaPreferencesSetValue(Tova::MakeString(key).get(), value, Tova::MakeString(domain).get());
@@ -40,7 +34,8 @@ class Preferences : public testing::Test {
     return TovaPreferencesSynchronize(Tova::MakeString(domain).get());
   }
 
-  fs::path folder_ = fs::temp_directory_path() / ("tova" + std::to_string(getpid())) / "config";
+  TemporaryFolder temporary_;
+  fs::path folder_ = temporary_.Path() / "config";
   const Tova::String text_ = Tova::MakeString("text");
 };
 
@@ -82,7 +77,7 @@ TEST_F(Preferences, WhatCannotBeReadIsEmptyAndWhatCannotBeWrittenFails) {
     EXPECT_FALSE(Synchronize(domain)) << domain;
     EXPECT_EQ(Get("key", domain), "text") << domain;
   }
-  Set("key", Tova::Adopt(TovaURLCreateWithFilePath("/x")).get(), "test.unwritable");
+  Set("key", FileUrl("/x").get(), "test.unwritable");
   EXPECT_FALSE(Synchronize("test.unwritable"));
 }
 

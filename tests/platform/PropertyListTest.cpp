@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <Tova/Tova.hpp>
 #include <cstdio>
 #include <memory>
-#include <string>
+
+#include "support/Values.h"
 
 namespace {
 
+using namespace test;
 using std::string_view_literals::operator""sv;
 
 Tova::Data MakeData(std::string_view bytes) {
@@ -50,7 +51,7 @@ TEST(PropertyLists, EveryTypeIsReadAndWrittenBack) {
 </dict></plist>)";
   const auto value = Read(xml);
   ASSERT_TRUE(value);
-  EXPECT_EQ(Tova::Text(Tova::Adopt(TovaCopyDescription(value.get()))),
+  EXPECT_EQ(Description(value.get()),
             "{text:  a <&\u00E9 <b>, blank:  , empty: , integer: -42, real: 0.1, yes: true, no: false, "
             "date: 2026-01-31T09:30:00Z, data: <0001fffe>, array: {x, {}, {}}}");
   const auto again = Read(Write(value.get()));
@@ -85,29 +86,17 @@ TEST(PropertyLists, MalformedInputGivesOneLineOfReason) {
                                      Nested(513),
                                      Nested(100000),
                                      "<plist><string>\xFF</string></plist>"};
-  for (const char* content : {"<true/><false/>",
-                              "<integer/>",
-                              "<integer>1x</integer>",
-                              "<integer>9223372036854775808</integer>",
-                              "<integer>+-1</integer>",
-                              "<real>one</real>",
-                              "<date>2026-02-30T00:00:00Z</date>",
-                              "<date>yesterday</date>",
-                              "<data>AAA</data>",
-                              "<data>A===</data>",
-                              "<data>AA==AA==</data>",
-                              "<data>A*==</data>",
-                              "<unknown/>",
-                              "<string>a<b/></string>",
-                              "<true>x</true>",
-                              "<array>x</array>",
-                              "<dict><key>k</key></dict>",
-                              "<dict><true/></dict>",
-                              "<dict><key>k</key><key>l</key></dict>",
-                              "<dict><key>k</key>x<true/></dict>",
-                              "<dict><key>k</key><true/><key>k</key><true/></dict>"}) {
+  // clang-format off
+  for (const char* content : {
+           "<true/><false/>", "<unknown/>", "<string>a<b/></string>", "<true>x</true>", "<array>x</array>",
+           "<integer/>", "<integer>1x</integer>", "<integer>9223372036854775808</integer>", "<integer>+-1</integer>",
+           "<real>one</real>", "<date>2026-02-30T00:00:00Z</date>", "<date>yesterday</date>",
+           "<data>AAA</data>", "<data>A===</data>", "<data>AA==AA==</data>", "<data>A*==</data>",
+           "<dict><key>k</key></dict>", "<dict><true/></dict>", "<dict><key>k</key><key>l</key></dict>",
+           "<dict><key>k</key>x<true/></dict>", "<dict><key>k</key><true/><key>k</key><true/></dict>"}) {
     inputs.push_back("<plist>" + std::string(content) + "</plist>");
   }
+  // clang-format on
   for (const std::string& input : inputs) {
     std::string reason;
     EXPECT_FALSE(Read(input, &reason)) << input;
@@ -127,9 +116,7 @@ TEST(PropertyLists, AStreamIsReadFromWhereItStands) {
 }
 
 TEST(PropertyLists, ValuesWithoutAFormAreNotWritten) {
-  const auto array = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(array.get(), Tova::Adopt(TovaURLCreateWithFilePath("/x")).get());
-  EXPECT_EQ(Write(array.get()), "none");
+  EXPECT_EQ(Write(Array({FileUrl("/x").get()}).get()), "none");
   EXPECT_EQ(Write(nullptr), "none");
 }
 

@@ -4,6 +4,9 @@
 #include <bit>
 #include <stdexcept>
 
+#include "support/CmapBuilder.h"
+#include "support/GlyphBuilder.h"
+
 namespace test {
 
 namespace {
@@ -139,31 +142,15 @@ TableBuilder MetricsTable(const std::vector<std::pair<uint16_t, int16_t>>& metri
 }
 
 FontBuilder GoodFont() {
-  // Glyphs on-curve throughout: every coordinate a signed word.
-  const auto outline = [](const std::vector<std::pair<int16_t, int16_t>>& points, int16_t width, int16_t height) {
-    TableBuilder glyph;
-    glyph.S16(1).S16(0).S16(0).S16(width).S16(height).U16(points.size() - 1).U16(0);
-    for (size_t i = 0; i < points.size(); ++i) glyph.U8(0x01);
-    for (size_t axis = 0; axis < 2; ++axis) {
-      int previous = 0;
-      for (const auto& point : points) {
-        const int value = axis == 0 ? point.first : point.second;
-        glyph.S16(value - previous);
-        previous = value;
-      }
-    }
+  const auto outline = [](const Contour& points) {
+    TableBuilder glyph = SimpleGlyph({points}, {}, PointEncoding::kWords);
     return glyph.Zeros(Padded(glyph.Size()) - glyph.Size());
   };
-  const TableBuilder square = outline({{0, 0}, {0, 500}, {500, 500}, {500, 0}}, 500, 500);
-  const TableBuilder triangle = outline({{0, 0}, {250, 700}, {500, 0}}, 500, 700);
-  TableBuilder glyf;
-  glyf.Append(square).Append(triangle);
-  TableBuilder loca;
-  loca.U32(0).U32(square.Size()).U32(square.Size()).U32(glyf.Size());
-  TableBuilder cmap;  // one subtable of format 4: 'A' is glyph 2
-  cmap.U16(0).U16(1).U16(3).U16(1).U32(12);
-  cmap.U16(4).U16(32).U16(0).U16(4).U16(4).U16(1).U16(0);
-  cmap.U16('A').U16(0xFFFF).U16(0).U16('A').U16(0xFFFF).S16(2 - 'A').U16(1).U16(0).U16(0);
+  const TableBuilder square = outline({{0, 0}, {0, 500}, {500, 500}, {500, 0}});
+  const TableBuilder triangle = outline({{0, 0}, {250, 700}, {500, 0}});
+  const TableBuilder glyf = TableBuilder(square).Append(triangle);
+  const TableBuilder loca = TableBuilder().U32(0).U32(square.Size()).U32(square.Size()).U32(glyf.Size());
+  const TableBuilder cmap = CmapTable({{3, 1, CmapFormat4({{'A', 'A', 2 - 'A'}})}});
 
   FontBuilder font;
   font.Table("cmap", cmap).Table("glyf", glyf).Table("head", HeadTable()).Table("hhea", HheaTable(3));

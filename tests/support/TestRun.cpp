@@ -3,8 +3,9 @@
 #include <VornFontTest/VornFontTest.h>
 #include <gmock/gmock.h>
 
-#include <Tova/Tova.hpp>
 #include <string_view>
+
+#include "support/Values.h"
 
 namespace test {
 
@@ -18,13 +19,11 @@ std::string ShortSeverity(TovaTypeRef severity) {
 }
 
 Tova::Dictionary MakeOptions(const RunOptions& options) {
-  const auto severities = Tova::Adopt(TovaArrayCreateMutable());
+  const auto severities = Array({});
   for (const std::string& severity : options.severities) {
     TovaArrayAppendValue(severities.get(), Tova::MakeString(std::string(kSeverityPrefix) + severity).get());
   }
-  const auto dictionary = Tova::Adopt(TovaDictionaryCreateMutable());
-  TovaDictionarySetValue(dictionary.get(), kVornFontTestSeverityKey, severities.get());
-  return dictionary;
+  return Dictionary({{kVornFontTestSeverityKey, severities.get()}});
 }
 
 }  // namespace

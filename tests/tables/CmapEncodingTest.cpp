@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unicode/uniset.h>
 
@@ -18,68 +17,58 @@ FTEncoding Encoding(const Bytes& bytes, uint32_t platform = 3, uint32_t script =
   return FTEncoding(Tova::ByteView(bytes.data(), bytes.size()), platform, script);
 }
 
-struct LookUp {
-  const char* what;
-  TableBuilder subtable;
-  Pairs pairs;  ///< the whole mapping
-};
-
-class CmapLookUps : public testing::TestWithParam<LookUp> {};
-
-TEST_P(CmapLookUps, AgreeWithThePairs) {
-  const auto& [what, subtable, pairs] = GetParam();
-  const FTEncoding encoding = Encoding(subtable);
-  EXPECT_EQ(encoding.GetMapping(), pairs);
-  EXPECT_EQ(encoding.GetMappingCount(), pairs.size());
-  for (const FTEncodingPair& pair : pairs) {
-    const auto first = std::ranges::find(pairs, pair.character, &FTEncodingPair::character);
-    EXPECT_EQ(encoding.CharacterToGlyph(pair.character), first->glyph) << pair.character;
-    const auto lowest = std::ranges::find(pairs, pair.glyph, &FTEncodingPair::glyph);
-    EXPECT_EQ(encoding.GlyphToCharacter(static_cast<int32_t>(pair.glyph)), lowest->character) << pair.glyph;
-    for (const uint32_t beside : {pair.character - 1, pair.character + 1}) {
-      const bool mapped = std::ranges::count(pairs, beside, &FTEncodingPair::character) > 0;
-      if (!mapped) {
-        EXPECT_FALSE(encoding.MapsCharacter(beside)) << beside;
-      }
-    }
-  }
-  EXPECT_EQ(encoding.GlyphToCharacter(0x7FFF0000), 0xFFFFu);
-  EXPECT_FALSE(encoding.MapsGlyph(0x7FFF0000));
-}
-
 Pairs EveryByte(const std::map<uint32_t, uint32_t>& glyphs) {
   Pairs pairs;
   for (uint32_t code = 0; code < 256; ++code) pairs.push_back({code, glyphs.contains(code) ? glyphs.at(code) : 0});
   return pairs;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Formats, CmapLookUps,
-    testing::Values(
-        LookUp{"Format0KeepsGlyph0", CmapFormat0({{65, 1}, {66, 255}}), EveryByte({{65, 1}, {66, 255}})},
-        LookUp{"Format2",
-               CmapFormat2({{0x81, 1}, {0x82, 1}, {0x90, 2}},
-                           {{0x41, {7, 0, 8}, 1}, {0x40, {5, 0, 6}, 0xFFFF}, {0x50, {9}}}),
-               {{0x41, 8}, {0x43, 9}, {0x8140, 4}, {0x8142, 5}, {0x8240, 4}, {0x8242, 5}}},
-        LookUp{"Format4IsNotModulo65536",
-               CmapFormat4({{0x41, 0x43, -0x40}, {0x50, 0x51, 0x10}, {0xC000, 0xC001, 0x5000}}),
-               {{0x41, 1}, {0x42, 2}, {0x43, 3}, {0x50, 0x60}, {0x51, 0x61}, {0xC000, 0x11000}, {0xC001, 0x11001}}},
-        LookUp{
-            "Format4LeavesGlyph0OutAndGoesBelow", CmapFormat4({{0x41, 0x43, -0x42}}), {{0x41, 0xFFFFFFFF}, {0x43, 1}}},
-        LookUp{"Format4ArraysTakeNoDelta",
-               CmapFormat4({{0x41, 0x43, 5, {30, 0, 10}}, {0xFFFE, 0xFFFF, 1, {3, 4}}}),
-               {{0x41, 30}, {0x43, 10}, {0xFFFE, 3}}},
-        LookUp{"Format6", CmapFormat6(0xFFFD, {4, 0, 3}), {{0xFFFD, 4}, {0xFFFF, 3}}},
-        LookUp{"Format8IsNotReduced",
-               CmapGroups(8, {{0x10000, 0x10001, 70000}, {5, 6, 0}}),
-               {{6, 1}, {0x10000, 70000}, {0x10001, 70001}}},
-        LookUp{"Format10", CmapFormat10(0xFFFFFFFE, {0, 9, 8}), {{0xFFFFFFFF, 9}}},
-        LookUp{"Format12ReducesAbove65536",
-               CmapGroups(12, {{0x41, 0x42, 65536}, {0x50, 0x50, 196609}, {0x60, 0x61, 0}}),
-               {{0x41, 65536}, {0x42, 1}, {0x50, 1}, {0x61, 1}}},
-        LookUp{"Format13", CmapGroups(13, {{8, 9, 65537}, {10, 11, 0}, {9, 10, 2}}), {{8, 1}, {9, 1}, {9, 2}, {10, 2}}},
-        LookUp{"Format14", CmapFormat14({{0xFE00, {{0x41, 1}}, {{0x42, 7}}}}), {}}),
-    [](const auto& test) { return test.param.what; });
+TEST(CmapEncoding, LookUpsAgreeWithThePairs) {
+  const struct {
+    const char* what;
+    TableBuilder subtable;
+    Pairs pairs;  // the whole mapping
+  } cases[] = {
+      {"Format0KeepsGlyph0", CmapFormat0({{65, 1}, {66, 255}}), EveryByte({{65, 1}, {66, 255}})},
+      {"Format2",
+       CmapFormat2({{0x81, 1}, {0x82, 1}, {0x90, 2}}, {{0x41, {7, 0, 8}, 1}, {0x40, {5, 0, 6}, 0xFFFF}, {0x50, {9}}}),
+       {{0x41, 8}, {0x43, 9}, {0x8140, 4}, {0x8142, 5}, {0x8240, 4}, {0x8242, 5}}},
+      {"Format4IsNotModulo65536",
+       CmapFormat4({{0x41, 0x43, -0x40}, {0x50, 0x51, 0x10}, {0xC000, 0xC001, 0x5000}}),
+       {{0x41, 1}, {0x42, 2}, {0x43, 3}, {0x50, 0x60}, {0x51, 0x61}, {0xC000, 0x11000}, {0xC001, 0x11001}}},
+      {"Format4LeavesGlyph0OutAndGoesBelow", CmapFormat4({{0x41, 0x43, -0x42}}), {{0x41, 0xFFFFFFFF}, {0x43, 1}}},
+      {"Format4ArraysTakeNoDelta",
+       CmapFormat4({{0x41, 0x43, 5, {30, 0, 10}}, {0xFFFE, 0xFFFF, 1, {3, 4}}}),
+       {{0x41, 30}, {0x43, 10}, {0xFFFE, 3}}},
+      {"Format6", CmapFormat6(0xFFFD, {4, 0, 3}), {{0xFFFD, 4}, {0xFFFF, 3}}},
+      {"Format8IsNotReduced",
+       CmapGroups(8, {{0x10000, 0x10001, 70000}, {5, 6, 0}}),
+       {{6, 1}, {0x10000, 70000}, {0x10001, 70001}}},
+      {"Format10", CmapFormat10(0xFFFFFFFE, {0, 9, 8}), {{0xFFFFFFFF, 9}}},
+      {"Format12ReducesAbove65536",
+       CmapGroups(12, {{0x41, 0x42, 65536}, {0x50, 0x50, 196609}, {0x60, 0x61, 0}}),
+       {{0x41, 65536}, {0x42, 1}, {0x50, 1}, {0x61, 1}}},
+      {"Format13", CmapGroups(13, {{8, 9, 65537}, {10, 11, 0}, {9, 10, 2}}), {{8, 1}, {9, 1}, {9, 2}, {10, 2}}},
+      {"Format14", CmapFormat14({{0xFE00, {{0x41, 1}}, {{0x42, 7}}}}), {}}};
+  for (const auto& [what, subtable, pairs] : cases) {
+    SCOPED_TRACE(what);
+    const FTEncoding encoding = Encoding(subtable);
+    EXPECT_EQ(encoding.GetMapping(), pairs);
+    EXPECT_EQ(encoding.GetMappingCount(), pairs.size());
+    for (const FTEncodingPair& pair : pairs) {
+      const auto first = std::ranges::find(pairs, pair.character, &FTEncodingPair::character);
+      EXPECT_EQ(encoding.CharacterToGlyph(pair.character), first->glyph) << pair.character;
+      const auto lowest = std::ranges::find(pairs, pair.glyph, &FTEncodingPair::glyph);
+      EXPECT_EQ(encoding.GlyphToCharacter(static_cast<int32_t>(pair.glyph)), lowest->character) << pair.glyph;
+      for (const uint32_t beside : {pair.character - 1, pair.character + 1}) {
+        const bool isGap = std::ranges::find(pairs, beside, &FTEncodingPair::character) == pairs.end();
+        EXPECT_FALSE(isGap && encoding.MapsCharacter(beside)) << beside;
+      }
+    }
+    EXPECT_EQ(encoding.GlyphToCharacter(0x7FFF0000), 0xFFFFu);
+    EXPECT_FALSE(encoding.MapsGlyph(0x7FFF0000));
+  }
+}
 
 /// Segments and groups at random, small enough to overlap all the time, against pairs made one by one.
 TEST(CmapEncoding, AgreesWithPairsMadeOneByOne) {

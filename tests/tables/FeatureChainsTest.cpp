@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/TableClasses/FTFontTable_mort.h"
 #include "TableAccess/TableClasses/FTFontTable_morx.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 constexpr char kHeadOutside[] = "The chain head points beyond the end of the table";
 constexpr char kEntryOutside[] = "The feature entry points beyond the end of the table";
@@ -76,4 +75,3 @@ TEST(FeatureChains, OverlappingChainsEndWithTheBytes) {
 }
 
 }  // namespace
-}  // namespace test

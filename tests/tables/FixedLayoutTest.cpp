@@ -1,29 +1,26 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "TableAccess/TableClasses/FTFontTable_OS_2.h"
 #include "TableAccess/TableClasses/FTFontTable_TYP1.h"
+#include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_hdmx.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
+#include "TableAccess/TableClasses/FTFontTable_post.h"
 #include "TableAccess/TableClasses/TagOnlyTables.h"
 #include "support/TestRun.h"
 
 namespace {
 
-using test::FontBuilder;
-using test::MemoryFont;
-using test::TableBuilder;
+using namespace test;
 
 TEST(TableFactory, TagsAreComparedExactly) {
   FontBuilder builder;
   for (const char* tag : {"OS/2", "OS_2", "cvt ", "cvt_", "DSIG", "dsig", "bhed"}) builder.Table(tag, {0, 3});
   const MemoryFont font(builder.Build());
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("OS/2"))), typeid(FTFontTable));
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("cvt "))), typeid(FTFontTable));
-  EXPECT_EQ(typeid(*font->GetTaggedTable(FTTag("DSIG"))), typeid(FTFontTable));
+  for (const uint32_t tag : {FTTag("OS/2"), FTTag("cvt "), FTTag("DSIG")}) {
+    const FTFontTable& table = *font->GetTaggedTable(tag);
+    EXPECT_EQ(typeid(table), typeid(FTFontTable));
+  }
   EXPECT_EQ(font->FindTable<FTFontTable_OS_2>()->GetVersion(), 3);
   EXPECT_NE(font->FindTable<FTFontTable_cvt_>(), nullptr);
   EXPECT_NE(font->FindTable<FTFontTable_dsig>(), nullptr);
@@ -31,7 +28,7 @@ TEST(TableFactory, TagsAreComparedExactly) {
 }
 
 TEST(FixedLayout, FieldsAreReadFromTheirPlaces) {
-  FontBuilder builder = test::GoodFont().Table("vhea", test::HheaTable(7));
+  FontBuilder builder = GoodFont().Table("vhea", HheaTable(7));
   const MemoryFont font(builder.Build());
   const auto* head = font->FindTable<FTFontTable_head>();
   EXPECT_EQ(head->MagicNumber(), 0x5F0F3CF5u);
@@ -46,7 +43,7 @@ TEST(FixedLayout, FieldsAreReadFromTheirPlaces) {
 
 TEST(FixedLayout, OnlyFormatOneMeansLongOffsets) {
   for (const int format : {-1, 0, 1, 2}) {
-    TableBuilder head = test::HeadTable();
+    TableBuilder head = HeadTable();
     head.Patch("indexToLocFormat", static_cast<uint64_t>(format));
     const MemoryFont font(FontBuilder().Table("head", head).Build());
     EXPECT_EQ(font->FindTable<FTFontTable_head>()->FontUsesLongGlyphOffsets(), format == 1) << format;
@@ -55,13 +52,13 @@ TEST(FixedLayout, OnlyFormatOneMeansLongOffsets) {
 
 TEST(FixedLayout, AShortTableReadsAsZerosWhereItEnds) {
   for (size_t size = 0; size <= 54; ++size) {
-    const MemoryFont font(test::GoodFont().Truncate("head", size).Build());
+    const MemoryFont font(GoodFont().Truncate("head", size).Build());
     EXPECT_EQ(font->FindTable<FTFontTable_head>()->UnitsPerEm(), size >= 20 ? 1000 : 0) << size;
   }
 }
 
 TEST(MaximumProfile, MaximaAreThoseOfTheLongForm) {
-  TableBuilder maxp = test::MaxpTable(300);
+  TableBuilder maxp = MaxpTable(300);
   maxp.Patch("maxPoints", 17);
   const MemoryFont longForm(FontBuilder().Table("maxp", maxp).Build());
   EXPECT_EQ(longForm->FindTable<FTFontTable_maxp>()->MaxPoints(), 17);
@@ -86,7 +83,7 @@ TEST(DeviceMetrics, RecordsAreReachedByIndex) {
 }
 
 TEST(TableCopy, HasBytesOfItsOwnAndReadsThemAgain) {
-  auto font = std::make_unique<MemoryFont>(test::GoodFont().Build());
+  auto font = std::make_unique<MemoryFont>(GoodFont().Build());
   const auto* source = (*font)->FindTable<FTFontTable_head>();
   EXPECT_EQ(source->UnitsPerEm(), 1000);
   const FTFontTable_head copy(*source);
@@ -96,7 +93,7 @@ TEST(TableCopy, HasBytesOfItsOwnAndReadsThemAgain) {
 }
 
 TEST(PostScriptTables, GlyphsOfCidFontsAreCountedThoseOfType1AreNot) {
-  const auto bytes = [](const std::string& text) { return test::Bytes(text.begin(), text.end()); };
+  const auto bytes = [](const std::string& text) { return Bytes(text.begin(), text.end()); };
   const auto cid = [&](const std::string& text) {
     return MemoryFont(FontBuilder().Table("CID ", bytes(text)).Build())->CountFontGlyphs();
   };
@@ -106,6 +103,25 @@ TEST(PostScriptTables, GlyphsOfCidFontsAreCountedThoseOfType1AreNot) {
   EXPECT_EQ(cid("/CIDCount x"), 0);
   const MemoryFont type1(FontBuilder().Table("TYP1", bytes("/CharStrings 228 dict")).Build());
   EXPECT_EQ(type1->FindTable<FTFontTable_TYP1>()->NumGlyphs(), 0u);
+}
+
+TEST(Fdsc, TheAngleIsTheValueOfTheFirstSlantDescriptor) {
+  const auto angle = [](uint32_t count, size_t size) {
+    TableBuilder fdsc;
+    fdsc.U32(0x00010000).U32(count).Text("wght").U32(7).Text("slnt").S32(-12 << 16).Text("slnt").S32(3);
+    const MemoryFont font(FontBuilder().Table("fdsc", fdsc.Truncate(size)).Build());
+    return font->FindTable<FTFontTable_fdsc>()->GetAngle();
+  };
+  EXPECT_EQ(angle(3, 32), -12 << 16);
+  EXPECT_EQ(angle(0xFFFFFFFF, 32), -12 << 16);
+  EXPECT_EQ(angle(1, 32), 0) << "only the weight is counted";
+  for (const size_t size : {23u, 16u}) EXPECT_EQ(angle(0xFFFFFFFF, size), 0) << "the value is cut off";
+}
+
+TEST(Post, TheItalicAngleIsSigned) {
+  const Bytes post = PostTable().Patch("italicAngle", 0xFFF48000);
+  const MemoryFont font(FontBuilder().Table("post", post).Build());
+  EXPECT_EQ(font->FindTable<FTFontTable_post>()->GetItalicAngle(), -753664) << "-11.5 degrees";
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
 #include "TableAccess/TableClasses/FTFontTable_vmtx.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 constexpr char kNoGlyph[] = "A reference was made to a non-existent glyph";
 
@@ -36,12 +35,10 @@ TEST(GlyphMetrics, LongEntriesAreFollowedBySideBearings) {
     uint16_t longMetrics;
     uint16_t glyphs;
     std::vector<FTGlyphMetrics> expected;
-  } cases[] = {
-      {2, 4, {{500, 65526}, {600, 20}, {600, 65506}, {600, 40}}},
-      {3, 2, {{500, 65526}, {600, 20}}},
-      {4, 4, {{500, 65526}, {600, 20}, {65506, 40}, {0, 0}}},  // the table ends after 12 bytes
-      {0, 2, {{0, 500}, {0, 65526}}},
-  };
+  } cases[] = {{2, 4, {{500, 65526}, {600, 20}, {600, 65506}, {600, 40}}},
+               {3, 2, {{500, 65526}, {600, 20}}},
+               {4, 4, {{500, 65526}, {600, 20}, {65506, 40}, {0, 0}}},  // the table ends after 12 bytes
+               {0, 2, {{0, 500}, {0, 65526}}}};
   for (const auto& [longMetrics, glyphs, expected] : cases) {
     FontBuilder font;
     font.Table("maxp", MaxpTable(glyphs)).Table("hmtx", table).Table("vmtx", table);
@@ -53,9 +50,8 @@ TEST(GlyphMetrics, LongEntriesAreFollowedBySideBearings) {
       EXPECT_EQ(hmtx.GetMetrics(glyph), expected[glyph]) << longMetrics << " long, glyph " << glyph;
       EXPECT_EQ(vmtx.GetMetrics(glyph), expected[glyph]) << longMetrics << " long, glyph " << glyph;
     }
-    ExpectThrow(kNoGlyph, [&] { hmtx.GetMetrics(glyphs); });
+    ExpectThrow(kNoGlyph, [&hmtx, end = glyphs] { hmtx.GetMetrics(end); });
   }
 }
 
 }  // namespace
-}  // namespace test

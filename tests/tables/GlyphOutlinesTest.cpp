@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 /// A font's glyphs by index, as the class wanted.
 class Glyphs {
@@ -63,9 +62,8 @@ TEST(SimpleGlyph, ContoursCountFromTheEndPointBeforeThem) {
        SimpleGlyph({{{0, 0}, {1, 1}, {2, 2}, {3, 3}}, {{4, 4}, {5, 5}}}).Patch("end0", 5).Patch("end1", 3),
        SquareGlyph(9).Patch("end0", 0xFFFF)});
   const FTSimpleTrueTypeGlyph& glyph = glyphs.Simple(0);
-  EXPECT_EQ(glyph.GetContourPointCount(0), 3);
-  EXPECT_EQ(glyph.GetContourPointCount(1), 2);
-  EXPECT_EQ(glyph.GetContourPointCount(2), 0);
+  EXPECT_EQ(std::tuple(glyph.GetContourPointCount(0), glyph.GetContourPointCount(1), glyph.GetContourPointCount(2)),
+            std::tuple(3, 2, 0));
   EXPECT_EQ(glyph.GetContourPoint(0, 2), (FTPoint{2, 2}));
   EXPECT_EQ(glyph.GetContourPoint(1, 0), (FTPoint{2, 2}));
   EXPECT_EQ(glyph.GetContourPoint(1, 2), (FTPoint{4, 4}));
@@ -89,8 +87,7 @@ TEST(SimpleGlyph, RecordsThatCannotHoldTheirPointsThrowOnceAndForAll) {
        "A glyph has more data than will fit in the space allocated"},
       {TableBuilder(square).Truncate(flags).U8(1).U8(1).U8(1), "Glyph data exceeded data limit when unzipping flags"},
       {TableBuilder(square).Truncate(flags).U8(0x01).U8(0x09).U8(3),
-       "Flag data exceeded flag data limit when unzipping flags"},
-  };
+       "Flag data exceeded flag data limit when unzipping flags"}};
   for (const auto& [record, message] : cases) {
     const Glyphs glyphs({record, square});
     ExpectThrow(message, [&] { glyphs.Simple(0).GetPointCount(); });
@@ -109,11 +106,9 @@ TEST(CompoundGlyph, TotalsAreThoseOfAllGlyphsBeneath) {
                        CompoundGlyph({{0, 2}, {0, 0}, {0x0080, 2}})});
   const FTCompoundTrueTypeGlyph& outer = glyphs.Compound(3);
   EXPECT_EQ(outer.GetComponentID(0), 0xFFFF);  // before it was read
-  EXPECT_EQ(outer.GetComponentCount(), 3);
-  EXPECT_EQ(outer.GetSubcomponentCount(), 3);
-  EXPECT_EQ(outer.GetComponentPointCount(), 9 * 4);
-  EXPECT_EQ(outer.GetComponentContourCount(), 9);
-  EXPECT_EQ(outer.GetComponentDepth(), 2);
+  EXPECT_EQ(std::tuple(outer.GetComponentCount(), outer.GetSubcomponentCount(), outer.GetComponentPointCount(),
+                       outer.GetComponentContourCount(), outer.GetComponentDepth()),
+            std::tuple(3, 3, 9 * 4, 9, 2));
   EXPECT_EQ(outer.RawComponentCount(), 0xFFFF);
   const FTCompoundTrueTypeGlyph& inner = glyphs.Compound(2);
   EXPECT_EQ(inner.GetComponentDepth(), 1);
@@ -177,13 +172,11 @@ TEST(GlyphTable, GlyphsThatCannotBeMadeLeaveTheTableWithoutAny) {
   const struct {
     std::function<void(FontBuilder&)> damage;
     const char* message;
-  } cases[] = {
-      {[](FontBuilder& font) { font.Remove("loca"); }, "The required 'loca' table is missing"},
-      {[](FontBuilder& font) { font.Remove("head"); }, "The required 'head' table is missing"},
-      {[](FontBuilder& font) { font["loca"][2] = 1; },
-       "The 'loca' table points to data outside the bounds of the 'glyf' table"},
-      {[](FontBuilder& font) { font["glyf"][0] = 0xFE; }, "An error occurred allocating memory"},
-  };
+  } cases[] = {{[](FontBuilder& font) { font.Remove("loca"); }, "The required 'loca' table is missing"},
+               {[](FontBuilder& font) { font.Remove("head"); }, "The required 'head' table is missing"},
+               {[](FontBuilder& font) { font["loca"][2] = 1; },
+                "The 'loca' table points to data outside the bounds of the 'glyf' table"},
+               {[](FontBuilder& font) { font["glyf"][0] = 0xFE; }, "An error occurred allocating memory"}};
   for (const auto& [damage, message] : cases) {
     FontBuilder font = OutlineFont({SquareGlyph(9), SquareGlyph(9)});
     damage(font);
@@ -200,4 +193,3 @@ TEST(GlyphTable, GlyphsThatCannotBeMadeLeaveTheTableWithoutAny) {
 }
 
 }  // namespace
-}  // namespace test

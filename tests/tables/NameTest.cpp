@@ -1,14 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "TableAccess/TableClasses/FTFontTable_name.h"
 #include "support/TestRun.h"
 
 namespace {
 
-using test::MemoryFont;
-using test::TableBuilder;
+using namespace test;
 
 /// A table of one record over the storage; the storage starts right after the record.
 TableBuilder OneName(uint16_t platform, uint16_t script, uint16_t code, const std::string& storage, uint16_t length,
@@ -20,7 +15,7 @@ TableBuilder OneName(uint16_t platform, uint16_t script, uint16_t code, const st
 
 class Name {
  public:
-  explicit Name(const TableBuilder& table) : font_(test::FontBuilder().Table("name", table).Build()) {}
+  explicit Name(const TableBuilder& table) : font_(FontBuilder().Table("name", table).Build()) {}
   const FTFontTable_name* operator->() const { return font_->FindTable<FTFontTable_name>(); }
   /// The text of a record, "(none)" when it does not decode.
   std::string Text(uint64_t index = 0) const {
@@ -35,11 +30,11 @@ class Name {
 TEST(NameTable, RecordsMustLieInsideTheTable) {
   EXPECT_EQ(Name(OneName(1, 0, 4, "Font", 4)).Text(), "Font") << "up to the very end";
   const Name longer(OneName(1, 0, 4, "Font", 5));
-  EXPECT_EQ(test::ExpectThrow("A name entry extends beyond the end of the 'name' table", [&] { longer->Names(); }),
+  EXPECT_EQ(ExpectThrow("A name entry extends beyond the end of the 'name' table", [&] { longer->Names(); }),
             "tNameStart + tLength > tTableLimit");
   EXPECT_EQ(longer->NameCount(), 0u) << "read once, without names since";
   const Name beyond(OneName(1, 0, 4, "Font", 1, 4));
-  EXPECT_EQ(test::ExpectThrow("A name entry starts beyond the end of the 'name' table", [&] { beyond->Names(); }),
+  EXPECT_EQ(ExpectThrow("A name entry starts beyond the end of the 'name' table", [&] { beyond->Names(); }),
             "tNameStart >= tTableLimit && tLength != 0");
   EXPECT_EQ(Name(OneName(1, 0, 4, "Font", 0, 9999)).Text(), "") << "an empty name may stand anywhere";
 }
@@ -52,28 +47,26 @@ TEST(NameTable, PlatformAndScriptDecideTheEncoding) {
     std::string text;
   };
   const std::string replacement = "\uFFFD";
-  const Case cases[] = {
-      {0, 9, std::string("\0A", 2), "A"},
-      {1, 0, "\x8A", "ä"},
-      {1, 1, "\x83\x65", "テ"},
-      {1, 7, "\x80", "А"},
-      {1, 99, "A", "(none)"},
-      {2, 0, "\xE4", "ä"},
-      {2, 1, std::string("\0A", 2), "A"},
-      {2, 2, "\xE4", "ä"},
-      {2, 3, "A", replacement},
-      {3, 0, std::string("\xF0\x41", 2), "\uF041"},
-      {3, 1, std::string("\xD8\x3D\xDE\x00", 4), "😀"},
-      {3, 1, std::string("\xD8\x3D", 2), "(none)"},
-      {3, 1, std::string("\0", 1), "(none)"},
-      {3, 2, "\x83\x65", "テ"},
-      {3, 3, "\xD6\xD0", "中"},
-      {3, 4, "\xA4\xA4", "中"},
-      {3, 5, "\xB0\xA1", "가"},
-      {3, 7, "A", replacement},
-      {3, 10, std::string("\0A", 2), "A"},
-      {4, 0, "A", replacement},
-  };
+  const Case cases[] = {{0, 9, std::string("\0A", 2), "A"},
+                        {1, 0, "\x8A", "ä"},
+                        {1, 1, "\x83\x65", "テ"},
+                        {1, 7, "\x80", "А"},
+                        {1, 99, "A", "(none)"},
+                        {2, 0, "\xE4", "ä"},
+                        {2, 1, std::string("\0A", 2), "A"},
+                        {2, 2, "\xE4", "ä"},
+                        {2, 3, "A", replacement},
+                        {3, 0, std::string("\xF0\x41", 2), "\uF041"},
+                        {3, 1, std::string("\xD8\x3D\xDE\x00", 4), "😀"},
+                        {3, 1, std::string("\xD8\x3D", 2), "(none)"},
+                        {3, 1, std::string("\0", 1), "(none)"},
+                        {3, 2, "\x83\x65", "テ"},
+                        {3, 3, "\xD6\xD0", "中"},
+                        {3, 4, "\xA4\xA4", "中"},
+                        {3, 5, "\xB0\xA1", "가"},
+                        {3, 7, "A", replacement},
+                        {3, 10, std::string("\0A", 2), "A"},
+                        {4, 0, "A", replacement}};
   for (const Case& one : cases) {
     const auto length = static_cast<uint16_t>(one.bytes.size());
     EXPECT_EQ(Name(OneName(one.platform, one.script, 4, one.bytes, length)).Text(), one.text)
@@ -87,7 +80,7 @@ TEST(NameTable, TheFirstMatchingRecordDecidesEvenWithoutAText) {
   table.U16(3).U16(1).U16(0x409).U16(4).U16(1).U16(0);  // half a character
   table.U16(1).U16(0).U16(0).U16(4).U16(4).U16(1);
   table.U16(1).U16(0).U16(5).U16(1).U16(4).U16(1).Text("xFont");
-  const MemoryFont font(test::FontBuilder().Table("name", table).Build());
+  const MemoryFont font(FontBuilder().Table("name", table).Build());
   EXPECT_EQ(font->GetFullName(), nullptr);
   uint64_t index = 99;
   const auto* names = font->FindTable<FTFontTable_name>();

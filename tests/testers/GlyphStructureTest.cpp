@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/FTLimits.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 const Message kEmptyGlyph1 = {"Information", "glyf: Glyph 1 has no visual appearance"};
 
@@ -74,8 +73,7 @@ TEST(GlyfStructure, ContoursThatCloseOnThemselvesEndOnTheCurveTheyStartOn) {
       {{{{0, 0}, {9, 9}, {0, 0}}}, {}},
       // In later contours the end before and the last point but one are compared, with the flags of the true ends.
       {{open, {{1, 1}, {9, 9}, {5, 5, false}}}, {1}},
-      {{open, {{1, 1}, {8, 8}, {1, 1, false}}}, {}},
-  };
+      {{open, {{1, 1}, {8, 8}, {1, 1, false}}}, {}}};
   int number = 0;
   for (const auto& [contours, reported] : cases) {
     const auto maxp = MaxpTable(3).Patch("maxContours", contours.size());
@@ -129,8 +127,7 @@ TEST(LocaStructure, SizeFitsTheGlyphCount) {
       {true,
        17,
        {{"MinorError", "loca: The length of the table is 16 bytes; it should be a multiple of four."},
-        {"MinorError", "loca: The length of the table is 17 bytes; it should be 16."}}},
-  };
+        {"MinorError", "loca: The length of the table is 17 bytes; it should be 16."}}}};
   for (const auto& [isLong, size, expected] : cases) {
     FontBuilder font = OutlineFont({SquareGlyph(9), SquareGlyph(9), SquareGlyph(9)});
     font.Table("head", HeadTable().Patch("indexToLocFormat", isLong ? 1 : 0)).Table("loca", Bytes(size));
@@ -157,4 +154,3 @@ TEST(LocaStructure, OffsetsAscendInsideTheGlyphTable) {
 }
 
 }  // namespace
-}  // namespace test

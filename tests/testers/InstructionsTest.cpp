@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/TableClasses/TagOnlyTables.h"
 #include "Tests/InstructionStream.h"
 #include "Tests/VornFontTesterInstructions_fpgm.h"
@@ -8,8 +6,9 @@
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 /// Walks the whole table 'prog', as a program of the kind that the tag says.
 template <uint32_t Kind>
@@ -44,8 +43,8 @@ constexpr char kUnbalancedDefinition[] = "Unbalanced FDEF/IDEF";
 constexpr char kExtraElse[] = "Extra ELSE instruction encountered";
 
 TEST(InstructionStream, PushesEndInsideTheStream) {
-  for (int opcode = 0xB0; opcode <= 0xBF; ++opcode) {
-    Bytes stream(opcode < 0xB8 ? opcode - 0xB0 + 2 : 2 * (opcode - 0xB8) + 3, 0x7B);  // illegal, if it were read
+  for (unsigned opcode = 0xB0; opcode <= 0xBF; ++opcode) {
+    Bytes stream(opcode < 0xB8 ? opcode - 0xB0u + 2 : 2 * (opcode - 0xB8u) + 3, 0x7B);  // illegal, if it were read
     stream[0] = static_cast<uint8_t>(opcode);
     ExpectMessages(Walk(stream), {});
     stream.pop_back();
@@ -69,25 +68,23 @@ TEST(InstructionStream, IfsDefinitionsAndOpcodesAreInOrder) {
   const struct {
     Bytes stream;
     std::vector<std::string> messages;
-  } cases[] = {
-      {{0x58, 0x1B, 0x59, 0x58, 0x58, 0x1B, 0x59, 0x59}, {}},
-      {{0x58, 0x59, 0x1B}, {}},  // an ELSE may follow its EIF
-      {{0x1B, 0x7B}, {kExtraElse}},
-      {{0x58, 0x1B, 0x1B}, {kExtraElse, kUnbalancedIf}},
-      {{0x58}, {kUnbalancedIf}},
-      {{0x2C, 0x58, 0x59, 0x2D, 0x89, 0x4B, 0x2D}, {}},
-      {{0x2C}, {kUnbalancedDefinition}},
-      {{0x2C, 0x58, 0x2D, 0x7B}, {kUnbalancedIf}},
-      {{0x2C, 0x58}, {kUnbalancedIf, kUnbalancedDefinition}},
-      {{0x58, 0x2C, 0x58, 0x59, 0x2D, 0x1B, 0x59}, {}},  // IFs outside a definition wait
-      {{0x58, 0x2C, 0x58, 0x2D}, {kUnbalancedIf, kUnbalancedIf}},
-      {{0x2C, 0x58, 0x59, 0x2D, 0x1B}, {kExtraElse}},
-      {{0x2D, 0x7B}, {"ENDF appears without matching FDEF/IDEF"}},
-      {{0x2C, 0x2C, 0x2D}, {"Cannot have FDEF within an FDEF/IDEF", kUnbalancedDefinition}},
-      {{0x2C, 0x89}, {"Cannot have IDEF within an FDEF/IDEF", kUnbalancedDefinition}},
-      {{0x58, 0x7B, 0x83}, {"Illegal opcode: 7B", kUnbalancedIf}},
-      {{0xA0, 0x4B, 0xAF}, {"Illegal opcode: AF"}},
-  };
+  } cases[] = {{{0x58, 0x1B, 0x59, 0x58, 0x58, 0x1B, 0x59, 0x59}, {}},
+               {{0x58, 0x59, 0x1B}, {}},  // an ELSE may follow its EIF
+               {{0x1B, 0x7B}, {kExtraElse}},
+               {{0x58, 0x1B, 0x1B}, {kExtraElse, kUnbalancedIf}},
+               {{0x58}, {kUnbalancedIf}},
+               {{0x2C, 0x58, 0x59, 0x2D, 0x89, 0x4B, 0x2D}, {}},
+               {{0x2C}, {kUnbalancedDefinition}},
+               {{0x2C, 0x58, 0x2D, 0x7B}, {kUnbalancedIf}},
+               {{0x2C, 0x58}, {kUnbalancedIf, kUnbalancedDefinition}},
+               {{0x58, 0x2C, 0x58, 0x59, 0x2D, 0x1B, 0x59}, {}},  // IFs outside a definition wait
+               {{0x58, 0x2C, 0x58, 0x2D}, {kUnbalancedIf, kUnbalancedIf}},
+               {{0x2C, 0x58, 0x59, 0x2D, 0x1B}, {kExtraElse}},
+               {{0x2D, 0x7B}, {"ENDF appears without matching FDEF/IDEF"}},
+               {{0x2C, 0x2C, 0x2D}, {"Cannot have FDEF within an FDEF/IDEF", kUnbalancedDefinition}},
+               {{0x2C, 0x89}, {"Cannot have IDEF within an FDEF/IDEF", kUnbalancedDefinition}},
+               {{0x58, 0x7B, 0x83}, {"Illegal opcode: 7B", kUnbalancedIf}},
+               {{0xA0, 0x4B, 0xAF}, {"Illegal opcode: AF"}}};
   for (const auto& [stream, messages] : cases) {
     SCOPED_TRACE(testing::PrintToString(stream));
     ExpectMessages(Walk(stream), Major(messages));
@@ -144,4 +141,3 @@ TEST(InstructionTesters, WalkGlyphAndTablePrograms) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,15 +1,13 @@
-#include <gtest/gtest.h>
-
 #include "TableAccess/FTLimits.h"
 #include "Tests/VornFontTesterMetrics.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
 #include "Tests/VornFontTesterStructure_hmtx.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
-#include "support/FontBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 /// Runs the horizontal test, and the vertical one on the same values: its words and its severities of sizes differ.
 void ExpectMetricsMessages(uint16_t glyphs, uint16_t longMetrics, const Bytes& table, std::vector<Message> expected,
@@ -138,4 +136,3 @@ TEST(MetricsConsistency, OverlappingRecordsEnd) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include <source_location>
-
 #include "Tests/VornFontTesterStructure_cmap.h"
 #include "support/CmapBuilder.h"
 #include "support/TestRun.h"
@@ -25,8 +23,8 @@ struct Expect {
   uint16_t script = 1;
 
   void operator()(const TableBuilder& subtable, const std::vector<std::string>& findings,
-                  const std::source_location& place = std::source_location::current()) const {
-    SCOPED_TRACE(place.line());
+                  int line = __builtin_LINE()) const {
+    SCOPED_TRACE(line);
     std::vector<Message> expected;
     for (const std::string& finding : findings) {
       const size_t colon = finding.find(": ");
@@ -134,7 +132,7 @@ TEST(StructureCmap, Format4Segments) {
                 {"FatalError: segment endCode[0] == 0x0100 is out of range",
                  "FatalError: segment 0 from 0x0041 to 0x0100 produces glyph indices from 1 to 192" + limit,
                  "FatalError: segment startCode[1] == 0x0101 is out of range"});
-  expectOfBytes(CmapFormat4({{0x41, 0x41, -0x40}}).Patch("startCode1", 0x41).Patch("idDelta1", -0x40),
+  expectOfBytes(CmapFormat4({{0x41, 0x41, -0x40}}).Patch("startCode1", 0x41).Patch("idDelta1", 0xFFC0),
                 {"FatalError: segment 1 from 0x0041 to 0xFFFF overlaps pervious segment"});
 }
 

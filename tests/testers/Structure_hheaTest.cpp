@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "Tests/VornFontTesterStructure_hhea.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 Message Technical(const std::string& text) { return {"TechnicalError", "hhea: " + text}; }
 Message Minor(const std::string& text) { return {"MinorError", "hhea: " + text}; }
@@ -113,8 +112,7 @@ TEST(HheaStructure, TheCaretSlopeFitsTheSlantDescriptor) {
       {uint32_t{0} - (31 << 16), {Minor("caretSlopeRun is 0 and should be -1")}},
       {uint32_t{180} << 16, {Minor("caretSlopeRise is 1 and should be -1")}},
       {uint32_t{32700} << 16,  // and 90 wrap to -32746 degrees, which is 14
-       {Minor("caretSlopeRise is 1 and should be 0"), Minor("caretSlopeRun is 0 and should be -1")}},
-  };
+       {Minor("caretSlopeRise is 1 and should be 0"), Minor("caretSlopeRun is 0 and should be -1")}}};
   for (const auto& [angle, expected] : cases) {
     SCOPED_TRACE(angle);
     const Bytes fdsc = TableBuilder().U32(0x00010000).U32(1).Text("slnt").U32(angle);
@@ -136,4 +134,3 @@ TEST(HheaStructure, OtherTablesDecideHowFarTheTestGoes) {
 }
 
 }  // namespace
-}  // namespace test

@@ -1,11 +1,10 @@
-#include <gtest/gtest.h>
-
 #include "Tests/VornFontTesterStructure_maxp.h"
 #include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
-namespace test {
 namespace {
+
+using namespace test;
 
 Message Minor(const std::string& text) { return {"MinorError", "maxp: " + text}; }
 Message Technical(const std::string& text) { return {"TechnicalError", "maxp: " + text}; }
@@ -80,4 +79,3 @@ TEST(MaxpStructure, MaximaAreThoseOfAsManyGlyphsAsTheTableStates) {
 }
 
 }  // namespace
-}  // namespace test

@@ -3,8 +3,6 @@
 #include <functional>
 #include <initializer_list>
 #include <new>
-#include <string>
-#include <vector>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "Tests/VornFontTester.h"
@@ -12,9 +10,7 @@
 
 namespace {
 
-using test::ExpectMessages;
-using test::Findings;
-using test::RunOptions;
+using namespace test;
 
 /// A test whose ExecuteTest is given by the unit test.
 class Scripted : public VornFontTester {
@@ -38,46 +34,23 @@ TEST(TesterBase, SeveritiesAreASetInOrderOfReportAndMessagesAreAllKept) {
   const auto body = [](const Scripted& tester) {
     tester.ReportResult(kVornFontTestSeverityMinorError, "Entry %d", {1});
     tester.ReportResult(kVornFontTestSeverityFatalError, "Bad version 0x%08lX", {0x10000});
-    tester.ReportResult(kVornFontTestSeverityMinorError, "Entry %d", {1});
+    tester.ReportResultFromTable("Instructions", kVornFontTestSeverityMinorError, "Entry %d", {2});
+    tester.ReportResult(kVornFontTestSeverityMajorError, "%d and %d", {1});  // no text, but the severity stands
     return true;
   };
-  const Findings full = RunScript(body);
-  EXPECT_THAT(full.severities, testing::ElementsAre("MinorError", "FatalError"));
-  ExpectMessages(full, {{"MinorError", "cmap: Entry 1"},
-                        {"FatalError", "cmap: Bad version 0x00010000"},
-                        {"MinorError", "cmap: Entry 1"}});
-  const Findings brief = RunScript(body, {.messages = false});
-  EXPECT_EQ(brief.severities, full.severities);
-  EXPECT_TRUE(brief.messages.empty());
-}
-
-TEST(TesterBase, PrefixIsTheTestsOwnTableName) {
-  const auto body = [](const Scripted& tester) {
-    tester.ReportResultFromTable("Instructions", kVornFontTestSeverityMajorError, "Illegal opcode: %02X", {0x7B});
-    return true;
-  };
-  ExpectMessages(RunScript(body), {{"MajorError", "cmap: Illegal opcode: 7B"}});
-  Scripted::table = nullptr;
-  ExpectMessages(RunScript(body), {{"MajorError", "Illegal opcode: 7B"}});
+  for (const char* prefix : {"cmap: ", ""}) {
+    Scripted::table = *prefix ? "cmap" : nullptr;
+    const Findings full = RunScript(body);
+    EXPECT_THAT(full.severities, testing::ElementsAre("MinorError", "FatalError", "MajorError"));
+    ExpectMessages(full, {{"MinorError", prefix + std::string("Entry 1")},
+                          {"FatalError", prefix + std::string("Bad version 0x00010000")},
+                          {"MinorError", prefix + std::string("Entry 2")}});
+    const Findings brief = RunScript(body, {.messages = false});
+    EXPECT_EQ(brief.severities, full.severities);
+    EXPECT_TRUE(brief.messages.empty());
+  }
   Scripted::table = "cmap";
-}
-
-TEST(TesterBase, AFormatThatDoesNotFitLeavesTheSeverityAlone) {
-  const Findings findings = RunScript([](const Scripted& tester) {
-    tester.ReportResult(kVornFontTestSeverityMinorError, "%d and %d", {1});
-    tester.ReportResult(kVornFontTestSeverityMajorError, "%d", {"text"});
-    return true;
-  });
-  EXPECT_THAT(findings.severities, testing::ElementsAre("MinorError", "MajorError"));
-  EXPECT_TRUE(findings.messages.empty());
-}
-
-TEST(TesterBase, ATestThatDoesNotApplyHasNoResults) {
-  const Findings findings = RunScript([](const Scripted& tester) {
-    tester.ReportResult(kVornFontTestSeverityFatalError, "No table");
-    return false;
-  });
-  EXPECT_FALSE(findings.applies);
+  EXPECT_FALSE(RunScript([&](const Scripted& tester) { return !body(tester); }).applies);
 }
 
 TEST(TesterBase, AnEscapedExceptionBecomesAFatalFindingAfterWhatWasFound) {
@@ -129,16 +102,11 @@ TEST(TesterBase, BrokenPreconditionsThrowWithTheirPlace) {
     nested = thrown([&] { tester.CreateTestResults(); });
     return true;
   };
-  EXPECT_TRUE(tester.CreateTestResults());
-  EXPECT_EQ(nested, "Error 0 (_fResults != NULL) in file Tests/VornFontTester, line 228");
-  EXPECT_TRUE(tester.CreateTestResults()) << "another run is possible";
-}
-
-TEST(TesterBase, EntryFunctionsTakeOnlyTheirKindOfFont) {
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  const FTFont font;
-  Scripted::body = [](const Scripted&) { return true; };
-  EXPECT_FALSE((RunTester<Scripted, FTFont_sfnt>(&font, nullptr, options.get())));
+  for (int run = 0; run < 2; ++run) {
+    EXPECT_TRUE(tester.CreateTestResults()) << "another run is possible";
+    EXPECT_EQ(nested, "Error 0 (_fResults != NULL) in file Tests/VornFontTester, line 228");
+  }
+  EXPECT_FALSE((RunTester<Scripted, FTFont_sfnt>(&font, nullptr, options.get()))) << "another kind of font";
   EXPECT_FALSE((RunTester<Scripted, FTFont>(nullptr, nullptr, options.get())));
 }
 
@@ -161,55 +129,40 @@ TEST(TesterBase, HelpersFindBitsAndKeepOffsetsInOrder) {
 }
 
 TEST(PlatformCodes, EachPlatformHasItsScriptsAndLanguages) {
-  struct Case {
+  const std::string minor = "MinorError", technical = "TechnicalError";
+  const struct {
     uint32_t platform, script, language;
-    std::vector<test::Message> messages;
-  };
-  const auto minor = [](const std::string& text) { return test::Message{"MinorError", "cmap: Entry 5 has " + text}; };
-  const auto technical = [](const std::string& text) {
-    return test::Message{"TechnicalError", "cmap: Entry 5 has " + text};
-  };
-  const std::vector<Case> cases = {
+    std::vector<Message> messages;  // without their beginning
+  } cases[] = {
       {0, 3, 0, {}},
       {0, 3, 0xFFFFFFFF, {}},
-      {0,
-       2,
-       1,
-       {technical("a bad script code (2) for the Unicode platform"),
-        technical("a bad language code (1) for the Unicode platform")}},
-      {0, 6, 0, {technical("a bad script code (6) for the Unicode platform")}},
+      {0, 2, 1, {{technical, "script code (2) for the Unicode"}, {technical, "language code (1) for the Unicode"}}},
+      {0, 6, 0, {{technical, "script code (6) for the Unicode"}}},
       {1, 0, 0, {}},
       {1, 0, 138, {}},
       {1, 8, 94, {}},
       {1,
        0,
        100,
-       {minor("a bad language code (100) for the Valdor platform"),
-        minor("a bad language code (100) for the Roman script on the Valdor platform")}},
-      {1, 2, 0, {minor("a bad language code (0) for the traditonal Chinese script on the Valdor platform")}},
+       {{minor, "language code (100) for the Valdor"},
+        {minor, "language code (100) for the Roman script on the Valdor"}}},
+      {1, 2, 0, {{minor, "language code (0) for the traditonal Chinese script on the Valdor"}}},
       {1, 29, 38, {}},
-      {1,
-       29,
-       29,
-       {minor("a bad language code (29) for the Slavic (central Europe Roman) script on the Valdor "
-              "platform")}},
+      {1, 29, 29, {{minor, "language code (29) for the Slavic (central Europe Roman) script on the Valdor"}}},
       {1, 31, 62, {}},
-      {1,
-       32,
-       95,
-       {minor("a bad script code (32) for the Valdor platform"),
-        minor("a bad language code (95) for the Valdor platform")}},
+      {1, 32, 95, {{minor, "script code (32) for the Valdor"}, {minor, "language code (95) for the Valdor"}}},
       {3, 10, 0x7FFF, {}},
-      {3, 11, 0, {{"MajorError", "cmap: Entry 5 has a bad script code (11) for the Microsoft platform"}}},
-      {2, 0, 0, {technical("a bad platform code (2)")}},
-  };
-  for (const Case& one : cases) {
-    SCOPED_TRACE(testing::Message() << one.platform << ' ' << one.script << ' ' << one.language);
-    ExpectMessages(RunScript([&](const Scripted& tester) {
-                     tester.ValidatePlatformScriptLanguages(5, one.platform, one.script, one.language);
+      {3, 11, 0, {{"MajorError", "script code (11) for the Microsoft"}}},
+      {2, 0, 0, {{technical, "platform code (2)"}}}};
+  for (auto [platform, script, language, messages] : cases) {
+    SCOPED_TRACE(testing::Message() << platform << ' ' << script << ' ' << language);
+    for (Message& message : messages)
+      message.text = "cmap: Entry 5 has a bad " + message.text + (platform == 2 ? "" : " platform");
+    ExpectMessages(RunScript([p = platform, s = script, l = language](const Scripted& tester) {
+                     tester.ValidatePlatformScriptLanguages(5, p, s, l);
                      return true;
                    }),
-                   one.messages);
+                   messages);
   }
 }
 

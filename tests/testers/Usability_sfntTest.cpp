@@ -1,32 +1,26 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "Tests/VornFontTesterUsability_Type1.h"
 #include "Tests/VornFontTester_sfnt.h"
 #include "support/TestRun.h"
 
 namespace {
 
-using test::FontBuilder;
-using test::GoodFont;
+using namespace test;
 
 /// A font of one-byte tables, with a PostScript name.
 FontBuilder FontOf(const std::vector<std::string>& tags) {
   FontBuilder font;
   for (const std::string& tag : tags) font.Table(tag, {1});
-  return font.Table("name", test::NameTable({{6, "Name"}}));
+  return font.Table("name", NameTable({{6, "Name"}}));
 }
 
-void Expect(const FontBuilder& font, const std::vector<test::Message>& expected) {
-  const test::Findings findings = test::Run(TestUsability_sfnt, font);
+void Expect(const FontBuilder& font, const std::vector<Message>& expected) {
+  const Findings findings = test::Run(TestUsability_sfnt, font);
   EXPECT_TRUE(findings.applies);
-  test::ExpectMessages(findings, expected);
+  ExpectMessages(findings, expected);
 }
 
-test::Message Fatal(const std::string& text) { return {"FatalError", "sfnt: " + text}; }
-test::Message Minor(const std::string& text) { return {"MinorError", "sfnt: " + text}; }
+Message Fatal(const std::string& text) { return {"FatalError", "sfnt: " + text}; }
+Message Minor(const std::string& text) { return {"MinorError", "sfnt: " + text}; }
 
 const std::string kRequired = "(required by the TrueType specification).";
 const std::string kPartOutlines = "The font has some but not all of the tables required for TrueType outline data.";

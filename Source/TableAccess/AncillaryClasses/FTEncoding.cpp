@@ -4,7 +4,7 @@
 
 FTEncoding::FTEncoding(Tova::ByteView iBytes, uint32_t iPlatform, uint32_t iScript)
     : _fBytes(iBytes), _fLongFormat(uint32_t{iBytes.U16(0)} << 16), _fPlatform(iPlatform), _fScript(iScript) {
-  const uint32_t tFormat = GetShortFormat();
+  const uint32_t tFormat = _fLongFormat >> 16;
   if (tFormat < 8) {
     _fDeclaredLength = iBytes.U16(2);
     _fLanguage = iBytes.U16(4);

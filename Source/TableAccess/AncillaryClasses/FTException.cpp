@@ -37,7 +37,7 @@ FTException::FTException(const char* iAssertion, int32_t iCode, const char* iFil
   Store(_fAssertion, OrEmpty(iAssertion));
   Store(_fFile, OrEmpty(iFile));
   std::snprintf(_fDetailedMessage.data(), _fDetailedMessage.size(), "Error %" PRId32 " (%s) in file %s, line %" PRIu32,
-                _fCode, GetAssertion(), GetFile(), _fLine);
+                _fCode, _fAssertion.data(), _fFile.data(), _fLine);
 }
 
 FTException::FTException(const char* iAssertion, int32_t iCode, const char* iDetail, const char* iFile, uint32_t iLine)
