@@ -208,8 +208,9 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
     _fMessageCount += TovaArrayGetCount(tMessages.get());
   }
   Tova::Dictionary tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
-  if (HasFontDetails() && !_fForced)
+  if (HasFontDetails() && !_fForced) {
     AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
+  }
   return tFinished;
 }
 

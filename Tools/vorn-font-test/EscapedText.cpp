@@ -1,5 +1,6 @@
 #include "EscapedText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -39,6 +40,22 @@ void AppendEscape(std::string& text, const char* format, uint32_t code) {
   text.append(escape.data(), static_cast<size_t>(std::snprintf(escape.data(), escape.size(), format, code)));
 }
 
+bool IsPlainInJson(char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; }
+
+/// What stands for a character in a JSON string; empty for the character itself.
+std::string JsonEscape(Character character) {
+  constexpr std::string_view kNamed = "\"\\\b\f\n\r\t";
+  constexpr std::string_view kNames = "\"\\bfnrt";
+  if (character.bytes == 0) return "\xEF\xBF\xBD";
+  if (character.bytes == 1) {
+    const size_t named = kNamed.find(static_cast<char>(character.code));
+    if (named != std::string_view::npos) return {'\\', kNames[named]};
+  }
+  std::string escape;
+  if (IsControl(character.code)) AppendEscape(escape, "\\u%04x", character.code);
+  return escape;
+}
+
 }  // namespace
 
 std::string EscapeForTerminal(std::string_view text) {
@@ -59,20 +76,26 @@ std::string EscapeForTerminal(std::string_view text) {
   return result;
 }
 
-std::string EscapeForJson(std::string_view json) {
-  std::string result;
-  result.reserve(json.size());
-  for (std::string_view rest = json; !rest.empty();) {
-    const Character character = Decode(rest);
-    const size_t bytes = character.bytes == 0 ? 1 : character.bytes;
-    if (character.code >= 0x7F && character.bytes != 0 && IsControl(character.code)) {
-      AppendEscape(result, "\\u%04x", character.code);
-    } else {
-      result.append(rest.substr(0, bytes));
+void WriteJsonString(std::string_view text, const TextSink& sink) {
+  sink("\"");
+  size_t begin = 0;  // of what is not written yet
+  for (size_t at = 0; at < text.size();) {
+    if (IsPlainInJson(text[at])) {
+      ++at;
+      continue;
     }
-    rest.remove_prefix(bytes);
+    const Character character = Decode(text.substr(at));
+    const std::string escape = JsonEscape(character);
+    const size_t end = at + std::max<size_t>(character.bytes, 1);
+    if (!escape.empty()) {
+      sink(text.substr(begin, at - begin));
+      sink(escape);
+      begin = end;
+    }
+    at = end;
   }
-  return result;
+  sink(text.substr(begin));
+  sink("\"");
 }
 
 }  // namespace tool

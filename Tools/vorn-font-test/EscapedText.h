@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,11 @@ namespace tool {
 /// U+0080, as \x1b, other control characters, line separators and marks of writing direction as \u202e.
 std::string EscapeForTerminal(std::string_view text);
 
-/// A finished JSON text whose strings may hold such characters, with JSON escapes in place of them.
-std::string EscapeForJson(std::string_view json);
+/// Takes a text piece by piece.
+using TextSink = std::function<void(std::string_view)>;
+
+/// Writes a text as a JSON string, quotation marks included. Such characters are escaped there, too; bytes that are no
+/// UTF-8 become U+FFFD.
+void WriteJsonString(std::string_view text, const TextSink& sink);
 
 }  // namespace tool

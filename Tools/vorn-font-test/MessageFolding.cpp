@@ -1,7 +1,7 @@
 #include "MessageFolding.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <functional>
 
 namespace tool {
 namespace {
@@ -56,31 +56,26 @@ std::string WithoutNumbers(std::string_view text) {
   return result;
 }
 
-std::vector<ShownMessage> FoldMessages(const std::vector<Message>& messages) {
-  struct Group {
-    size_t count = 0;
-    size_t seen = 0;
-  };
-  std::unordered_map<std::string, Group> groups;
-  std::vector<Group*> groupOf;
-  groupOf.reserve(messages.size());
-  for (const Message& message : messages) {
-    std::string key = WithoutNumbers(message.text);
-    key += static_cast<char>(message.severity);
-    groupOf.push_back(&groups[std::move(key)]);
-    ++groupOf.back()->count;
+void MessageFolding::Count(std::string_view text) {
+  const size_t kind = KindOf(text);
+  const auto known = groups_.find(kind);
+  if (known != groups_.end()) {
+    ++known->second.count;
+  } else if (groups_.size() < kMostKinds) {
+    groups_[kind].count = 1;
   }
-
-  std::vector<ShownMessage> shown;
-  for (size_t i = 0; i < messages.size(); ++i) {
-    Group& group = *groupOf[i];
-    const bool folded = group.count > kMessagesBeforeFolding + 1;
-    ++group.seen;
-    if (folded && group.seen > kMessagesBeforeFolding) continue;
-    const bool last = folded && group.seen == kMessagesBeforeFolding;
-    shown.push_back({messages[i], last ? group.count - kMessagesBeforeFolding : 0});
-  }
-  return shown;
 }
+
+MessageFolding::Decision MessageFolding::Decide(std::string_view text) {
+  const auto known = groups_.find(KindOf(text));
+  if (known == groups_.end()) return {.show = true};
+  Group& group = known->second;
+  if (group.count <= kMessagesBeforeFolding + 1) return {.show = true};
+  ++group.seen;
+  const bool last = group.seen == kMessagesBeforeFolding;
+  return {.show = group.seen <= kMessagesBeforeFolding, .leftOut = last ? group.count - kMessagesBeforeFolding : 0};
+}
+
+size_t MessageFolding::KindOf(std::string_view text) { return std::hash<std::string>()(WithoutNumbers(text)); }
 
 }  // namespace tool

@@ -13,13 +13,14 @@ constexpr size_t kBufferSize = size_t{64} * 1024;
 
 }  // namespace
 
-Output::Output() : name_("standard output"), descriptor_(STDOUT_FILENO), owned_(false) {}
+Output::Output() : name_("standard output"), descriptor_(STDOUT_FILENO), owned_(false) { buffer_.reserve(kBufferSize); }
 
 Output::Output(const std::string& path)
     : name_(path),
       descriptor_(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0666)),
       owned_(true) {
   if (descriptor_ < 0) Fail();
+  buffer_.reserve(kBufferSize);
 }
 
 Output::~Output() {
@@ -27,18 +28,22 @@ Output::~Output() {
 }
 
 void Output::Write(std::string_view text) {
+  if (text.size() > kBufferSize - buffer_.size()) Flush();
+  if (text.size() > kBufferSize) return WriteThrough(text);
   buffer_.append(text);
-  if (buffer_.size() >= kBufferSize) Flush();
 }
 
 void Output::Flush() {
-  std::string_view rest = buffer_;
-  while (!rest.empty()) {
-    const ssize_t written = write(descriptor_, rest.data(), rest.size());
-    if (written < 0 && errno != EINTR) Fail();
-    if (written > 0) rest.remove_prefix(static_cast<size_t>(written));
-  }
+  WriteThrough(buffer_);
   buffer_.clear();
+}
+
+void Output::WriteThrough(std::string_view text) const {
+  while (!text.empty()) {
+    const ssize_t written = write(descriptor_, text.data(), text.size());
+    if (written < 0 && errno != EINTR) Fail();
+    if (written > 0) text.remove_prefix(static_cast<size_t>(written));
+  }
 }
 
 void Output::Close() {

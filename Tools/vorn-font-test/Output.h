@@ -12,8 +12,8 @@ class OutputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Buffered writing to standard output or to a file. What goes wrong throws OutputError, so nothing is ever lost
-/// unnoticed; only what was flushed or closed is written for certain.
+/// Buffered writing to standard output or to a file, in a fixed amount of memory. What goes wrong throws OutputError,
+/// so nothing is ever lost unnoticed; only what was flushed or closed is written for certain.
 class Output {
  public:
   /// Standard output.
@@ -31,6 +31,7 @@ class Output {
   bool IsTerminal() const;
 
  private:
+  void WriteThrough(std::string_view text) const;
   [[noreturn]] void Fail() const;
 
   std::string name_;

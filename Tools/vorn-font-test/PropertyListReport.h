@@ -4,17 +4,19 @@
 
 namespace tool {
 
-/// An XML property list: a dictionary whose "files" are an array of dictionaries of "path" and "report". It is held in
-/// memory until the run ends.
+/// An XML property list: a dictionary whose "files" are an array of dictionaries of "path" and "report". Written as
+/// each file ends, so that memory holds the text of one file at a time.
 class PropertyListReport : public ReportWriter {
  public:
-  explicit PropertyListReport(Output& output) : output_(output), files_(Tova::Adopt(TovaArrayCreateMutable())) {}
+  explicit PropertyListReport(Output& output) : output_(output) {}
+  void Begin() override;
   void AddFile(const std::string& path, TovaDictionaryRef report) override;
   void End(size_t unreadable) override;
 
  private:
   Output& output_;
-  Tova::MutableArray files_;
+  std::string head_;  ///< what every such list begins with
+  std::string tail_;  ///< and ends with
 };
 
 /// Writes a value as an XML property list.

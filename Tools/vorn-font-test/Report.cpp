@@ -25,20 +25,12 @@ std::vector<T> ReadAll(TovaDictionaryRef dictionary, TovaStringRef key, T (*read
   return result;
 }
 
-/// Tests state the severity of a message under the result key; the record of a font that could not be tested, under
-/// the severity key.
-Message ReadMessage(TovaDictionaryRef message) {
-  TovaStringRef severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
-  if (!severity) severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
-  return {SeverityOf(severity), TextAt(message, kVornFontTestMessageTextKey)};
-}
-
 TestRecord ReadTest(TovaDictionaryRef test) {
   return {.identifier = TextAt(test, kVornFontTestIdentifierKey),
           .name = TextAt(test, kVornFontTestNameKey),
           .ran = TovaDictionaryGetValue(test, kVornFontTestTimeStampKey) != nullptr,
           .results = SeveritySet(ArrayAt(test, kVornFontTestResultKey)),
-          .messages = ReadAll(test, kVornFontTestMessagesKey, ReadMessage)};
+          .messages = MessageList(ArrayAt(test, kVornFontTestMessagesKey))};
 }
 
 std::string_view FontTypeInWords(std::string_view type) {
@@ -63,6 +55,14 @@ FontRecord ReadFont(TovaDictionaryRef font) {
 }
 
 }  // namespace
+
+Message MessageList::operator[](size_t index) const {
+  TovaDictionaryRef message = Tova::AsDictionary(TovaArrayGetValueAtIndex(messages_, static_cast<TovaIndex>(index)));
+  // Tests state the severity under the result key; the record of a font that could not be tested, under the other.
+  TovaStringRef severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
+  if (!severity) severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
+  return {SeverityOf(severity), TextAt(message, kVornFontTestMessageTextKey)};
+}
 
 Report ReadReport(TovaDictionaryRef tree) {
   return {.results = SeveritySet(ArrayAt(tree, kVornFontTestResultKey)),

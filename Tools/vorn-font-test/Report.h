@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Tova/Tova.h>
+
 #include <string_view>
 #include <vector>
 
@@ -12,13 +14,24 @@ struct Message {
   std::string_view text;
 };
 
+/// The messages of a test, read from the tree when asked for: there may be very many.
+class MessageList {
+ public:
+  explicit MessageList(TovaArrayRef messages = nullptr) : messages_(messages) {}
+  size_t size() const { return static_cast<size_t>(TovaArrayGetCount(messages_)); }
+  Message operator[](size_t index) const;
+
+ private:
+  TovaArrayRef messages_;
+};
+
 /// What one test found in one font.
 struct TestRecord {
   std::string_view identifier;
   std::string_view name;
   bool ran = false;  ///< false for the record that says why a font could not be tested
   SeveritySet results;
-  std::vector<Message> messages;
+  MessageList messages;
 };
 
 struct FontRecord {

@@ -31,7 +31,10 @@ TovaStringRef Constant(Severity severity) {
 
 Severity SeverityOf(TovaStringRef constant) {
   for (Severity severity : kSeverities) {
-    if (constant == Constant(severity) || Tova::Text(constant) == Tova::Text(Constant(severity))) return severity;
+    if (constant == Constant(severity)) return severity;
+  }
+  for (Severity severity : kSeverities) {
+    if (Tova::Text(constant) == Tova::Text(Constant(severity))) return severity;
   }
   return Severity::kNonFont;
 }

@@ -12,16 +12,14 @@ namespace {
 
 constexpr std::string_view kNoText = "(no further text)";
 
-/// The messages, gravest first, and one without text for each severity that the results hold and no message explains.
-std::vector<Message> Ordered(const TestRecord& test) {
-  std::vector<Message> messages = test.messages;
-  SeveritySet explained;
-  for (const Message& message : messages) explained.Add(message.severity);
+/// How many findings there are: messages, and one for each severity that the results hold and no message explains.
+SeverityCounts CountFindings(const TestRecord& test) {
+  SeverityCounts counts;
+  for (size_t i = 0; i < test.messages.size(); ++i) ++counts[test.messages[i].severity];
   for (Severity severity : kSeverities) {
-    if (test.results.Without(explained).Has(severity)) messages.push_back({severity, kNoText});
+    if (counts[severity] == 0 && test.results.Has(severity)) counts[severity] = 1;
   }
-  std::ranges::stable_sort(messages, std::ranges::greater(), &Message::severity);
-  return messages;
+  return counts;
 }
 
 /// The lowest level to show that shows this severity too: what is not about the font has no level of its own.
@@ -44,9 +42,10 @@ void TextReport::AddFile(const std::string& path, TovaDictionaryRef tree) {
     AddSeverities(heading, report.results);
   } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
     ++counts_[Severity::kFatal];
-    Write(heading, MessageLines({Severity::kFatal, "The file cannot be opened as a font."}, 0));
+    Begin(Block::kParagraph, heading);
+    WriteMessage({Severity::kFatal, "The file cannot be opened as a font."}, 0);
   } else if (report.fonts.empty()) {
-    Write(heading + ": no fonts in it", "");
+    Begin(Block::kLine, heading + ": no fonts in it");
   } else {
     for (const FontRecord& font : report.fonts) AddFont(heading, font);
   }
@@ -58,63 +57,73 @@ void TextReport::AddFont(const std::string& path, const FontRecord& font) {
   std::string heading = path + ": " + EscapeForTerminal(font.name);
   if (!font.postScriptName.empty()) heading += " (" + EscapeForTerminal(font.postScriptName) + ")";
   heading += ", " + EscapeForTerminal(font.type);
-  SeverityCounts counts;
-  std::string paragraph;
+  SeverityCounts all;
+  std::vector<SeverityCounts> counts;
   for (const TestRecord& test : font.tests) {
     tests_ += test.ran;
-    paragraph += TestParagraph(test, counts);
+    counts.push_back(CountFindings(test));
+    all += counts.back();
   }
-  counts_ += counts;
-  Write(paragraph.empty() ? heading + Remark(counts) : heading, paragraph);
+  counts_ += all;
+  if (all.Total() == all.Below(show_)) return Begin(Block::kLine, heading + Remark(all));
+  Begin(Block::kParagraph, heading);
+  for (size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i].Total() > counts[i].Below(show_)) WriteTest(font.tests[i], counts[i]);
+  }
 }
 
-/// What is to be shown of a test; empty when that is nothing. Counts all that it found.
-std::string TextReport::TestParagraph(const TestRecord& test, SeverityCounts& counts) {
-  const std::vector<Message> messages = Ordered(test);
-  for (const Message& message : messages) ++counts[message.severity];
-  if (messages.empty() || messages.front().severity < show_) return "";
-
+/// What is to be shown of a test, the gravest first.
+void TextReport::WriteTest(const TestRecord& test, const SeverityCounts& counts) {
   std::string name = EscapeForTerminal(test.name.empty() ? test.identifier : test.name);
   if (name.empty()) name = "The font could not be tested";
-  std::string heading = "  " + name;
+  output_.Write("  " + name);
   if (!test.name.empty() && test.name != test.identifier)
-    heading += "  " + style_.Dim(EscapeForTerminal(test.identifier));
-  if (detail_ == Detail::kSummary) return heading + ": " + SeverityList(test.results) + "\n";
+    output_.Write("  " + style_.Dim(EscapeForTerminal(test.identifier)));
+  if (detail_ == Detail::kSummary) return output_.Write(": " + SeverityList(test.results) + "\n");
 
-  const auto shownEnd =
-      std::ranges::find_if(messages, [&](const Message& message) { return message.severity < show_; });
-  const std::vector<Message> shown(messages.begin(), shownEnd);
-  std::string text = heading + "\n";
-  if (!fold_) {
-    for (const Message& message : shown) text += MessageLines(message, 0);
-    return text;
+  output_.Write("\n");
+  for (Severity severity : kGravestFirst) {
+    if (severity >= show_ && counts[severity] > 0) WriteMessages(test.messages, severity);
   }
-  for (const ShownMessage& message : FoldMessages(shown)) {
-    text += MessageLines(message.message, message.leftOut);
-    folded_ += message.leftOut;
-  }
-  return text;
 }
 
-std::string TextReport::MessageLines(const Message& message, size_t leftOut) const {
+/// The messages of a severity, or a line without text when it has none.
+void TextReport::WriteMessages(const MessageList& messages, Severity severity) {
+  MessageFolding folding;
+  for (size_t i = 0; fold_ && i < messages.size(); ++i) {
+    const Message message = messages[i];
+    if (message.severity == severity) folding.Count(message.text);
+  }
+  bool any = false;
+  for (size_t i = 0; i < messages.size(); ++i) {
+    const Message message = messages[i];
+    if (message.severity != severity) continue;
+    any = true;
+    const auto decision = fold_ ? folding.Decide(message.text) : MessageFolding::Decision{.show = true};
+    if (decision.show) WriteMessage(message, decision.leftOut);
+    folded_ += decision.leftOut;
+  }
+  if (!any) WriteMessage({severity, kNoText}, 0);
+}
+
+void TextReport::WriteMessage(const Message& message, size_t leftOut) {
   const size_t width = Word(show_ >= Severity::kMinor ? Severity::kMajor : LevelShowing(show_)).size();
   const std::string_view word = Word(message.severity);
   const std::string indent(4, ' ');
-  std::string lines = indent + style_.Of(message.severity, word);
-  lines.append(word.size() < width ? width - word.size() : 0, ' ');
-  lines += "  " + EscapeForTerminal(message.text) + "\n";
-  if (leftOut > 0) {
-    lines +=
-        indent + std::string(width + 2, ' ') + style_.Dim("... and " + Grouped(leftOut) + " more like this") + "\n";
-  }
-  return lines;
+  output_.Write(indent + style_.Of(message.severity, word));
+  output_.Write(std::string((word.size() < width ? width - word.size() : 0) + 2, ' '));
+  output_.Write(EscapeForTerminal(message.text));
+  output_.Write("\n");
+  if (leftOut == 0) return;
+  output_.Write(indent + std::string(width + 2, ' '));
+  output_.Write(style_.Dim("... and " + Grouped(leftOut) + " more like this") + "\n");
 }
 
 void TextReport::AddSeverities(const std::string& heading, SeveritySet results) {
   SeverityCounts counts;
   for (Severity severity : kSeverities) counts[severity] = results.Has(severity);
   counts_ += counts;
-  Write(heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)), "");
+  Begin(Block::kLine, heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)));
 }
 
 /// What a line says of a font of which nothing is shown.
@@ -124,14 +133,11 @@ std::string TextReport::Remark(const SeverityCounts& counts) const {
   return ": " + style_.Good("nothing " + std::string(Word(show_)) + above) + ", " + Grouped(counts.Total()) + " below";
 }
 
-/// Writes a line, and a paragraph below it, with an empty line on either side of the two.
-void TextReport::Write(const std::string& line, const std::string& paragraph) {
-  const Block block = paragraph.empty() ? Block::kLine : Block::kParagraph;
-  const bool gap = last_ != Block::kNone && (last_ == Block::kParagraph || block == Block::kParagraph);
-  if (gap) output_.Write("\n");
+/// Writes a line that stands alone or opens a paragraph, which has an empty line on either side.
+void TextReport::Begin(Block block, const std::string& line) {
+  if (last_ != Block::kNone && (last_ == Block::kParagraph || block == Block::kParagraph)) output_.Write("\n");
   output_.Write(line);
   output_.Write("\n");
-  output_.Write(paragraph);
   last_ = block;
 }
 

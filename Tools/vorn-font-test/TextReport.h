@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "MessageFolding.h"
+#include "Report.h"
 #include "ReportWriter.h"
 #include "TextStyle.h"
 
@@ -19,10 +20,12 @@ class TextReport : public ReportWriter {
  private:
   void AddFont(const std::string& path, const FontRecord& font);
   void AddSeverities(const std::string& heading, SeveritySet results);
-  std::string TestParagraph(const TestRecord& test, SeverityCounts& counts);
-  std::string MessageLines(const Message& message, size_t leftOut) const;
+  void WriteTest(const TestRecord& test, const SeverityCounts& counts);
+  void WriteMessages(const MessageList& messages, Severity severity);
+  void WriteMessage(const Message& message, size_t leftOut);
   std::string Remark(const SeverityCounts& counts) const;
-  void Write(const std::string& line, const std::string& paragraph);
+  enum class Block { kNone, kLine, kParagraph };
+  void Begin(Block block, const std::string& line);
   std::string SeverityList(SeveritySet severities) const;
   void WriteFindings();
 
@@ -38,7 +41,7 @@ class TextReport : public ReportWriter {
   size_t tests_ = 0;
   size_t folded_ = 0;
   SeverityCounts counts_;
-  enum class Block { kNone, kLine, kParagraph } last_ = Block::kNone;  ///< what was written last
+  Block last_ = Block::kNone;  ///< what was written last
 };
 
 /// Whether text is to be colored: as asked, or when it goes to a terminal that takes colors.

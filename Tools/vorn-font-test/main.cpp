@@ -3,7 +3,9 @@
 
 #include <csignal>
 #include <exception>
+#include <new>
 
+#include "Memory.h"
 #include "Options.h"
 #include "Session.h"
 
@@ -19,21 +21,34 @@ void OccupyStandardDescriptors() {
   }
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  OccupyStandardDescriptors();
-  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a write error, to be reported as one
+/// Does what the command line asks for and returns the exit status. Throws std::bad_alloc.
+int Run(int argc, const char* const* argv) {
   try {
     return tool::Run(tool::ParseCommandLine(argc, argv));
   } catch (const tool::UsageError& error) {
     tool::PrintError(error.what());
     tool::PrintError("try 'vorn-font-test --help'");
     return tool::kUsageOrInput;
+  } catch (const std::bad_alloc&) {
+    throw;
   } catch (const std::exception& error) {
     tool::PrintError(error.what());
   } catch (...) {
     tool::PrintError("an unknown error");
   }
   return tool::kProgramFailed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  OccupyStandardDescriptors();
+  std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a write error, to be reported as one
+  tool::WatchMemory();
+  try {
+    return Run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    tool::PrintOutOfMemory();
+    return tool::kProgramFailed;
+  }
 }

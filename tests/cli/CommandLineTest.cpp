@@ -241,4 +241,17 @@ TEST_F(CommandLine, ReportsThatCannotBeWrittenFailTheRun) {
   EXPECT_EQ(RunProgram({"-o", folder_.File("no/such/folder"), Good()}).status, 3);
 }
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // which take address space without end
+TEST_F(CommandLine, TooLittleMemoryFailsTheRun) {
+  const std::string path = folder_.Write("many.ttc", test::BuildCollection(std::vector(5'000, test::GoodFont())));
+  for (const std::string format : {"text", "json", "plist"}) {
+    const std::string report = folder_.File("report"), error = folder_.File("error");
+    const std::string run = "ulimit -v 64000; " VORN_PROGRAM " -f " + format + " -o " + report + " " + path;
+    EXPECT_EQ(WEXITSTATUS(std::system((run + " 2>" + error).c_str())), 3);
+    std::ifstream file(error);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "vorn-font-test: not enough memory\n");
+  }
+}
+#endif
+
 }  // namespace

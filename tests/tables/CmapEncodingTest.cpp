@@ -154,7 +154,9 @@ TEST(CmapEncoding, CostsWhatItsBytesCost) {
   EXPECT_EQ(encoding.GlyphToCharacter(500), 0u);
   EXPECT_EQ(encoding.GlyphToCharacter(1000), 50000 - kFirstWord - 7999);
   EXPECT_GT(encoding.GetMappingCount(), 8000000u);
-  if (!test::kAddressSanitized) EXPECT_LT(PeakMegabytes() - before, 48);
+  if (!test::kAddressSanitized) {
+    EXPECT_LT(PeakMegabytes() - before, 48);
+  }
 }
 
 Bytes TwoScripts() {

@@ -244,7 +244,9 @@ TEST(StructureCmap, HostileTablesStayInBounds) {
   ExpectMessage(bounded, {"FatalError", "cmap: The font has an invalid 'cmap' table"});
   ExpectMessage(bounded, {"FatalError", "cmap: Encoding 59999 (format 0), bad length: 100"});
   getrusage(RUSAGE_SELF, &after);
-  if (!test::kAddressSanitized) EXPECT_LT((after.ru_maxrss - before.ru_maxrss) / 1024, 160) << "megabytes";
+  if (!test::kAddressSanitized) {
+    EXPECT_LT((after.ru_maxrss - before.ru_maxrss) / 1024, 160) << "megabytes";
+  }
 }
 
 }  // namespace
