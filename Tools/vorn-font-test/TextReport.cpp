@@ -42,10 +42,10 @@ void TextReport::AddFile(const std::string& path, TovaDictionaryRef tree) {
     AddSeverities(heading, report.results);
   } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
     ++counts_[Severity::kFatal];
-    Begin(Block::kParagraph, heading);
+    BeginBlock(Block::kParagraph, heading);
     WriteMessage({Severity::kFatal, "The file cannot be opened as a font."}, 0);
   } else if (report.fonts.empty()) {
-    Begin(Block::kLine, heading + ": no fonts in it");
+    BeginBlock(Block::kLine, heading + ": no fonts in it");
   } else {
     for (const FontRecord& font : report.fonts) AddFont(heading, font);
   }
@@ -65,8 +65,8 @@ void TextReport::AddFont(const std::string& path, const FontRecord& font) {
     all += counts.back();
   }
   counts_ += all;
-  if (all.Total() == all.Below(show_)) return Begin(Block::kLine, heading + Remark(all));
-  Begin(Block::kParagraph, heading);
+  if (all.Total() == all.Below(show_)) return BeginBlock(Block::kLine, heading + Remark(all));
+  BeginBlock(Block::kParagraph, heading);
   for (size_t i = 0; i < counts.size(); ++i) {
     if (counts[i].Total() > counts[i].Below(show_)) WriteTest(font.tests[i], counts[i]);
   }
@@ -123,7 +123,7 @@ void TextReport::AddSeverities(const std::string& heading, SeveritySet results) 
   SeverityCounts counts;
   for (Severity severity : kSeverities) counts[severity] = results.Has(severity);
   counts_ += counts;
-  Begin(Block::kLine, heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)));
+  BeginBlock(Block::kLine, heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)));
 }
 
 /// What a line says of a font of which nothing is shown.
@@ -134,7 +134,7 @@ std::string TextReport::Remark(const SeverityCounts& counts) const {
 }
 
 /// Writes a line that stands alone or opens a paragraph, which has an empty line on either side.
-void TextReport::Begin(Block block, const std::string& line) {
+void TextReport::BeginBlock(Block block, const std::string& line) {
   if (last_ != Block::kNone && (last_ == Block::kParagraph || block == Block::kParagraph)) output_.Write("\n");
   output_.Write(line);
   output_.Write("\n");

@@ -25,7 +25,7 @@ class TextReport : public ReportWriter {
   void WriteMessage(const Message& message, size_t leftOut);
   std::string Remark(const SeverityCounts& counts) const;
   enum class Block { kNone, kLine, kParagraph };
-  void Begin(Block block, const std::string& line);
+  void BeginBlock(Block block, const std::string& line);
   std::string SeverityList(SeveritySet severities) const;
   void WriteFindings();
 
