@@ -10,6 +10,7 @@
 
 #include "support/GlyphBuilder.h"
 #include "support/TemporaryFolder.h"
+#include "support/Values.h"
 
 namespace {
 
@@ -51,22 +52,18 @@ TEST(OutOfMemory, EveryAllocationMayFailWithoutAReportThatHidesIt) {
   const test::TemporaryFolder folder;
   test::FontBuilder font = test::OutlineFont({test::SquareGlyph(9, {0x7B}), {}, test::CompoundGlyph({{0x0801, 0}})});
   font.Table("name", test::NameTable({{3, "Some"}, {4, "Some"}})).Table("post", test::PostTable());
-  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(folder.Write("font.ttf", font.Build()).c_str()));
-  const auto types = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(types.get(), kVornFontTestStructureTest);
-  TovaArrayAppendValue(types.get(), kVornFontTestUsabilityTest);
+  const auto url = test::FileUrl(folder.Write("font.ttf", font.Build()));
+  const auto types = test::Array({kVornFontTestStructureTest, kVornFontTestUsabilityTest});
   const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(types.get()));
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, tests.get());
-  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+  const auto options = test::Dictionary(
+      {{kVornFontTestArrayKey, tests.get()}, {kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
 
   const auto report = [&](long allocations) {
     allocationsLeft = allocations;
     const Tova::Dictionary made = Tova::Adopt(VornFontTestCreateReport(url.get(), options.get()));
     const bool failed = allocations >= 0 && allocationsLeft < 0;
     allocationsLeft = -1;
-    const std::string text = WithoutTimes(std::string(Tova::Text(Tova::Adopt(TovaCopyDescription(made.get())))));
-    return std::pair(text, failed);
+    return std::pair(WithoutTimes(test::Description(made.get())), failed);
   };
   const std::string whole = report(-1).first;
   ASSERT_NE(whole.find("Undefined component flags"), std::string::npos);

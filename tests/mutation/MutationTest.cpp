@@ -39,8 +39,6 @@ constexpr const char* kBaseFonts[] = {
 /// Damages fonts at random; the engine's numbers are the same everywhere.
 class Mutator {
  public:
-  explicit Mutator(uint32_t seed) : engine_(seed) {}
-
   Bytes Mutate(Bytes font) {
     const size_t kind = Below(8);
     if (kind == 0) font.resize(Below(font.size()));
@@ -71,30 +69,25 @@ class Mutator {
     }
   }
 
-  std::mt19937 engine_;
+  std::mt19937 engine_{kSeed};
 };
-
-std::vector<Bytes> ReadBaseFonts() {
-  std::vector<Bytes> fonts;
-  for (const char* path : kBaseFonts) {
-    std::ifstream file(path, std::ios::binary);
-    if (file) fonts.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-  }
-  return fonts;
-}
 
 // What kills the program is the point of this test: the font that did it stays behind in the temporary folder.
 TEST(Mutation, DamagedRealFontsAreReportedOnInTime) {
-  const std::vector<Bytes> bases = ReadBaseFonts();
+  std::vector<Bytes> bases;
+  for (const char* path : kBaseFonts) {
+    std::ifstream file(path, std::ios::binary);
+    if (file) bases.emplace_back(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  }
   if (bases.empty()) GTEST_SKIP() << "none of the fonts is installed";
   const TemporaryFolder folder;
-  const std::string path = folder.File("mutated.ttf");
   const Tova::MutableDictionary full = AllTests(kVornFontTestReportTypeFull), summary = AllTests();
-  Mutator mutator(kSeed);
+  Mutator mutator;
   const auto start = Clock::now();
   int done = 0;
   for (; done < kFonts && Clock::now() - start < kTimeForAll; ++done) {
-    folder.Write("mutated.ttf", mutator.Mutate(bases[static_cast<size_t>(done) % bases.size()]));
+    const std::string path =
+        folder.Write("mutated.ttf", mutator.Mutate(bases[static_cast<size_t>(done) % bases.size()]));
     const auto begin = Clock::now();
     const auto report =
         Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), (done % 4 == 0 ? full : summary).get()));
