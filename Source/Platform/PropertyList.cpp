@@ -1,5 +1,6 @@
 #include <Tova/Tova.hpp>
 #include <charconv>
+#include <new>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
@@ -30,17 +31,20 @@ std::optional<T> ParseNumber(std::string_view text) {
   return value;
 }
 
+constexpr unsigned int kParseFlags = pugi::parse_default | pugi::parse_ws_pcdata_single;
+
 /// Turns the elements of a property list into values.
 class Reader {
  public:
   /// Null when the bytes are no property list; Reason then says why.
   Value Read(std::string_view bytes) {
     pugi::xml_document document;
-    const auto result =
-        document.load_buffer(bytes.data(), bytes.size(), pugi::parse_default | pugi::parse_ws_pcdata_single);
+    const auto result = document.load_buffer(bytes.data(), bytes.size(), kParseFlags);
+    if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
     if (!result) {
       return Fail("malformed XML at byte " + std::to_string(result.offset) + ": " + result.description());
     }
+    if (!KnowsAllReferences(bytes)) return Fail("unknown entity");
     const pugi::xml_node root = OnlyElement(document);
     if (std::string_view(root.name()) != "plist") return Fail("the document is no <plist>");
     const pugi::xml_node content = OnlyElement(root);
@@ -60,6 +64,35 @@ class Reader {
     reason += node.name();
     reason += "> at byte " + std::to_string(node.offset_debug()) + " ";
     return Fail(reason.append(problem));
+  }
+
+  /// Whether the text begins, after an '&', with a reference that XML itself defines.
+  static bool IsReference(std::string_view text) {
+    const std::string_view name = text.substr(0, text.find(';'));
+    if (name.size() == text.size()) return false;
+    if (!name.starts_with('#'))
+      return name == "amp" || name == "lt" || name == "gt" || name == "quot" || name == "apos";
+    const bool hexadecimal = name.starts_with("#x");
+    const std::string_view digits = name.substr(hexadecimal ? 2 : 1);
+    return !digits.empty() &&
+           digits.find_first_not_of(hexadecimal ? "0123456789abcdefABCDEF" : "0123456789") == digits.npos;
+  }
+
+  /// Whether every '&' of the document's text begins such a reference; pugixml passes others through.
+  static bool KnowsAllReferences(std::string_view bytes) {
+    if (bytes.find('&') == bytes.npos) return true;
+    struct Walker : pugi::xml_tree_walker {
+      bool for_each(pugi::xml_node& node) override {
+        const std::string_view text = node.type() == pugi::node_pcdata ? node.value() : "";
+        for (size_t at = text.find('&'); at != text.npos; at = text.find('&', at + 1)) {
+          if (!IsReference(text.substr(at + 1))) return false;
+        }
+        return true;
+      }
+    } walker;
+    pugi::xml_document unresolved;
+    unresolved.load_buffer(bytes.data(), bytes.size(), kParseFlags & ~pugi::parse_escapes);
+    return unresolved.traverse(walker);
   }
 
   static bool IsBlank(const pugi::xml_node& node) {

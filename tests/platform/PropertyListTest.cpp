@@ -88,7 +88,7 @@ TEST(PropertyLists, MalformedInputGivesOneLineOfReason) {
                                      "<plist><string>\xFF</string></plist>"};
   // clang-format off
   for (const char* content : {
-           "<true/><false/>", "<unknown/>", "<string>a<b/></string>", "<true>x</true>", "<array>x</array>",
+           "<true/><false/>", "<unknown/>", "<string>&foo;</string>", "<string>a & b</string>", "<string>a<b/></string>", "<true>x</true>", "<array>x</array>",
            "<integer/>", "<integer>1x</integer>", "<integer>9223372036854775808</integer>", "<integer>+-1</integer>",
            "<real>one</real>", "<date>2026-02-30T00:00:00Z</date>", "<date>yesterday</date>",
            "<data>AAA</data>", "<data>A===</data>", "<data>AA==AA==</data>", "<data>A*==</data>",
