@@ -16,8 +16,6 @@
 
 namespace {
 
-constexpr const char* kOutOfMemory = "A memory allocation operation failed";
-
 /// How much a report holds.
 enum class Level { kResultsOnly, kSummary, kFull };
 
@@ -102,6 +100,8 @@ class ReportRun {
   void TestFonts();
   /// Records what ended the run before its time; the text shows in full reports.
   void RecordFailure(TovaStringRef iMessage);
+  /// The same where memory ran out; what can be made again is given up first.
+  void RecordLackOfMemory();
   /// The report. Throws std::bad_alloc, as the operations above do, when there was too little memory for it.
   Tova::Dictionary Finish();
 
@@ -215,11 +215,8 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
 }
 
 void ReportRun::RecordFailure(TovaStringRef iMessage) {
-  const bool tOutOfMemory = _fMemory.Failed();  // then the font is not to blame, whatever it seemed to lack
-  _fMemory = {};
-  if (_fLastFont) _fLastFont->ForgetTables();
-  const Tova::String tMessage = tOutOfMemory ? Tova::MakeString(kOutOfMemory) : Tova::Share(iMessage);
-  const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? tMessage.get() : nullptr);
+  if (_fMemory.Failed()) return RecordLackOfMemory();  // the font is not to blame, whatever it seemed to lack
+  const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? iMessage : nullptr);
   if (HasFontDetails() && _fLastFont) {
     const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
     AddFontDataToDictionary(tFontData.get(), *_fLastFont);
@@ -230,6 +227,14 @@ void ReportRun::RecordFailure(TovaStringRef iMessage) {
     TovaArrayAppendValue(_fFontsTested.get(), tFontData.get());
   }
   MergeTestResults(_fResults.get(), tRecords.get());
+}
+
+void ReportRun::RecordLackOfMemory() {
+  _fMemory = {};
+  if (_fLastFont) _fLastFont->ForgetTables();
+  const auto tMessage = Tova::MakeString("A memory allocation operation failed");
+  _fMemory.Check();
+  RecordFailure(tMessage.get());
 }
 
 Tova::Dictionary ReportRun::Finish() {
@@ -254,7 +259,7 @@ Tova::Dictionary RunReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
   } catch (const FTException& tException) {
     tRun.RecordFailure(tRun.WantsMessages() ? tException.GetUIMessageString() : nullptr);
   } catch (const std::bad_alloc&) {
-    tRun.RecordFailure(Tova::MakeString(kOutOfMemory).get());
+    tRun.RecordLackOfMemory();
   } catch (...) {
     tRun.RecordFailure(Tova::MakeString("An error occurred").get());
   }

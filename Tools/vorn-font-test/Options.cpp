@@ -82,7 +82,7 @@ void AddTestOptions(CLI::App& app, Options& options) {
             "then skip costly milder checks. Default: information.")
       ->option_text("LEVEL")
       ->group(group);
-  app.add_flag("--duplicates", options.duplicates, "Also search the installed fonts for one of the same name.")
+  app.add_flag("--duplicates", options.duplicates, "Let tests search the installed fonts for one of the same name.")
       ->group(group);
   app.add_flag("--list-tests", options.listTests, "List the tests that would run, and run none.")->group(group);
 }

@@ -133,6 +133,16 @@ TEST_F(ReportCreation, ABrokenFontLeavesAFatalRecordAfterTheFontsBeforeIt) {
                   .ends_with("(The font's directory contains an invalid table length)"));
 }
 
+TEST_F(ReportCreation, ANameTableThatCannotBeReadEndsTheRunAndLeavesNoNames) {
+  FontBuilder broken = GoodFont();
+  const Report report = Create(broken.Truncate("name", 60).Build(), full_.get(), "file.ttf");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "file.ttf") << "it is not read a second time";
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontPostScriptNameKey}), "<no font name>");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "1234ABCD|");
+  EXPECT_TRUE(report.Text({kFonts, 0, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey})
+                  .ends_with("of the 'name' table)"));
+}
+
 TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
   const Report report = Create(GoodFont().Table("name", NameTable({})).Build(), summary_.get(), "file.ttf");
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "file.ttf");
