@@ -114,6 +114,16 @@ class MemoryWatch {
   uint64_t before_ = TovaGetMemoryFailures();
 };
 
+/// An immutable array of the values. Throws std::bad_alloc when there is no memory for it.
+inline Array MakeArray(std::initializer_list<TovaTypeRef> values) {
+  const MemoryWatch memory;
+  const auto array = Adopt(TovaArrayCreateMutable());
+  for (const TovaTypeRef value : values) TovaArrayAppendValue(array.get(), value);
+  const auto copy = Adopt(TovaArrayCreateCopy(array.get()));
+  memory.Check();
+  return copy;
+}
+
 /// One argument of a format: an integer, a real, a Tova value or a text, borrowed for the length of the call.
 class FormatArgument : public TovaFormatArgument {
  public:

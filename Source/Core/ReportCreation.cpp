@@ -59,14 +59,7 @@ TovaStringRef FontTypeOf(const FTFont& iFont) {
 }
 
 TovaArrayRef GetDefaultSeverities() {
-  static const Tova::Array gDefaultSeverities = [] {
-    const Tova::MemoryWatch tMemory;
-    const auto tSeverities = Tova::Adopt(TovaArrayCreateMutable());
-    TovaArrayAppendValue(tSeverities.get(), kVornFontTestSeverityFatalError);
-    const auto tCopy = Tova::Adopt(TovaArrayCreateCopy(tSeverities.get()));
-    tMemory.Check();
-    return tCopy;
-  }();
+  static const Tova::Array gDefaultSeverities = Tova::MakeArray({kVornFontTestSeverityFatalError});
   return gDefaultSeverities.get();
 }
 

@@ -82,23 +82,16 @@ Tova::Array GenerateDummyTestResults(TovaStringRef iMessage) {
   const auto tRecord =
       Tova::Adopt(tAlwaysRun ? TovaDictionaryCreateMutableCopy(tAlwaysRun) : TovaDictionaryCreateMutable());
 
-  const auto tResults = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(tResults.get(), kVornFontTestSeverityFatalError);
-  TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, tResults.get());
-
+  TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey,
+                         Tova::MakeArray({kVornFontTestSeverityFatalError}).get());
   if (iMessage) {
     // The severity key, where the messages of tests have the result key: readers of reports know both.
     const auto tMessage = Tova::Adopt(TovaDictionaryCreateMutable());
     TovaDictionarySetValue(tMessage.get(), kVornFontTestSeverityKey, kVornFontTestSeverityFatalError);
     TovaDictionarySetValue(tMessage.get(), kVornFontTestMessageTextKey, iMessage);
-    const auto tMessages = Tova::Adopt(TovaArrayCreateMutable());
-    TovaArrayAppendValue(tMessages.get(), tMessage.get());
-    TovaDictionarySetValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
+    TovaDictionarySetValue(tRecord.get(), kVornFontTestMessagesKey, Tova::MakeArray({tMessage.get()}).get());
   }
-
-  const auto tRecords = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(tRecords.get(), tRecord.get());
-  return tRecords;
+  return Tova::MakeArray({tRecord.get()});
 }
 
 Tova::String LocalizedVersionOfString(const char* iText) {

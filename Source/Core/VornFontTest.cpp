@@ -18,14 +18,7 @@ auto Guarded(Action iAction) noexcept -> decltype(iAction()) {
 }
 
 TovaArrayRef GetUsabilityTypes() {
-  static const Tova::Array gUsabilityTypes = [] {
-    const Tova::MemoryWatch tMemory;
-    const auto tTypes = Tova::Adopt(TovaArrayCreateMutable());
-    TovaArrayAppendValue(tTypes.get(), kVornFontTestUsabilityTest);
-    const auto tCopy = Tova::Adopt(TovaArrayCreateCopy(tTypes.get()));
-    tMemory.Check();
-    return tCopy;
-  }();
+  static const Tova::Array gUsabilityTypes = Tova::MakeArray({kVornFontTestUsabilityTest});
   return gUsabilityTypes.get();
 }
 
