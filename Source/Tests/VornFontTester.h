@@ -74,6 +74,20 @@ class VornFontTester {
   Tova::MutableArray _fResults;  // exists while CreateTestResults runs
 };
 
+/// Puts the table under test into a tester's member for the time of a scope, and null there at its end, also when an
+/// exception passes.
+template <class T>
+class TableUnderTest {
+ public:
+  TableUnderTest(const T*& ioMember, const T* iTable) : _fMember(ioMember) { _fMember = iTable; }
+  TableUnderTest(const TableUnderTest&) = delete;
+  TableUnderTest& operator=(const TableUnderTest&) = delete;
+  ~TableUnderTest() { _fMember = nullptr; }
+
+ private:
+  const T*& _fMember;
+};
+
 /// What an entry function of a test looks like: the font, the array for messages (or null) and the options of the
 /// report in; the severities out, none when the test does not apply to the font.
 using VornFontTestEntry = Tova::Array (*)(const FTFont* iFont, TovaMutableArrayRef iMessages,

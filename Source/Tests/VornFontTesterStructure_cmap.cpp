@@ -19,16 +19,12 @@ bool HasSingleByteCodes(uint32_t iPlatform, uint32_t iScript) {
 bool VornFontTesterStructure_cmap::ExecuteTest() const {
   const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
   if (!tFont) return false;
-  struct Run {
-    ~Run() { table = nullptr; }
-    const FTFontTable_cmap*& table;
-  } tRun{_fTable};
   _fChecks = _fFatalFindings = 0;
   if (!tFont->HasTaggedTable(FTFontTable_cmap::kTag)) {
     ReportResult(kVornFontTestSeverityFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
     return false;
   }
-  _fTable = tFont->FindTable<FTFontTable_cmap>();
+  const TableUnderTest<FTFontTable_cmap> tRun(_fTable, tFont->FindTable<FTFontTable_cmap>());
   CheckHeader();
   for (uint64_t i = 0; i < GetTable()->EncodingCount(); ++i) CheckRecord(i);
   return true;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_loca.h"

@@ -53,11 +53,8 @@ bool VornFontTesterStructure_head::ExecuteTest() const {
     ReportResult(kVornFontTestSeverityFatalError, "The font is missing a 'head' table, required by the TrueType spec.");
     return false;
   }
-  struct Run {
-    ~Run() { table = nullptr; }
-    const FTFontTable_head*& table;
-  } tRun{_fTable};
-  _fTable = tFont->IsSbitOnly() ? tFont->FindTable<FTFontTable_bhed>() : tFont->FindTable<FTFontTable_head>();
+  const TableUnderTest<FTFontTable_head> tRun(
+      _fTable, tFont->IsSbitOnly() ? tFont->FindTable<FTFontTable_bhed>() : tFont->FindTable<FTFontTable_head>());
   CheckSize();
   CheckLocaFormat();
   CheckHeadFlags(*tFont);

@@ -26,11 +26,7 @@ Tova::Array TestStructure_hhea(const FTFont* iFont, TovaMutableArrayRef iMessage
 bool VornFontTesterStructure_hhea::ExecuteTest() const {
   const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
   if (!tFont || !tFont->HasTaggedTable(FTFontTable_hhea::kTag)) return false;
-  struct Run {
-    ~Run() { table = nullptr; }
-    const FTFontTable_hhea*& table;
-  } tRun{_fTable};
-  _fTable = tFont->FindTable<FTFontTable_hhea>();
+  const TableUnderTest<FTFontTable_hhea> tRun(_fTable, tFont->FindTable<FTFontTable_hhea>());
   Testhhea();
   return true;
 }
