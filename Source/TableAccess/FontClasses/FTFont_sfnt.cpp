@@ -10,6 +10,8 @@
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
+#include "TableAccess/TableClasses/FTFontTable_feat.h"
+#include "TableAccess/TableClasses/FTFontTable_gvar.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
@@ -177,7 +179,12 @@ uint16_t FTFont_sfnt::CountVerticalLongMetrics() const {
   return _fVerticalLongMetricsCount;
 }
 
-uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinateCount; }
+uint64_t FTFont_sfnt::CountGlobalCoordinates() const {
+  if (_fGlobalCoordinateCount == 0 && HasTaggedTable(FTFontTable_gvar::kTag)) {
+    _fGlobalCoordinateCount = FindTable<FTFontTable_gvar>()->GetGlobalCoordinateCount();
+  }
+  return _fGlobalCoordinateCount;
+}
 
 bool FTFont_sfnt::HasTrueTypeGlyphs() const { return HasTaggedTable(FTTag("glyf")) && HasTaggedTable(FTTag("loca")); }
 
@@ -295,7 +302,10 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
   return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
 }
 
-bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }
+bool FTFont_sfnt::FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const {
+  const auto* tFeat = FindTable<FTFontTable_feat>();
+  return tFeat && tFeat->FindName(iFeatureType, oIndex) && tFeat->GetIndNameData(oIndex, oName);
+}
 
 // The ideal order of tables.
 
