@@ -7,14 +7,21 @@
 #include "Tests/VornFontTesterInstructions_glyf.h"
 #include "Tests/VornFontTesterInstructions_prep.h"
 #include "Tests/VornFontTesterMetrics.h"
+#include "Tests/VornFontTesterStructure_Zapf.h"
 #include "Tests/VornFontTesterStructure_cmap.h"
+#include "Tests/VornFontTesterStructure_feat.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
 #include "Tests/VornFontTesterStructure_head.h"
 #include "Tests/VornFontTesterStructure_hhea.h"
 #include "Tests/VornFontTesterStructure_hmtx.h"
+#include "Tests/VornFontTesterStructure_just.h"
+#include "Tests/VornFontTesterStructure_kern.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "Tests/VornFontTesterStructure_maxp.h"
+#include "Tests/VornFontTesterStructure_mort.h"
+#include "Tests/VornFontTesterStructure_morx.h"
+#include "Tests/VornFontTesterStructure_prop.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
 #include "Tests/VornFontTester_sfnt.h"
@@ -27,21 +34,17 @@ constexpr VornFontTestLink Link() {
 }
 
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
-    Link<VornFontTesterStructure_cmap>(),
-    Link<VornFontTesterInstructions_fpgm>(),
-    Link<VornFontTesterInstructions_glyf>(),
-    Link<VornFontTesterStructure_glyf>(),
-    Link<VornFontTesterStructure_hdmx>(),
-    Link<VornFontTesterStructure_head>(),
-    Link<VornFontTesterStructure_hhea>(),
-    Link<VornFontTesterStructure_hmtx>(),
-    Link<VornFontTesterStructure_loca>(),
-    Link<VornFontTesterStructure_maxp>(),
-    Link<VornFontTesterMetrics>(),
-    Link<VornFontTesterInstructions_prep>(),
-    Link<VornFontTester_sfnt>(),
-    Link<VornFontTesterStructure_vmtx>(),
-    Link<VornFontTesterUsability_Type1>(),
+    Link<VornFontTesterStructure_Zapf>(),    Link<VornFontTesterStructure_cmap>(),
+    Link<VornFontTesterStructure_feat>(),    Link<VornFontTesterInstructions_fpgm>(),
+    Link<VornFontTesterInstructions_glyf>(), Link<VornFontTesterStructure_glyf>(),
+    Link<VornFontTesterStructure_hdmx>(),    Link<VornFontTesterStructure_head>(),
+    Link<VornFontTesterStructure_hhea>(),    Link<VornFontTesterStructure_hmtx>(),
+    Link<VornFontTesterStructure_just>(),    Link<VornFontTesterStructure_kern>(),
+    Link<VornFontTesterStructure_loca>(),    Link<VornFontTesterStructure_maxp>(),
+    Link<VornFontTesterMetrics>(),           Link<VornFontTesterStructure_morx>(),
+    Link<VornFontTesterStructure_mort>(),    Link<VornFontTesterInstructions_prep>(),
+    Link<VornFontTesterStructure_prop>(),    Link<VornFontTester_sfnt>(),
+    Link<VornFontTesterStructure_vmtx>(),    Link<VornFontTesterUsability_Type1>(),
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

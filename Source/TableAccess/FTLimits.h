@@ -53,6 +53,12 @@ inline constexpr uint64_t kFTLongNameBytes = uint64_t{1} << 22;
 
 // The testers.
 
+/// Steps that the test of one layout table may make: values, states, entries, actions and pairs looked at. Tables whose
+/// parts do not overlap need a step or two a byte; thousands of lookups over the same bytes could ask for billions. The
+/// first number is the room for small tables, the second that for each byte of the table.
+inline constexpr uint64_t kFTLayoutStepsAllowed = uint64_t{1} << 20;
+inline constexpr uint64_t kFTLayoutStepsAllowedPerByte = 16;
+
 /// Device widths that are compared with scaled advances, unless the table is larger: records that do not overlap have
 /// no more widths than it has bytes, those that do could ask for billions.
 inline constexpr uint64_t kFTMaxDeviceWidthsCompared = uint64_t{256} * 65536;

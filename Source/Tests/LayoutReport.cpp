@@ -16,9 +16,14 @@ LayoutReport::LayoutReport(const VornFontTester& iTester, uint64_t iTableSize)
 
 void LayoutReport::Enter(const char* iPart, std::initializer_list<LayoutArgument> iArguments) {
   Leave();
+  if (_fTester.CanBailOnFirstFailure()) return;  // nobody reads it
   std::vector<Tova::FormatArgument> tArguments;
   for (const LayoutArgument& tArgument : iArguments) tArguments.push_back(tArgument.ForFormat());
-  _fPart = _fTester.TextOfPart(iPart, tArguments);
+  const Tova::String tKey = Tova::MakeString(iPart);
+  const Tova::String tTable = Tova::MakeString(_fTester.GetStringTableName());
+  const auto tFormat =
+      Tova::Adopt(TovaBundleCopyLocalizedString(TovaBundleGetMain(), tKey.get(), tKey.get(), tTable.get()));
+  _fPart = Tova::Text(Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size())));
 }
 
 void LayoutReport::Leave() {
@@ -37,9 +42,12 @@ void LayoutReport::Report(uint16_t iRank, Severity iSeverity, const char* iForma
   if (Wants(iSeverity)) Add(iRank, iSeverity, iFormat, iArguments, iWhere);
 }
 
-void LayoutReport::Report(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally) {
+void LayoutReport::ReportCount(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally,
+                               const std::string* iSubject) {
   if (iTally.count == 0 || !Wants(iSeverity)) return;
-  LayoutArguments tArguments = {iTally.count};
+  LayoutArguments tArguments;
+  if (iSubject) tArguments.emplace_back(*iSubject);
+  tArguments.emplace_back(iTally.count);
   tArguments.insert(tArguments.end(), iTally.first.begin(), iTally.first.end());
   Add(iRank, iSeverity, iFormat, tArguments, iTally.where);
 }

@@ -94,8 +94,9 @@ class LayoutReport {
 
   void Report(uint16_t iRank, Severity iSeverity, const char* iFormat, std::initializer_list<LayoutArgument> iArguments,
               const LayoutWhere& iWhere = {});
-  /// Reports the tally's number and first case, if there is one.
-  void Report(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally);
+  /// Reports the tally's number and first case, if there is one; iSubject stands before the number.
+  void ReportCount(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally,
+                   const std::string* iSubject = nullptr);
 
   /// Takes note of many things about to be read. Throws GivenUp when they are too many.
   void Spend(uint64_t iSteps);

@@ -183,7 +183,7 @@ bool LookupChecker::CheckUnitSize() {
 
 void LookupChecker::CheckSearchHeader() {
   if (_fHeader.unitCount == 0) return;
-  const SearchWords tRight(_fHeader.unitSize, _fHeader.unitCount);
+  const FTLookupSearch::Words tRight(_fHeader.unitSize, _fHeader.unitCount);
   const auto tCheck = [this](uint16_t iRank, const char* iFormat, uint16_t iValue, uint16_t iRight) {
     if (iValue == iRight) return;
     _fTable.report.Report(iRank, Severity::kTechnicalError, iFormat, {_fWhat, iValue, iRight}, {_fAt});
@@ -228,12 +228,8 @@ void LookupChecker::CheckSegmentArray(const Unit& iUnit, uint32_t iFirst) {
 }
 
 void LookupChecker::ReportUnits() {
-  const auto tReport = [this](uint16_t iRank, Severity iSeverity, const char* iFormat, LayoutTally& ioTally) {
-    if (ioTally.count == 0) return;
-    // The lookup's name stands before the number of cases.
-    LayoutArguments& tFirst = ioTally.first;
-    _fTable.report.Report(iRank, iSeverity, iFormat, _fWhat, ioTally);
-    tFirst.clear();
+  const auto tReport = [this](uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally) {
+    _fTable.report.ReportCount(iRank, iSeverity, iFormat, iTally, &_fWhat);
   };
   tReport(kReversedUnits, Severity::kTechnicalError,
           "The %@ has %d units whose first glyph follows the last; the first is unit %d (%d-%d)", _fReversed);
@@ -253,7 +249,7 @@ void LookupChecker::ReportGlyphsBeyondFont() {
     const uint32_t tFirst = std::max<uint32_t>(tPiece.first, _fTable.glyphCount);
     tBeyond.AddMany(CountGlyphs(tFirst, tPiece.last + 1u), {tFirst}, {_fAt, tFirst});
   }
-  _fTable.report.Report(kGlyphsBeyondFont, Severity::kMinorError,
-                        "The %@ has values for %d glyphs that the font does not have; the first is %d", _fWhat,
-                        tBeyond);
+  _fTable.report.ReportCount(kGlyphsBeyondFont, Severity::kMinorError,
+                             "The %@ has values for %d glyphs that the font does not have; the first is %d", tBeyond,
+                             &_fWhat);
 }

@@ -14,17 +14,15 @@ inline constexpr uint32_t kDeletedGlyph = 0xFFFF;
 /// A table whose lookups and state machines are checked, and what is known of its font.
 struct LayoutTable {
   Tova::ByteView bytes;
-  uint32_t glyphCount;                ///< of the font; 0 when it is not known, and no glyph is judged
-  bool judgesLookupGlyphs = true;     ///< whether lookups are to have values for glyphs of the font only
-  LayoutReport& report;               ///< where findings go
+  uint32_t glyphCount;             ///< of the font; 0 when it is not known, and no glyph is judged
+  bool judgesLookupGlyphs = true;  ///< whether lookups are to have values for glyphs of the font only
+  LayoutReport& report;            ///< where findings go
 
   uint64_t Size() const { return bytes.Size(); }
   /// Bytes from a position to the end of the table.
   uint64_t Left(uint64_t iAt) const { return iAt < Size() ? Size() - iAt : 0; }
   /// Whether no glyph of the font has the index, though it could be one.
-  bool IsBeyondFont(uint64_t iGlyph) const {
-    return glyphCount != 0 && iGlyph >= glyphCount && iGlyph < kDeletedGlyph;
-  }
+  bool IsBeyondFont(uint64_t iGlyph) const { return glyphCount != 0 && iGlyph >= glyphCount && iGlyph < kDeletedGlyph; }
 };
 
 /// Consecutive glyphs for which a lookup has the same value. Values of more than 16 bits are taken modulo 65536.

@@ -1,6 +1,7 @@
 #include "TableAccess/AncillaryClasses/FTLookupSearch.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace FTLookupSearch {
 
@@ -72,6 +73,11 @@ uint64_t EndOfArrays(ByteView iTable, const Header& iHeader) {
 }
 
 }  // namespace
+
+Words::Words(uint32_t iUnitSize, uint32_t iUnitCount)
+    : searchRange(Tova::Wrap16(uint64_t{iUnitSize} * std::bit_floor(iUnitCount))),
+      entrySelector(Tova::Wrap16(static_cast<uint64_t>(std::bit_width(iUnitCount)) - 1)),
+      rangeShift(Tova::Wrap16(uint64_t{iUnitSize} * (iUnitCount - std::bit_floor(iUnitCount)))) {}
 
 int64_t FindSegment(ByteView iTable, uint32_t iGlyph) {
   const Header tHeader(iTable);

@@ -35,6 +35,15 @@ struct Header {
   uint16_t rangeShift;
 };
 
+/// The words for searching by halving that belong to units of a size and number (at least one), modulo 65536. Tables
+/// outside lookups have them too.
+struct Words {
+  Words(uint32_t iUnitSize, uint32_t iUnitCount);
+  uint16_t searchRange;
+  uint16_t entrySelector;
+  uint16_t rangeShift;
+};
+
 /// Bytes before the units of formats 2, 4 and 6.
 inline constexpr uint64_t kUnits = 12;
 
