@@ -33,6 +33,7 @@ constexpr VornFontTestLink Link() {
   return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
 }
 
+// clang-format off: a line for each test
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_Zapf>(),    Link<VornFontTesterStructure_cmap>(),
     Link<VornFontTesterStructure_feat>(),    Link<VornFontTesterInstructions_fpgm>(),
@@ -41,11 +42,12 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_hhea>(),    Link<VornFontTesterStructure_hmtx>(),
     Link<VornFontTesterStructure_just>(),    Link<VornFontTesterStructure_kern>(),
     Link<VornFontTesterStructure_loca>(),    Link<VornFontTesterStructure_maxp>(),
-    Link<VornFontTesterMetrics>(),           Link<VornFontTesterStructure_morx>(),
-    Link<VornFontTesterStructure_mort>(),    Link<VornFontTesterInstructions_prep>(),
+    Link<VornFontTesterMetrics>(),           Link<VornFontTesterStructure_mort>(),
+    Link<VornFontTesterStructure_morx>(),    Link<VornFontTesterInstructions_prep>(),
     Link<VornFontTesterStructure_prop>(),    Link<VornFontTester_sfnt>(),
     Link<VornFontTesterStructure_vmtx>(),    Link<VornFontTesterUsability_Type1>(),
 });
+// clang-format on
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 
 }  // namespace

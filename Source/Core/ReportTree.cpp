@@ -72,7 +72,7 @@ std::string Escaped(std::string_view iPrefix) {
 
 /// Of a text that begins with the part that it is about: the part and the rest are the arguments.
 std::string NamedPartFormat(const Finding& iFinding) {
-  return (iFinding.prefix ? Escaped(iFinding.prefix) + ": " : "") + "%@: %@";
+  return (iFinding.prefix ? Escaped(iFinding.prefix) + ": " : "") + "%s: %@";
 }
 
 void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64_t iNumber) {

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <array>
+#include <concepts>
 #include <cstdint>
 #include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Tests/VornFontTester.h"
@@ -33,17 +34,18 @@ struct LayoutWhere {
 class LayoutArgument {
  public:
   template <std::integral I>
-  LayoutArgument(I iNumber) : _fNumber(static_cast<int64_t>(iNumber)) {}  // NOLINT(google-explicit-constructor)
-  LayoutArgument(std::string iText) : _fText(std::move(iText)) {}         // NOLINT(google-explicit-constructor)
-  LayoutArgument(const char* iText) : _fText(iText) {}                    // NOLINT(google-explicit-constructor)
-  /// Refers to the text of this argument.
+  LayoutArgument(I iNumber) : _fNumber(static_cast<int64_t>(iNumber)) {}          // NOLINT(google-explicit-constructor)
+  LayoutArgument(std::string_view iText) : _fText(Tova::MakeString(iText)) {}     // NOLINT(google-explicit-constructor)
+  LayoutArgument(const char* iText) : LayoutArgument(std::string_view(iText)) {}  // NOLINT(google-explicit-constructor)
+  LayoutArgument(const std::string& iText)                                        // NOLINT(google-explicit-constructor)
+      : LayoutArgument(std::string_view(iText)) {}
   Tova::FormatArgument ForFormat() const {
-    return _fText ? Tova::FormatArgument(_fText->c_str()) : Tova::FormatArgument(_fNumber);
+    return _fText ? Tova::FormatArgument(_fText) : Tova::FormatArgument(_fNumber);
   }
 
  private:
   int64_t _fNumber = 0;
-  std::optional<std::string> _fText;
+  Tova::String _fText;
 };
 using LayoutArguments = std::vector<LayoutArgument>;
 
