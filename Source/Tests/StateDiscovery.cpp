@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Tests/StateClasses.h"
+
 namespace {
 
 /// In the order of the report.
@@ -27,14 +29,6 @@ enum StateRank : uint16_t {
   kReservedFlags,
   kClassesNoByte,
 };
-enum ClassRank : uint16_t {
-  kClassTableBeyondTable = kRankClass,
-  kClassAboveLast,
-  kClassReserved,
-  kClassDeleted,
-  kClassWithoutGlyphs,
-};
-
 /// What an offset of a header leads to, and the texts about it.
 struct OffsetTexts {
   const char* name;
@@ -94,7 +88,7 @@ StateDiscovery::StateDiscovery(const LayoutTable& iTable, uint64_t iAt, uint64_t
 
 bool StateDiscovery::Discover() {
   if (!CheckHeader() || !CheckFirstStates()) return false;
-  ReadClasses();
+  StateClasses(_fTable, _fClassTable, _fMachine).Read();
   FollowStates();
   ReportUnreferenced();
   CheckExtras();
@@ -204,78 +198,6 @@ bool StateDiscovery::CheckFirstStates() {
                     "The state array has room for 1 state; it should have at least 2", {}, tWhere);
   }
   return true;
-}
-
-// Classes.
-
-void StateDiscovery::ReadClasses() {
-  _fMachine.classes.resize(_fMachine.classCount);
-  if (_fMachine.IsExtended()) {
-    LookupChecker tChecker(_fTable, _fMachine.start + _fClassTable, _fMachine.limit, "class table");
-    for (const LookupPiece& tPiece : tChecker.Check()) TakeClass(tPiece.first, tPiece.last, tPiece.value);
-  } else {
-    ReadClassicClasses();
-  }
-  ReportClasses();
-}
-
-void StateDiscovery::ReadClassicClasses() {
-  const uint64_t tAt = _fMachine.start + _fClassTable;
-  const uint32_t tFirst = _fTable.bytes.U16(tAt);
-  const uint64_t tCount = _fTable.bytes.U16(tAt + 2);
-  const uint64_t tLeft = _fTable.Left(tAt);
-  if (4 + tCount > tLeft) {
-    _fReport.Report(kClassTableBeyondTable, Severity::kFatalError,
-                    "The class table needs %lu bytes; only %lu are left in the table", {4 + tCount, tLeft}, {tAt});
-  }
-  const uint64_t tHeld = std::min(tCount, tLeft < 4 ? 0 : tLeft - 4);
-  _fReport.Spend(tHeld);
-  for (uint32_t i = 0; i < tHeld; ++i) TakeClass(tFirst + i, tFirst + i, _fTable.bytes.U8(tAt + 4 + i));
-}
-
-void StateDiscovery::TakeClass(uint32_t iFirst, uint32_t iLast, uint32_t iClass) {
-  const LayoutWhere tWhere = {_fMachine.start + _fClassTable, iFirst};
-  if (iClass >= _fMachine.classCount) {
-    _fBadClasses.AddMany(iLast - iFirst + 1, {_fMachine.classCount - 1, iFirst, iClass}, tWhere);
-    return;
-  }
-  if (iClass >= StateMachine::kFirstOwnClass) {
-    StateMachine::ClassGlyphs& tGlyphs = _fMachine.classes[iClass];
-    tGlyphs.lowest = tGlyphs.any ? std::min(tGlyphs.lowest, iFirst) : iFirst;
-    tGlyphs.highest = std::max(tGlyphs.highest, iLast);
-    tGlyphs.any = true;
-    if (_fTable.IsBeyondFont(iLast)) {
-      _fMachine.glyphsTaken.push_back({Tova::Wrap16(iFirst), Tova::Wrap16(iLast), 0});
-    }
-    return;
-  }
-  const uint32_t tEnd = std::min(iLast + 1, _fTable.glyphCount);
-  const uint64_t tCount = tEnd > iFirst ? tEnd - iFirst : 0;
-  if (iClass == StateMachine::kDeletedGlyphClass) _fDeletedClasses.AddMany(tCount, {iFirst}, tWhere);
-  if (iClass == StateMachine::kEndOfText || iClass == StateMachine::kEndOfLine) {
-    _fReservedClasses.AddMany(tCount, {iFirst, iClass}, tWhere);
-  }
-}
-
-void StateDiscovery::ReportClasses() {
-  _fReport.ReportCount(kClassAboveLast, Severity::kMajorError,
-                       "%d glyphs have a class above the last one (%d); the first is glyph %d with class %d",
-                       _fBadClasses);
-  _fReport.ReportCount(
-      kClassReserved, Severity::kMinorError,
-      "%d glyphs have a class reserved for the end of text or line; the first is glyph %d with class %d",
-      _fReservedClasses);
-  _fReport.ReportCount(kClassDeleted, Severity::kTechnicalError,
-                       "%d glyphs have the class of deleted glyphs; the first is glyph %d", _fDeletedClasses);
-  _fMachine.usableClasses = {StateMachine::kOtherGlyph, StateMachine::kDeletedGlyphClass};
-  for (uint32_t tClass = StateMachine::kFirstOwnClass; tClass < _fMachine.classCount; ++tClass) {
-    if (_fMachine.classes[tClass].any) {
-      _fMachine.usableClasses.push_back(tClass);
-    } else {
-      _fReport.Report(kClassWithoutGlyphs, Severity::kInformation, "Class %d has no glyphs", {tClass},
-                      {_fMachine.start + _fClassTable});
-    }
-  }
 }
 
 // States and entries.

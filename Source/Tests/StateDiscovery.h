@@ -24,7 +24,6 @@ class StateDiscovery {
   StateMachine& Machine() { return _fMachine; }
 
  private:
-  /// The offset of a new state, beside those that say which state it is.
   bool CheckHeader();
   bool CheckHeaderFits();
   uint64_t HeaderField(uint64_t iField) const;
@@ -32,11 +31,6 @@ class StateDiscovery {
   void MeasureSections();
   LayoutSection SectionAt(uint64_t iOffset) const;
   bool CheckFirstStates();
-
-  void ReadClasses();
-  void ReadClassicClasses();
-  void TakeClass(uint32_t iFirst, uint32_t iLast, uint32_t iClass);
-  void ReportClasses();
 
   void FollowStates();
   void ReadState(uint32_t iState);
@@ -57,7 +51,4 @@ class StateDiscovery {
   std::vector<uint64_t> _fSectionOffsets;  // ascending, from the header's start
   std::vector<uint32_t> _fStateOfNumber;   // index of a state by its number; kNoState: not discovered
   bool _fNamedInitialState = false;        // the state array's offset is that of the initial state
-  LayoutTally _fBadClasses;
-  LayoutTally _fReservedClasses;
-  LayoutTally _fDeletedClasses;
 };
