@@ -135,6 +135,7 @@ static_assert(std::ranges::none_of(kOpCodes, [](const OpCode& iOpCode) { return 
 bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteView iBytes, uint64_t iLength,
                                     uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions) {
   if (iLength == 0) return true;
+  iTester->GetFont()->SpendWork(iLength);
   OpCodeState tState = {.tester = iTester,
                         .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
                         .isGlyphProgram = iTester->TestsTableWithTag(FTTag("glyf")) != nullptr};

@@ -21,12 +21,14 @@ void VornFontTesterInstructions_glyf::CheckInstructions_glyf(const FTFontTable_g
     return;
   }
   if (!ExecuteTestsWithSeverity(kVornFontTestSeverityMajorError)) return;
+  iTable->GetFont()->SpendWork(tGlyphCount);
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
-    const auto* tOutline = dynamic_cast<const FTSimpleTrueTypeGlyph*>(iTable->GetGlyph(tGlyph));
-    if (!tOutline) continue;
-    const uint16_t tLength = tOutline->GetInstructionByteCount();
+    const FTTrueTypeGlyph tOutline = iTable->GetGlyph(tGlyph);
+    if (!tOutline || !tOutline.IsSimpleGlyph()) continue;
+    const FTSimpleTrueTypeGlyph tSimple(tOutline);
+    const uint16_t tLength = tSimple.GetInstructionByteCount();
     if (tLength == 0) continue;
-    if (!CheckTrueTypeInstructionStream(this, tOutline->GetInstructionData(), tLength, nullptr, nullptr) &&
+    if (!CheckTrueTypeInstructionStream(this, tSimple.GetInstructionData(), tLength, nullptr, nullptr) &&
         CanBailOnFirstFailure())
       return;
   }

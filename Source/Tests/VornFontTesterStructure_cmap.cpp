@@ -38,7 +38,8 @@ void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, Tov
 
 bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {
   const bool tHadRoom = _fChecks <= kFTMaxCmapChecks;
-  _fChecks += GetTable()->GetFont()->SpendWork(iCount) ? iCount : kFTMaxCmapChecks + 1;
+  GetTable()->GetFont()->SpendWork(iCount);
+  _fChecks += iCount;
   if (_fChecks <= kFTMaxCmapChecks) return true;
   if (tHadRoom) ReportResult(kVornFontTestSeverityFatalError, "The font has an invalid 'cmap' table");
   return false;

@@ -30,6 +30,7 @@ void VornFontTesterStructure_glyf::CheckStructure_glyf(const FTFontTable_glyf* i
     ReportResult(kVornFontTestSeverityTechnicalError, "Table has an odd number of bytes (%d)", {iTable->GetSize()});
   }
   const uint32_t tGlyphCount = tFont.CountFontGlyphs();
+  tFont.SpendWork(tGlyphCount);
   const auto& tTable_head = *tFont.FindTable<FTFontTable_head>();
   int16_t tMaxContours = 0;
   for (uint32_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
@@ -72,27 +73,27 @@ bool VornFontTesterStructure_glyf::RequiredTablesExist(const FTFontTable_glyf& i
 void VornFontTesterStructure_glyf::CheckGlyph(const FTFontTable_glyf& iTable, uint32_t iGlyph,
                                               const FTFontTable_head& iHead, int16_t& ioMaxContours) const {
   const uint16_t tGlyphCount = iTable.GetFont()->CountFontGlyphs();
-  const FTTrueTypeGlyph* tOutline = iTable.GetGlyph(iGlyph);
+  const FTTrueTypeGlyph tOutline = iTable.GetGlyph(iGlyph);
   if (!tOutline) {
     ReportResult(kVornFontTestSeverityFatalError, "Glyph %d (of %d) does not have valid data", {iGlyph, tGlyphCount});
     return;
   }
-  if (tOutline->IsEmptyGlyph() && iGlyph == 0) {
+  if (tOutline.IsEmptyGlyph() && iGlyph == 0) {
     ReportResult(kVornFontTestSeverityMinorError, "Glyph 0 has no visual appearance but should");
   }
-  if (!tOutline->IsEmptyGlyph() && iGlyph == 1) {
+  if (!tOutline.IsEmptyGlyph() && iGlyph == 1) {
     ReportResult(kVornFontTestSeverityMinorError, "Glyph 1 should have no visual appearance but does");
   }
-  if (tOutline->IsEmptyGlyph()) {
+  if (tOutline.IsEmptyGlyph()) {
     ReportResult(kVornFontTestSeverityInformation, "Glyph %d has no visual appearance", {iGlyph});
     return;
   }
-  if (const auto* tSimple = dynamic_cast<const FTSimpleTrueTypeGlyph*>(tOutline)) {
-    if (!ExecuteTestsWithSeverity(kVornFontTestSeverityMinorError)) return;
-    ioMaxContours = std::max(ioMaxContours, static_cast<int16_t>(tSimple->GetContourCount()));
-    CheckSimpleGlyph(iGlyph, *tSimple, iHead);
-  } else if (const auto* tCompound = dynamic_cast<const FTCompoundTrueTypeGlyph*>(tOutline)) {
-    CheckCompoundGlyph(iGlyph, *tCompound, tGlyphCount);
+  if (tOutline.IsCompoundGlyph()) {
+    CheckCompoundGlyph(iGlyph, FTCompoundTrueTypeGlyph(tOutline), tGlyphCount);
+  } else if (ExecuteTestsWithSeverity(kVornFontTestSeverityMinorError)) {
+    const FTSimpleTrueTypeGlyph tSimple(tOutline);
+    ioMaxContours = std::max(ioMaxContours, static_cast<int16_t>(tSimple.GetContourCount()));
+    CheckSimpleGlyph(iGlyph, tSimple, iHead);
   }
 }
 
@@ -112,25 +113,17 @@ void VornFontTesterStructure_glyf::CheckSimpleGlyph(uint32_t iGlyph, const FTSim
   CheckAgainstFontBox(iGlyph, tComputed, iHead);
 }
 
-void VornFontTesterStructure_glyf::CheckContours(uint32_t iGlyph, const FTSimpleTrueTypeGlyph& iOutline) const {
-  const Tova::ByteView tEndPoints = iOutline.GetUnswappedEndPoints();
-  const auto tFlags = iOutline.GetFlagData();
-  const auto tOnCurve = [tFlags](size_t iPoint) {
-    return iPoint < tFlags.size() && (tFlags[iPoint] & FTSimpleTrueTypeGlyph::kOnCurve);
-  };
-  size_t tStart = 0;
-  for (uint16_t tContour = 0; tContour < iOutline.GetContourCount(); ++tContour) {
-    const size_t tEnd = tEndPoints.U16(uint64_t{2} * tContour);
-    // For all contours but the first these points are one before the ones whose flags are compared.
-    const auto tLast = static_cast<uint16_t>(iOutline.GetContourPointCount(tContour) - 1);
-    const bool tClosed = iOutline.GetContourPoint(tContour, 0) == iOutline.GetContourPoint(tContour, tLast);
-    if (tClosed && tOnCurve(tStart) != tOnCurve(tEnd)) {
+void VornFontTesterStructure_glyf::CheckContours(uint32_t iGlyph, const FTSimpleTrueTypeGlyph& iGlyphOutline) const {
+  if (!iGlyphOutline.HasMixedEnds()) return;
+  const uint16_t tCount = iGlyphOutline.GetContourCount();
+  const FTOutline& tOutline = iGlyphOutline.GetOutline();
+  for (uint16_t tContour = 0; tContour < tCount; ++tContour) {
+    if (tOutline.HasMixedEnds(tContour)) {
       ReportResult(kVornFontTestSeverityMinorError,
                    "Glyph %d, contour %d starts and stops at the same point, but the start point is on the curve and "
                    "the stop point is not",
                    {iGlyph, tContour});
     }
-    tStart = tEnd + 1;
   }
 }
 

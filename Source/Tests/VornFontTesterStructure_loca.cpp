@@ -55,6 +55,7 @@ void VornFontTesterStructure_loca::CheckSize(uint64_t iSize, uint64_t iExpected)
 
 void VornFontTesterStructure_loca::CheckOffsets(const FTFontTable_loca& iTable, uint16_t iGlyphCount,
                                                 uint64_t iGlyfSize) const {
+  iTable.GetFont()->SpendWork(iGlyphCount);
   for (uint32_t tGlyph = 0; tGlyph < iGlyphCount; ++tGlyph) {
     const uint64_t tOffset = iTable.GetGlyphOffset(static_cast<uint16_t>(tGlyph));
     if (tGlyph + 1 < iGlyphCount) {
