@@ -47,10 +47,7 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
   FTFont::operator=(iOther);
   _fDirectoryOffset = iOther._fDirectoryOffset;
   _fScaler = iOther._fScaler;
-  _fTables.reset();
-  _fIdentifier = {};
-  _fPostScriptName = {};
-  _fFullName = {};
+  ForgetTables();
   _fGlyphCount = iOther._fGlyphCount;
   _fHorizontalLongMetricsCount = iOther._fHorizontalLongMetricsCount;
   _fVerticalLongMetricsCount = iOther._fVerticalLongMetricsCount;
@@ -70,6 +67,14 @@ const void* FTFont_sfnt::TestBasicUsability() const {
 }
 
 // Directory and tables.
+
+void FTFont_sfnt::ForgetTables() const {
+  _fTables.reset();
+  _fTableIndex = {};
+  _fIdentifier = {};
+  _fPostScriptName = {};
+  _fFullName = {};
+}
 
 void FTFont_sfnt::ValidateHeader() const {
   const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
