@@ -208,7 +208,8 @@ bool FTFont_sfnt::IsSbitOnly() const {
 }
 
 bool FTFont_sfnt::IsHintedFont() const {
-  // 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not hinted.
+  // quirk: tag-spelling. 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not
+  // hinted.
   for (const uint32_t tTag : {FTTag("cvar"), FTTag("cvt_"), FTTag("fpgm"), FTTag("prep")}) {
     if (HasTaggedTable(tTag)) return true;
   }
