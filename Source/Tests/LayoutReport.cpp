@@ -53,6 +53,7 @@ void LayoutReport::ReportCount(uint16_t iRank, Severity iSeverity, const char* i
 }
 
 void LayoutReport::Spend(uint64_t iSteps) {
+  _fTester.GetFont()->GetWorkBudget().Charge(iSteps);
   if (iSteps <= _fStepsLeft) {
     _fStepsLeft -= iSteps;
     return;

@@ -100,7 +100,8 @@ class LayoutReport {
   void ReportCount(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutTally& iTally,
                    const std::string* iSubject = nullptr);
 
-  /// Takes note of many things about to be read. Throws GivenUp when they are too many.
+  /// Takes note of many things about to be read, also in the budget of the file. Throws GivenUp when they are too many
+  /// for the table, FTException when they are for the file.
   void Spend(uint64_t iSteps);
 
  private:
