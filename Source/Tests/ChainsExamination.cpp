@@ -34,8 +34,7 @@ constexpr uint32_t kInsertion = 5;
 
 ChainsExamination::ChainsExamination(const FTFontTable_Chains& iTable, const LayoutTable& iBytes,
                                      StateTableWidth iWidth, bool iHasGlyphCoverage)
-    : _fTable(iTable),
-      _fBytes{iBytes.bytes, iBytes.glyphCount, false, iBytes.report},
+    : _fBytes{iBytes.bytes, iBytes.glyphCount, false, iBytes.report},
       _fChains(iTable.Chains()),
       _fWidth(iWidth),
       _fHasGlyphCoverage(iHasGlyphCoverage),

@@ -81,7 +81,6 @@ class ChainsExamination {
   void TakeIn(const std::vector<LookupPiece>& iPieces);
   void ReportTemporaries();
 
-  const FTFontTable_Chains& _fTable;
   const LayoutTable _fBytes;
   const FTLayoutChains _fChains;
   const StateTableWidth _fWidth;

@@ -80,8 +80,7 @@ void StateActions::ForEachPair(const std::function<bool(const StateMachine::Entr
     tPairs.push_back(uint64_t{iIndex} << 32 | iClass);
   });
   std::ranges::sort(tPairs);
-  const auto tRest = std::ranges::unique(tPairs);
-  tPairs.erase(tRest.begin(), tRest.end());
+  tPairs.erase(std::unique(tPairs.begin(), tPairs.end()), tPairs.end());
   for (const uint64_t tPair : tPairs) {
     const auto tIndex = static_cast<uint16_t>(tPair >> 32);
     iCheck(tIndex, _fMachine.entries[tIndex], static_cast<uint32_t>(tPair));

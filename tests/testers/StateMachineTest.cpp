@@ -17,6 +17,8 @@ const std::string kInformation = "Information", kMinor = "MinorError";
 
 constexpr uint16_t kPush = 0x8000, kMark = 0x8000, kStay = 0x4000, kAct = 0x2000;
 
+Message Says(const std::string& severity, const std::string& text) { return {severity, text}; }
+
 /// The messages about a machine, without their beginning, in a font of 40 glyphs.
 std::vector<Message> MessagesOf(Kind kind, StateTableWidth width, const Bytes& machine) {
   const bool kerning = kind == Kind::kKerning;
@@ -111,16 +113,16 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
            {kInformation, "Entry 2 is never referenced"},
            noAction});
   EXPECT_EQ(MessagesOf(Kind::kRearrangement, kExtended, TableBuilder(good).Patch("mark.next", 3)).front(),
-            Message(kMajor, "State 3, reached from entry 1, lies beyond the end of the state array"));
+            Says(kMajor, "State 3, reached from entry 1, lies beyond the end of the state array"));
   EXPECT_EQ(MessagesOf(Kind::kLigature, kExtended, Ligature(kExtended, 2).Build().Patch("start/end", 3)).front(),
-            Message(kMajor, "Entry 3, used by state 0 for class 0, lies beyond the end of the entry table"));
+            Says(kMajor, "Entry 3, used by state 0 for class 0, lies beyond the end of the entry table"));
   patched("line/other", 0x4000,
           {{kFatal, "Entry 16384, used by state 1 for class 1, lies beyond the end of the table"}});
   patched("swap.flags", 0x2011, {{kTechnical, "1 entries have reserved flags set; the first is entry 2 (0x2011)"}});
   const TableBuilder classic = Rearrangement(kClassic).Build();
   const auto next = [&](uint64_t value, const std::string& text) {
     const auto messages = MessagesOf(Kind::kRearrangement, kClassic, TableBuilder(classic).Patch("mark.next", value));
-    EXPECT_EQ(messages.front(), Message(kMajor, "Entry 1: the new state offset " + text));
+    EXPECT_EQ(messages.front(), Says(kMajor, "Entry 1: the new state offset " + text));
   };
   next(0x0021, "0x0021 is not the start of a state");
   next(8, "0x0008 lies before the state array");
@@ -132,15 +134,15 @@ TEST(StateMachine, ClassesAreJudged) {
   const auto patched = [](uint16_t value) {  // the class of glyph 1
     TableBuilder machine = Rearrangement(kClassic).Build();
     return MessagesOf(Kind::kRearrangement, kClassic,
-                      machine.Patch("classes", uint64_t{1} << 32 | 2 << 16 | value << 8 | 5));
+                      machine.Patch("classes", uint64_t{1} << 32 | uint64_t{2} << 16 | uint64_t{value} << 8 | 5));
   };
   EXPECT_EQ(patched(6).front(),
-            Message(kMajor, "1 glyphs have a class above the last one (5); the first is glyph 1 with class 6"));
+            Says(kMajor, "1 glyphs have a class above the last one (5); the first is glyph 1 with class 6"));
   EXPECT_EQ(
       patched(3).front(),
-      Message(kMinor, "1 glyphs have a class reserved for the end of text or line; the first is glyph 1 with class 3"));
-  EXPECT_EQ(patched(2)[0], Message(kTechnical, "1 glyphs have the class of deleted glyphs; the first is glyph 1"));
-  EXPECT_EQ(patched(2)[1], Message(kInformation, "Class 4 has no glyphs"));
+      Says(kMinor, "1 glyphs have a class reserved for the end of text or line; the first is glyph 1 with class 3"));
+  EXPECT_EQ(patched(2)[0], Says(kTechnical, "1 glyphs have the class of deleted glyphs; the first is glyph 1"));
+  EXPECT_EQ(patched(2)[1], Says(kInformation, "Class 4 has no glyphs"));
 }
 
 TEST(StateMachine, AGlyphThatIsNeverPassedIsFatal) {
@@ -213,13 +215,12 @@ TEST(StateMachine, LigatureListsAndComponentsLieInTheirTables) {
     return MessagesOf(Kind::kLigature, kExtended, Ligature(kExtended, 2).Build().Patch(field, value));
   };
   const std::string actions = "Entry 2: the ligature actions at 0x";
-  EXPECT_EQ(patched("make.word0", 0x4000).front(),
-            Message(kFatal, actions + "000100A8 lie beyond the end of the table"));
-  EXPECT_EQ(patched("make.word0", 2).front(), Message(kMajor, actions + "000000B0 lie outside the action table"));
+  EXPECT_EQ(patched("make.word0", 0x4000).front(), Says(kFatal, actions + "000100A8 lie beyond the end of the table"));
+  EXPECT_EQ(patched("make.word0", 2).front(), Says(kMajor, actions + "000000B0 lie outside the action table"));
   EXPECT_EQ(patched("extra table 0", 0x3FFFFFFB3FFFFFFB).front(),
-            Message(kFatal, actions + "000000A8 run beyond the end of the table"));
+            Says(kFatal, actions + "000000A8 run beyond the end of the table"));
   EXPECT_EQ(patched("extra table 0", 0x3FFFFFFDBFFFFFFB).front(),
-            Message(kMajor, "Entry 2, class 5: the components of glyphs 6 to 6 lie outside the component table"));
+            Says(kMajor, "Entry 2, class 5: the components of glyphs 6 to 6 lie outside the component table"));
   EXPECT_EQ(
       patched("extra table 1", 0x00000005),
       std::vector<Message>({{kMinor, "1 components lead beyond the ligature table; the first is component 1 (5)"}}));
@@ -232,7 +233,7 @@ TEST(StateMachine, SubstitutionsAndInsertionsLieInTheirTables) {
   const auto use = [&](uint64_t index) {
     return MessagesOf(Kind::kContextual, kExtended, contextual.Build().Patch("use.word1", index)).front();
   };
-  EXPECT_EQ(use(0x4000), Message(kFatal, "Substitution 16384 lies beyond the end of the table"));
+  EXPECT_EQ(use(0x4000), Says(kFatal, "Substitution 16384 lies beyond the end of the table"));
   MachineBuilder insertion(Kind::kInsertion, kExtended);
   insertion.Class("a", {1}).State("start", {{"a", "put"}}).State("line");
   insertion.Entry("put", {.flags = 0x40, .words = {0, 0xFFFF}}).Extra(TableBuilder().U16(9).U16(0xFFFF));
@@ -241,8 +242,8 @@ TEST(StateMachine, SubstitutionsAndInsertionsLieInTheirTables) {
     return MessagesOf(Kind::kInsertion, kExtended, insertion.Build().Patch(field, value)).front();
   };
   EXPECT_EQ(put("put.word0", 1),
-            Message(kFatal, "Entry 1: the inserted glyphs at 0x0000008A lie beyond the end of the table"));
-  EXPECT_EQ(put("put.word0", 0xFFFF), Message(kMinor, "No action can ever be performed"));
+            Says(kFatal, "Entry 1: the inserted glyphs at 0x0000008A lie beyond the end of the table"));
+  EXPECT_EQ(put("put.word0", 0xFFFF), Says(kMinor, "No action can ever be performed"));
   EXPECT_EQ(put("put.word1", 0).severity, kInformation);
 }
 
@@ -255,9 +256,9 @@ TEST(StateMachine, KerningListsEndAndStatesMayPrecedeTheArray) {
   const auto first = [&](const TableBuilder& table) { return MessagesOf(Kind::kKerning, kClassic, table).front(); };
   const TableBuilder good = machine.Build();
   EXPECT_EQ(first(TableBuilder(good).Patch("extra table 0", 0x00020004)),
-            Message(kFatal, "Entry 1: the values at 0x00000034 run beyond the end of the table"));
+            Says(kFatal, "Entry 1: the values at 0x00000034 run beyond the end of the table"));
   EXPECT_EQ(first(TableBuilder(good).Patch("kern.flags", 0xBFFF)),
-            Message(kFatal, "Entry 1: the values at 0x0000400F lie beyond the end of the table"));
+            Says(kFatal, "Entry 1: the values at 0x0000400F lie beyond the end of the table"));
   TableBuilder second = good;
   const std::vector<Message> found =
       MessagesOf(Kind::kKerning, kClassic, second.Patch("stateArray", good.Offset("line/end")));

@@ -54,17 +54,17 @@ std::vector<FTLayoutChain> FTFontTable_Chains::ReadChains() const {
   if (tChains.size() < tLayout.CountChains()) {
     const uint64_t tChain =
         tChains.empty() ? FTLayoutChains::kTableHeaderSize : tChains.back().offset + tChains.back().length;
-    FTThrowAt(Bytes().Holds(tChain, tLayout.ChainHeaderSize()) ? "tNextChain > tTableLimit"
-                                                               : "tChain + tHeaderSize > tTableLimit",
-              "The chain head points beyond the end of the table", SourceFile(), __LINE__);
+    const bool tHasHead = Bytes().Holds(tChain, tLayout.ChainHeaderSize());
+    FTThrow({tHasHead ? "tNextChain > tTableLimit" : "tChain + tHeaderSize > tTableLimit",
+             "The chain head points beyond the end of the table", SourceFile(), __LINE__});
   }
   return tChains;
 }
 
 void FTFontTable_Chains::RequireFeature(uint64_t iAt) const {
   if (!Bytes().Holds(iAt, kFeatureEntrySize)) {
-    FTThrowAt("tFeature + kFeatureEntrySize > tTableLimit", "The feature entry points beyond the end of the table",
-              SourceFile(), __LINE__);
+    FTThrow({"tFeature + kFeatureEntrySize > tTableLimit", "The feature entry points beyond the end of the table",
+             SourceFile(), __LINE__});
   }
 }
 
