@@ -20,7 +20,8 @@ struct OpCodeState {
   const VornFontTester* tester;
   bool isFontProgram;
   bool isGlyphProgram;
-  uint8_t opCode = 0;  // the one looked at
+  uint64_t offset = 0;  // in the table, of the opcode looked at
+  uint8_t opCode = 0;
   bool ok = true;
   bool inDefinition = false;
   uint16_t functionDefinitionCount = 0;
@@ -30,12 +31,13 @@ struct OpCodeState {
 
   IfCounts& CurrentIfs() { return inDefinition ? definitionIfs : topLevelIfs; }
   void Fail(Severity iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
+    const At tHere(*tester, {.offset = offset});
     tester->ReportResultFromTable("Instructions", iSeverity, iFormat, iArguments);
     ok = false;
   }
 };
 
-/// The font program consists of definitions.
+/// quirk: dormant-program-rules. The font program consists of definitions; but no tester says that it walks one.
 void AssureFDEFifFontProgram(OpCodeState& ioState) {
   if (ioState.isFontProgram && !ioState.inDefinition) {
     ioState.Fail(Severity::kMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
@@ -65,7 +67,7 @@ void EndifOpCodeChecker(OpCodeState& ioState) {
     --ioState.CurrentIfs().open;
 }
 
-/// ELSEs are held against all IFs before them, closed ones as well.
+/// quirk: else-counts-ifs. ELSEs are held against all IFs before them, closed ones as well.
 void ElseOpCodeChecker(OpCodeState& ioState) {
   AssureFDEFifFontProgram(ioState);
   IfCounts& tIfs = ioState.CurrentIfs();
@@ -111,15 +113,15 @@ struct OpCode {
 constexpr std::array<OpCode, 256> kOpCodes = [] {
   std::array<OpCode, 256> tOpCodes;
   tOpCodes.fill({DefaultOpCodeChecker});
-  tOpCodes[0x1B].check = ElseOpCodeChecker;
-  tOpCodes[0x2C].check = FdefOpCodeChecker;
-  tOpCodes[0x2D].check = EndfOpCodeChecker;
+  tOpCodes[0x1B].check = ElseOpCodeChecker;    // ELSE
+  tOpCodes[0x2C].check = FdefOpCodeChecker;    // FDEF
+  tOpCodes[0x2D].check = EndfOpCodeChecker;    // ENDF
   tOpCodes[0x40] = {PushOpCodeChecker, 1, 1};  // NPUSHB
   tOpCodes[0x41] = {PushOpCodeChecker, 1, 2};  // NPUSHW
-  tOpCodes[0x58].check = IfOpCodeChecker;
-  tOpCodes[0x59].check = EndifOpCodeChecker;
-  tOpCodes[0x89].check = IdefOpCodeChecker;
-  // Other opcodes that no instruction has, such as 0x91, pass.
+  tOpCodes[0x58].check = IfOpCodeChecker;      // IF
+  tOpCodes[0x59].check = EndifOpCodeChecker;   // EIF
+  tOpCodes[0x89].check = IdefOpCodeChecker;    // IDEF
+  // quirk: illegal-opcodes. 0x7B, 0x83, 0x84, 0x90 and 0xAF; other opcodes that no instruction has, such as 0x91, pass.
   for (const uint8_t tIllegal : std::initializer_list<uint8_t>{0x7B, 0x83, 0x84, 0x90, 0xAF})
     tOpCodes[tIllegal].check = IllegalOpCodeChecker;
   for (uint8_t tPushed = 1; tPushed <= 8; ++tPushed) {
@@ -133,7 +135,8 @@ static_assert(std::ranges::none_of(kOpCodes, [](const OpCode& iOpCode) { return 
 }  // namespace
 
 bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteView iBytes, uint64_t iLength,
-                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions) {
+                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions,
+                                    uint64_t iOffset) {
   if (iLength == 0) return true;
   iTester->GetFont()->SpendWork(iLength);
   OpCodeState tState = {.tester = iTester,
@@ -142,6 +145,7 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
   uint64_t tCurrent = 0;
   do {
     tState.opCode = iBytes.U8(tCurrent);
+    tState.offset = iOffset + tCurrent;
     const OpCode& tOpCode = kOpCodes[tState.opCode];
     tOpCode.check(tState);
     ++tCurrent;

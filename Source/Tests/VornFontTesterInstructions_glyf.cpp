@@ -17,8 +17,10 @@ void VornFontTesterInstructions_glyf::CheckTable(const FTFontTable_glyf& iTable)
     const FTSimpleTrueTypeGlyph tSimple(tOutline);
     const uint16_t tLength = tSimple.GetInstructionByteCount();
     if (tLength == 0) continue;
-    if (!CheckTrueTypeInstructionStream(this, tSimple.GetInstructionData(), tLength, nullptr, nullptr) &&
-        CanBailOnFirstFailure())
-      return;
+    const At tHere(*this, {.glyph = tGlyph});
+    const Tova::ByteView tProgram = tSimple.GetInstructionData();
+    const bool tSound =
+        CheckTrueTypeInstructionStream(this, tProgram, tLength, nullptr, nullptr, tProgram.OffsetIn(iTable.Bytes()));
+    if (!tSound && CanBailOnFirstFailure()) return;
   }
 }

@@ -23,6 +23,7 @@ void VornFontTesterStructure_glyf::CheckTable(const FTFontTable_glyf& iTable) co
   const auto& tTable_head = *tFont.FindTable<FTFontTable_head>();
   int16_t tMaxContours = 0;
   for (uint32_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
+    const At tHere(*this, {.glyph = tGlyph});
     try {
       CheckGlyph(iTable, tGlyph, tTable_head, tMaxContours);
     } catch (const FTException& tException) {
@@ -94,6 +95,7 @@ void VornFontTesterStructure_glyf::CheckSimpleGlyph(uint32_t iGlyph, const FTSim
     CheckContours(iGlyph, iOutline);
   } else {
     ReportResult(Severity::kMinorError,
+                 // quirk: box-computed-twice. The second box is the stored one.
                  "Glyph %d: bad bounding box computed; computed value is ( %d, %d, %d, %d ) and computed value is ( "
                  "%d, %d, %d, %d )",
                  {iGlyph, tComputed.left, tComputed.right, tComputed.bottom, tComputed.top, tStored.left, tStored.right,

@@ -24,10 +24,8 @@ class FTFont {
   FTFont(const FTFontOwner* iOwner, Tova::ByteView iBytes);
   /// Takes one more reference when the container is read-only, copies otherwise.
   FTFont(const FTFontOwner* iOwner, const Tova::Data& iData);
-  /// Maps the file. Throws "A file IO operation failed".
-  FTFont(const FTFontOwner* iOwner, const Tova::FileReference& iFile);
-  /// Looks into a mapping that others may look into as well.
-  FTFont(const FTFontOwner* iOwner, std::shared_ptr<const Tova::FileMapping> iMapping);
+  /// Looks into a file, as others may. Throws "A file IO operation failed" for one that could not be mapped.
+  FTFont(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile);
   /// Shares the bytes of a read-only font, copies those of another. Throws "A file IO operation failed" for a read-only
   /// font over a mapped file: a copy never keeps a file mapped.
   FTFont(const FTFont& iOther);
@@ -62,20 +60,17 @@ class FTFont {
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 
-  /// Maps a file for the fonts in it. Throws "A file IO operation failed".
-  static std::shared_ptr<const Tova::FileMapping> MapFile(const Tova::FileReference& iFile);
-
  protected:
   const FTFontOwner* Owner() const { return _fOwner; }
-  /// Who keeps a mapped file's bytes; null for other bytes.
-  const std::shared_ptr<const Tova::FileMapping>& Mapping() const { return _fMapping; }
+  /// The file that the font looks into; null for other bytes.
+  const std::shared_ptr<const Tova::File>& SharedFile() const { return _fFile; }
 
  private:
   void CopyUnswappedData(const FTFont& iOther);
 
   const FTFontOwner* _fOwner = nullptr;
   mutable FTWorkBudget _fOwnBudget;
-  Tova::Data _fData;                                   // owns the bytes, or
-  std::shared_ptr<const Tova::FileMapping> _fMapping;  // keeps them mapped, or neither: they are borrowed
+  Tova::Data _fData;                         // owns the bytes, or
+  std::shared_ptr<const Tova::File> _fFile;  // keeps them mapped, or neither: they are borrowed
   Tova::ByteView _fBytes;
 };

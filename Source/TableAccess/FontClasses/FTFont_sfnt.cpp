@@ -1,7 +1,6 @@
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <initializer_list>
 #include <utility>
 
@@ -37,14 +36,8 @@ FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes)
 FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, const Tova::Data& iData)
     : FTFont(iOwner, iData), _fScaler(Bytes().U32(0)) {}
 
-FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, const Tova::FileReference& iFile, uint64_t iDirectoryOffset)
-    : FTFont_sfnt(iOwner, MapFile(iFile), iDirectoryOffset) {}
-
-FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::FileMapping> iMapping,
-                         uint64_t iDirectoryOffset)
-    : FTFont(iOwner, std::move(iMapping)),
-      _fDirectoryOffset(iDirectoryOffset),
-      _fScaler(Bytes().U32(iDirectoryOffset)) {}
+FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile, uint64_t iDirectoryOffset)
+    : FTFont(iOwner, std::move(iFile)), _fDirectoryOffset(iDirectoryOffset), _fScaler(Bytes().U32(iDirectoryOffset)) {}
 
 FTFont_sfnt::FTFont_sfnt(const FTFont_sfnt& iOther)
     : FTFont(iOther), _fDirectoryOffset(iOther._fDirectoryOffset), _fScaler(iOther._fScaler) {}
@@ -82,8 +75,8 @@ void FTFont_sfnt::ValidateHeader() const {
   const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
   if (!tFault.detail) return;
   if (tFault.tooMuchData) {
-    const TovaStringRef tName = Owner() ? Owner()->GetName() : nullptr;
-    std::fprintf(stderr, "##### ERROR IN FONT FILE\n%s\n", tName ? TovaStringGetUTF8(tName) : "");
+    TovaLogLine(Tova::MakeString("##### ERROR IN FONT FILE").get());
+    if (Owner()) TovaLogLine(Owner()->GetName());
   }
   FTThrow(tFault.assertion, tFault.detail);
 }
@@ -139,8 +132,8 @@ bool FTFont_sfnt::HasTaggedTable(uint32_t iTag) const {
 // What the tables say of the font.
 
 std::shared_ptr<FTGlyphSet> FTFont_sfnt::GetGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocations) const {
-  if (!Owner() || !Mapping()) return std::make_shared<FTGlyphSet>(iGlyphs, iLocations, GetWorkBudget());
-  return Owner()->GetGlyphSets().Get(iGlyphs, iLocations, GetWorkBudget(), Mapping());
+  if (!Owner() || !SharedFile()) return std::make_shared<FTGlyphSet>(iGlyphs, iLocations, GetWorkBudget());
+  return Owner()->GetGlyphSets().Get(iGlyphs, iLocations, GetWorkBudget(), SharedFile());
 }
 
 uint16_t FTFont_sfnt::GetFontUnitsPerEm() const {

@@ -36,8 +36,7 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   FTFont_sfnt() = default;
   FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes);
   FTFont_sfnt(const FTFontOwner* iOwner, const Tova::Data& iData);
-  FTFont_sfnt(const FTFontOwner* iOwner, const Tova::FileReference& iFile, uint64_t iDirectoryOffset = 0);
-  FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::FileMapping> iMapping, uint64_t iDirectoryOffset);
+  FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile, uint64_t iDirectoryOffset = 0);
   FTFont_sfnt(const FTFont_sfnt& iOther);
   FTFont_sfnt& operator=(const FTFont_sfnt& iOther);
   ~FTFont_sfnt() override;
