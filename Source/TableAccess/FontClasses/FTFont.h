@@ -53,8 +53,8 @@ class FTFont {
   /// Charges work to it, before it is done: throws FTWorkBudgetEnd once the fonts of the file together ask for more
   /// than its size explains.
   void SpendWork(uint64_t iSteps) const { GetWorkBudget().Charge(iSteps); }
-  /// Gives up what is made on first use and can be made again: the tables, and all that was read of them. What they
-  /// lent out is gone; the font's names stay.
+  /// Gives up what is made on first use and can be made again: the tables, and all that was read of them, names
+  /// included. What they lent out is gone.
   virtual void ForgetTables() const {}
 
   /// The font's bytes, for reading.
@@ -62,8 +62,8 @@ class FTFont {
 
  protected:
   const FTFontOwner* Owner() const { return _fOwner; }
-  /// The file that the font looks into; null for other bytes.
-  const std::shared_ptr<const Tova::File>& SharedFile() const { return _fFile; }
+  /// Who keeps a mapped file's bytes; null for other bytes.
+  const std::shared_ptr<const Tova::File>& GetFile() const { return _fFile; }
 
  private:
   void CopyUnswappedData(const FTFont& iOther);

@@ -47,10 +47,7 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
   FTFont::operator=(iOther);
   _fDirectoryOffset = iOther._fDirectoryOffset;
   _fScaler = iOther._fScaler;
-  _fTables.reset();
-  _fIdentifier = {};
-  _fPostScriptName = {};
-  _fFullName = {};
+  ForgetTables();
   _fGlyphCount = iOther._fGlyphCount;
   _fHorizontalLongMetricsCount = iOther._fHorizontalLongMetricsCount;
   _fVerticalLongMetricsCount = iOther._fVerticalLongMetricsCount;
@@ -70,6 +67,14 @@ const void* FTFont_sfnt::TestBasicUsability() const {
 }
 
 // Directory and tables.
+
+void FTFont_sfnt::ForgetTables() const {
+  _fTables.reset();
+  _fTableIndex = {};
+  _fIdentifier = {};
+  _fPostScriptName = {};
+  _fFullName = {};
+}
 
 void FTFont_sfnt::ValidateHeader() const {
   const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
@@ -132,8 +137,8 @@ bool FTFont_sfnt::HasTaggedTable(uint32_t iTag) const {
 // What the tables say of the font.
 
 std::shared_ptr<FTGlyphSet> FTFont_sfnt::GetGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocations) const {
-  if (!Owner() || !SharedFile()) return std::make_shared<FTGlyphSet>(iGlyphs, iLocations, GetWorkBudget());
-  return Owner()->GetGlyphSets().Get(iGlyphs, iLocations, GetWorkBudget(), SharedFile());
+  if (!Owner() || !GetFile()) return std::make_shared<FTGlyphSet>(iGlyphs, iLocations, GetWorkBudget());
+  return Owner()->GetGlyphSets().Get(iGlyphs, iLocations, GetWorkBudget(), GetFile());
 }
 
 uint16_t FTFont_sfnt::GetFontUnitsPerEm() const {
@@ -203,7 +208,8 @@ bool FTFont_sfnt::IsSbitOnly() const {
 }
 
 bool FTFont_sfnt::IsHintedFont() const {
-  // 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not hinted.
+  // quirk: tag-spelling. 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not
+  // hinted.
   for (const uint32_t tTag : {FTTag("cvar"), FTTag("cvt_"), FTTag("fpgm"), FTTag("prep")}) {
     if (HasTaggedTable(tTag)) return true;
   }

@@ -49,7 +49,7 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   TovaStringRef GetName() const override;
   TovaStringRef GetPostScriptName() const override;
   uint32_t GetType() const override { return kSfnt; }
-  void ForgetTables() const override { _fTables.reset(); }
+  void ForgetTables() const override;
 
   /// The family resource that lists this font; none for a font from a data fork.
   virtual const FTFont_FOND* GetFOND() const { return nullptr; }

@@ -11,16 +11,10 @@ namespace {
 using Kind = FTGlyphRecord::Kind;
 using State = FTGlyphRecord::State;
 
-// Where messages say that decoding fails.
-constexpr char kTableSource[] = "TableAccess/TableClasses/FTFontTable_glyf";
-constexpr char kGlyphSource[] = "TableAccess/AncillaryClasses/FTTrueTypeGlyph";
-constexpr char kSimpleSource[] = "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph";
-constexpr char kCompoundSource[] = "TableAccess/AncillaryClasses/FTCompoundTrueTypeGlyph";
-
 constexpr uint64_t kHeaderSize = 10;
 
 Kind KindOf(int16_t iNumberOfContours) {
-  if (iNumberOfContours < -1) FTThrowAt("tGlyph == NULL", "An error occurred allocating memory", kTableSource, 109);
+  if (iNumberOfContours < -1) FTThrow(FTFaults::kGlyphOfUnknownKind);
   if (iNumberOfContours < 0) return Kind::kCompound;
   return iNumberOfContours == 0 ? Kind::kEmpty : Kind::kSimple;
 }
@@ -39,8 +33,7 @@ FTGlyphSet::FTGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocation
   for (uint32_t i = 0; i < Count(); ++i) {
     const uint64_t tNext = _fLocations.Offset(i + 1);
     if (tOffset > _fBytes.Size()) {
-      FTThrowAt("tTable_loca->GetGlyphOffset( tIndex ) > GetUnswappedDataLength()",
-                "The 'loca' table points to data outside the bounds of the 'glyf' table", kTableSource, 106);
+      FTThrow(FTFaults::kGlyphOutsideGlyf);
     }
     _fRecords.push_back({.kind = tNext == tOffset ? Kind::kEmpty : KindOf(_fBytes.S16(tOffset))});
     tOffset = tNext;
@@ -61,13 +54,11 @@ const FTGlyphRecord& FTGlyphSet::Read(uint16_t iGlyph) {
 /// Marks the glyph and reads its header.
 FTGlyphRecord& FTGlyphSet::BeginReading(uint16_t iGlyph) {
   FTGlyphRecord& tRecord = _fRecords[iGlyph];
-  if (tRecord.state == State::kBeingRead)
-    FTThrowAt("ReadingData()", "A compound glyph contains itself as a component", kGlyphSource, 145);
+  if (tRecord.state == State::kBeingRead) FTThrow(FTFaults::kGlyphContainsItself);
   tRecord.state = State::kBeingRead;
   const uint64_t tLength = LengthOf(iGlyph);
   if (tLength == 0) return tRecord;
-  if (tLength < kHeaderSize)
-    FTThrowAt("GetUnswappedDataLength() < 5 * sizeof( uint16_t )", "A glyph contains bad data", kGlyphSource, 149);
+  if (tLength < kHeaderSize) FTThrow(FTFaults::kGlyphTooShort);
   const Tova::ByteView tBytes = BytesOf(iGlyph);
   tRecord.storedBox = {.top = tBytes.S16(8), .left = tBytes.S16(2), .bottom = tBytes.S16(4), .right = tBytes.S16(6)};
   return tRecord;
@@ -83,8 +74,7 @@ void FTGlyphSet::ReadSimple(uint16_t iGlyph, FTGlyphRecord& ioRecord) {
   ioRecord.instructionBytes = tBytes.U16(kHeaderSize + uint64_t{2} * ioRecord.contours);
   // The glyph's header and its end points are left out of the sum.
   if (uint64_t{ioRecord.points} + ioRecord.instructionBytes > LengthOf(iGlyph)) {
-    FTThrowAt("( _fPointCount + _fInstructionByteCount > GetUnswappedDataLength() )",
-              "A glyph has more data than will fit in the space allocated", kSimpleSource, 120);
+    FTThrow(FTFaults::kGlyphTooLong);
   }
   UnpackOutline(iGlyph, ioRecord);
 }
@@ -149,7 +139,7 @@ void FTGlyphSet::ReadCompound(uint16_t iGlyph) {
 bool FTGlyphSet::AddComponent(uint16_t iGlyph, FTGlyphRecord& ioTotals) {
   _fBudget->Charge(1);
   if (iGlyph >= Count()) {
-    FTThrowAt("tOther == NULL", "An attempt was made to access a glyph with an invalid index", kCompoundSource, 160);
+    FTThrow(FTFaults::kComponentIsNoGlyph);
   }
   const FTGlyphRecord& tOther = _fRecords[iGlyph];
   if (tOther.kind == Kind::kCompound && tOther.state != State::kRead) return false;

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr char kSource[] = "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph";
-
 constexpr uint64_t kHeaderSize = 10;
 
 // Flag bits of a point.
@@ -77,8 +75,7 @@ void FTOutline::Unpack(Tova::ByteView iBytes, uint64_t iLength, FTGlyphRecord& i
 
 void FTOutline::UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& ioAt, uint64_t& oSizeOfX) {
   for (size_t tDone = 0; tDone < _fPointCount;) {
-    if (ioAt >= iLength)
-      FTThrowAt("tReturnValue >= iDataLimit", "Glyph data exceeded data limit when unzipping flags", kSource, 286);
+    if (ioAt >= iLength) FTThrow(FTFaults::kFlagsCut);
     const uint8_t tFlag = iBytes.U8(ioAt++);
     const uint64_t tSize = HowToRead(tFlag)[0].size;
     if (!(tFlag & kRepeat)) {
@@ -87,8 +84,7 @@ void FTOutline::UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& i
       continue;
     }
     const size_t tRepeats = size_t{iBytes.U8(ioAt++)} + 1;
-    if (tRepeats > _fPointCount - tDone)
-      FTThrowAt("tFlags >= tFlagsEnd", "Flag data exceeded flag data limit when unzipping flags", kSource, 292);
+    if (tRepeats > _fPointCount - tDone) FTThrow(FTFaults::kTooManyFlags);
     std::memset(&_fFlags[tDone], tFlag, tRepeats);
     tDone += tRepeats;
     oSizeOfX += tRepeats * tSize;
@@ -135,6 +131,8 @@ FTPoint FTOutline::ContourPoint(uint16_t iContour, uint16_t iIndex) const {
   return Point(Tova::Wrap16(uint64_t{EndPoint(static_cast<uint16_t>(iContour - 1))} + iIndex));
 }
 
+/// quirk: contour-ends. For all contours but the first the points that are compared are one before the ones whose flags
+/// are.
 bool FTOutline::HasMixedEnds(uint16_t iContour) const {
   // quirk: contour-ends. For all contours but the first the points compared are one before the ones whose flags are.
   const size_t tFirst = iContour == 0 ? 0 : size_t{EndPoint(static_cast<uint16_t>(iContour - 1))} + 1;

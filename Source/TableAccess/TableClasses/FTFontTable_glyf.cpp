@@ -4,8 +4,6 @@
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
 #include "TableAccess/TableClasses/FTTableOwner.h"
 
-static constexpr char kSource[] = "TableAccess/TableClasses/FTFontTable_glyf";
-
 FTFontTable_glyf& FTFontTable_glyf::operator=(const FTFontTable_glyf& iOther) {
   if (this == &iOther) return *this;
   ClearGlyphData();
@@ -15,9 +13,7 @@ FTFontTable_glyf& FTFontTable_glyf::operator=(const FTFontTable_glyf& iOther) {
 
 void FTFontTable_glyf::ReadDataInternal() const {
   const auto* tTable_loca = Owner()->FindTable<FTFontTable_loca>();
-  if (!tTable_loca || !Owner()->HasTaggedTable(FTFontTable_loca::kTag))
-    FTThrowAt("GetFont()->HasTaggedTable( FTFontTable_loca::kTag )", "The required 'loca' table is missing", kSource,
-              99);
+  if (!tTable_loca || !Owner()->HasTaggedTable(FTFontTable_loca::kTag)) FTThrow(FTFaults::kLocaMissing);
   if (Owner()->CountFontGlyphs() == 0) {
     ClearGlyphData();
     return;

@@ -4,24 +4,20 @@
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTTableOwner.h"
 
-static constexpr char kSource[] = "TableAccess/TableClasses/FTFontTable_loca";
-
 void FTFontTable_loca::ReadDataInternal() const {
   const auto* tTable_head = Owner()->FindTable<FTFontTable_head>();
-  if (!tTable_head) FTThrowAt("tTable_head == NULL", "The required 'head' table is missing", kSource, 97);
+  if (!tTable_head) FTThrow(FTFaults::kHeadMissing);
   _fLocations = {Bytes(), tTable_head->FontUsesLongGlyphOffsets(), Owner()->CountFontGlyphs()};
 }
 
 uint64_t FTFontTable_loca::GetGlyphOffset(uint16_t iGlyph) const {
   ReadData();
-  if (iGlyph >= _fLocations.glyphCount)
-    FTThrowAt("iGlyphID < GetFont()->CountFontGlyphs()", "A reference was made to a non-existent glyph", kSource, 137);
+  if (iGlyph >= _fLocations.glyphCount) FTThrow(FTFaults::kOffsetOfNoGlyph);
   return _fLocations.Offset(iGlyph);
 }
 
 uint64_t FTFontTable_loca::GetGlyphLength(uint16_t iGlyph) const {
   ReadData();
-  if (iGlyph >= _fLocations.glyphCount)
-    FTThrowAt("iGlyphID < GetFont()->CountFontGlyphs()", "A reference was made to a non-existent glyph", kSource, 146);
+  if (iGlyph >= _fLocations.glyphCount) FTThrow(FTFaults::kLengthOfNoGlyph);
   return _fLocations.Length(iGlyph);
 }
