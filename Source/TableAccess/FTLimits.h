@@ -23,7 +23,14 @@ inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
 /// thousands of fonts share a table that is costly to begin with. The most is a second of work or so.
 inline constexpr uint64_t kFTWorkAllowed = uint64_t{1} << 24;
 inline constexpr uint64_t kFTWorkAllowedPerByte = 16;
-inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 28;
+inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 27;
+
+/// What costs several steps: a test's look at one glyph's offsets, metrics or record; a component of a compound glyph;
+/// the comparison of a device width; the look-up of a character.
+inline constexpr uint64_t kFTStepsOfGlyph = 4;
+inline constexpr uint64_t kFTStepsOfComponent = 3;
+inline constexpr uint64_t kFTStepsOfWidth = 4;
+inline constexpr uint64_t kFTStepsOfLookUp = 5;
 
 /// Sets of glyphs that a file's fonts keep for one another; each takes up to two megabytes.
 inline constexpr uint64_t kFTKeptGlyphSets = 4;

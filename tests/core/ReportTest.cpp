@@ -145,6 +145,24 @@ TEST_F(ReportCreation, ANameTableThatCannotBeReadEndsTheRunAndLeavesNoNames) {
                   .ends_with("of the 'name' table)"));
 }
 
+TEST_F(ReportCreation, FontsThatAskForTooMuchWorkEndItWithAWord) {
+  constexpr int kCount = 99;
+  TableBuilder collection;
+  collection.Text("ttcf").U32(0x00010000).U32(kCount);
+  for (int i = 0; i < kCount; ++i) collection.U32(12 + 4 * kCount);
+  collection.Append(GoodFont().Table("fpgm", Bytes(1 << 20, 0x4F)).Build(collection.Size()));
+  TovaDictionarySetValue(full_.get(), kVornFontTestArrayKey,
+                         Tova::Adopt(VornFontTestCopyAvailableTests(Array({kVornFontTestStructureTest}).get())).get());
+  const Report report = Create(collection, full_.get(), "busy.ttc");
+  const int last = static_cast<int>(report.Count({kFonts})) - 1;
+  EXPECT_GT(last, 2);
+  EXPECT_LT(last, kCount);
+  EXPECT_EQ(report.Text({kFonts, last, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, last, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey})
+                .find("The examination was given up after "),
+            0u);
+}
+
 TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
   const Report report = Create(GoodFont().Table("name", NameTable({})).Build(), summary_.get(), "file.ttf");
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "file.ttf");
