@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ConduitForRun.h"
 #include "EscapedText.h"
 #include "FileWalk.h"
 #include "Memory.h"
@@ -101,6 +102,7 @@ int Run(const Options& options) {
     RefuseToOverwriteInput(options);
   }
   const auto output = options.output ? std::make_unique<Output>(*options.output) : std::make_unique<Output>();
+  ConduitForRun conduit;
   int status = kNothingFound;
   if (!options.answer.empty()) {
     output->Write(options.answer);
@@ -110,6 +112,7 @@ int Run(const Options& options) {
     const bool wanted = options.output || !options.quiet;
     const auto writer = wanted ? MakeReportWriter(options, *output) : nullptr;
     Session session(options, tests, writer.get());
+    if (AskAboutDuplicates(tests.get())) conduit.Ensure();
     if (writer) writer->Begin();
     session.Test(options.paths);
     if (writer) writer->End(session.Unreadable());
@@ -117,6 +120,7 @@ int Run(const Options& options) {
   }
   RequireMemory();
   output->Close();
+  conduit.RequireAlive();
   return status;
 }
 
