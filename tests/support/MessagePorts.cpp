@@ -80,16 +80,28 @@ ScriptedPeer::ScriptedPeer(const std::string& name, std::vector<Script> scripts)
   thread_ = std::thread([this, scripts = std::move(scripts)] {
     for (const Script& script : scripts) {
       const Tova::Descriptor client(accept(listener_, nullptr, nullptr));
-      if (!client) return;
+      if (!SetClient(client.Number())) return;
       script(client.Number());
+      SetClient(-1);
     }
   });
 }
 
 ScriptedPeer::~ScriptedPeer() {
   shutdown(listener_, SHUT_RDWR);  // wakes an accept
+  {
+    const std::lock_guard lock(mutex_);
+    ends_ = true;
+    if (client_ >= 0) shutdown(client_, SHUT_RDWR);  // wakes a stall
+  }
   thread_.join();
   close(listener_);
+}
+
+bool ScriptedPeer::SetClient(int socket) {
+  const std::lock_guard lock(mutex_);
+  client_ = socket;
+  return socket >= 0 && !ends_;
 }
 
 void ScriptedPeer::Stall(int socket) {

@@ -78,14 +78,20 @@ class ScriptedPeer {
   ScriptedPeer& operator=(const ScriptedPeer&) = delete;
   ~ScriptedPeer();
 
-  /// Waits until the client has gone.
+  /// Waits until the client has gone, or this is to end.
   static void Stall(int socket);
   /// Reads one message of less than 64 KiB, and returns its data.
   static std::string Read(int socket);
   static void Write(int socket, std::string_view bytes);
 
  private:
+  /// False when there is none, or nothing is to be done with it any more.
+  bool SetClient(int socket);
+
   int listener_;
+  std::mutex mutex_;
+  int client_ = -1;
+  bool ends_ = false;
   std::thread thread_;
 };
 
