@@ -57,7 +57,9 @@ void RefuseToOverwriteInput(const Options& options) {
 class Session {
  public:
   Session(const Options& options, const Tova::Array& tests, ReportWriter* writer)
-      : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), writer_(writer) {}
+      : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), writer_(writer) {
+    if (AskAboutDuplicates(tests.get())) conduit_.Ensure();
+  }
 
   void Test(const std::vector<std::string>& paths) {
     FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
@@ -79,6 +81,7 @@ class Session {
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
     RequireMemory();
+    conduit_.RequireAlive();
     if (!report) throw std::runtime_error(path + ": the library made no report");
     const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
     found_ = found_ || (failOn_ && results.Reaches(*failOn_));
@@ -88,6 +91,7 @@ class Session {
   std::optional<Severity> failOn_;
   Tova::Dictionary libraryOptions_;
   ReportWriter* writer_;  ///< null when no report is wanted
+  ConduitForRun conduit_;
   size_t files_ = 0;
   size_t unreadable_ = 0;
   bool found_ = false;
@@ -102,7 +106,6 @@ int Run(const Options& options) {
     RefuseToOverwriteInput(options);
   }
   const auto output = options.output ? std::make_unique<Output>(*options.output) : std::make_unique<Output>();
-  ConduitForRun conduit;
   int status = kNothingFound;
   if (!options.answer.empty()) {
     output->Write(options.answer);
@@ -112,7 +115,6 @@ int Run(const Options& options) {
     const bool wanted = options.output || !options.quiet;
     const auto writer = wanted ? MakeReportWriter(options, *output) : nullptr;
     Session session(options, tests, writer.get());
-    if (AskAboutDuplicates(tests.get())) conduit.Ensure();
     if (writer) writer->Begin();
     session.Test(options.paths);
     if (writer) writer->End(session.Unreadable());
@@ -120,7 +122,6 @@ int Run(const Options& options) {
   }
   RequireMemory();
   output->Close();
-  conduit.RequireAlive();
   return status;
 }
 
