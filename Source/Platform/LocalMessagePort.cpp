@@ -126,7 +126,7 @@ bool MessagePortClient::AnswerNext(TovaMessagePortAnswer answer, void* context) 
 }  // namespace Tova
 
 TovaLocalMessagePort::~TovaLocalMessagePort() {
-  if (path_) unlink(path_->c_str());
+  if (!path_.empty()) unlink(path_.c_str());
 }
 
 size_t TovaLocalMessagePort::Hash(int /*depth*/) const { return std::hash<const void*>()(this); }
@@ -193,8 +193,7 @@ TovaLocalMessagePortRef TovaLocalMessagePortCreateWithSocket(int descriptor, Tov
       fcntl(descriptor, F_SETFL, O_NONBLOCK) != 0) {
     return nullptr;
   }
-  return Tova::Guarded(
-      [&] { return new TovaLocalMessagePort(Tova::Descriptor(descriptor), std::nullopt, answer, context); });
+  return Tova::Guarded([&] { return new TovaLocalMessagePort(Tova::Descriptor(descriptor), "", answer, context); });
 }
 
 bool TovaLocalMessagePortServe(TovaLocalMessagePortRef port, int stop) {

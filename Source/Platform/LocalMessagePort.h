@@ -2,7 +2,6 @@
 
 #include <poll.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,9 +42,8 @@ struct TovaLocalMessagePort final : Tova::Object {
   /// As many clients as may be connected; one more makes the one that has been quiet the longest leave.
   static constexpr size_t kMaximumClients = 512;
 
-  /// path is that of the socket, to be removed at the end; none when that is another's business.
-  TovaLocalMessagePort(Tova::Descriptor listener, std::optional<std::string> path, TovaMessagePortAnswer answer,
-                       void* context)
+  /// path is that of the socket, to be removed at the end; empty when that is another's business.
+  TovaLocalMessagePort(Tova::Descriptor listener, std::string path, TovaMessagePortAnswer answer, void* context)
       : Object(kTovaTypeLocalMessagePort),
         listener_(std::move(listener)),
         path_(std::move(path)),
@@ -65,7 +63,7 @@ struct TovaLocalMessagePort final : Tova::Object {
   void AcceptClients() const;
 
   Tova::Descriptor listener_;
-  std::optional<std::string> path_;
+  std::string path_;
   TovaMessagePortAnswer answer_;
   void* context_;
   mutable std::vector<Tova::MessagePortClient> clients_;  // the one heard of last is the last
