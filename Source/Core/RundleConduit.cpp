@@ -26,11 +26,10 @@ Tova::Data MakeRequest(TovaURLRef iFileURL, TovaStringRef iPostScriptName, bool 
 }
 
 RundleConduit& GetRundleConduit() {
-  static const std::string gRundleConduitName =
-      VornFontTest::ConduitPortName(std::getenv(VornFontTest::kConduitSuffixVariable));
-  static RundleConduit gRundleConduit(gRundleConduitName.empty() ? Tova::String()
-                                                                 : Tova::MakeString(gRundleConduitName));
-  return gRundleConduit;
+  static const Tova::String gRundleConduitNameRef =
+      Tova::MakeString(VornFontTest::ConduitPortName(std::getenv(VornFontTest::kConduitSuffixVariable)));
+  static RundleConduit gValidatorConduitMessagePort(gRundleConduitNameRef);
+  return gValidatorConduitMessagePort;
 }
 
 }  // namespace

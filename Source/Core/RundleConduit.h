@@ -16,7 +16,7 @@ struct RundleConduitLimits {
 /// that failed. Any thread may ask; requests wait for each other.
 class RundleConduit {
  public:
-  /// A null name is that of no port.
+  /// An empty name is that of no port.
   explicit RundleConduit(Tova::String iPortName, RundleConduitLimits iLimits = {})
       : _fPortName(std::move(iPortName)), _fLimits(iLimits) {}
 

@@ -144,7 +144,7 @@ bool TovaLocalMessagePort::Serve(int stop) const {
     }
     if (polled[0].revents) return true;
     AttendClients(polled);
-    if (polled[1].revents) AcceptClients();
+    if (polled[1].revents && !AcceptClient()) return false;
   }
 }
 
@@ -162,20 +162,18 @@ void TovaLocalMessagePort::AttendClients(const std::vector<pollfd>& polled) cons
   clients_ = std::move(quiet);
 }
 
-void TovaLocalMessagePort::AcceptClients() const {
-  while (true) {
-    Tova::Descriptor socket(accept4(listener_.Number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    const int error = socket ? 0 : errno;
-    if (error == EAGAIN) return;
-    const bool lacksResources = error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
-    if (!clients_.empty() && (lacksResources || clients_.size() >= kMaximumClients)) {
-      clients_.erase(clients_.begin());
-    } else if (lacksResources) {
-      poll(nullptr, 0, Tova::kPauseWithoutResources);
-      return;
-    }
-    if (socket && Tova::IsPeerOfSameUser(socket)) clients_.emplace_back(std::move(socket));
+bool TovaLocalMessagePort::AcceptClient() const {
+  Tova::Descriptor socket(accept4(listener_.Number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+  const int error = socket ? 0 : errno;
+  if (error == EBADF || error == EINVAL || error == ENOTSOCK || error == EOPNOTSUPP) return false;
+  const bool lacksResources = error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+  if (!clients_.empty() && (lacksResources || clients_.size() >= kMaximumClients)) {
+    clients_.erase(clients_.begin());
+  } else if (lacksResources) {
+    poll(nullptr, 0, Tova::kPauseWithoutResources);
   }
+  if (socket && Tova::IsPeerOfSameUser(socket)) clients_.emplace_back(std::move(socket));
+  return true;
 }
 
 TovaLocalMessagePortRef TovaLocalMessagePortCreate(TovaStringRef name, TovaMessagePortAnswer answer, void* context) {

@@ -60,7 +60,8 @@ struct TovaLocalMessagePort final : Tova::Object {
 
  private:
   void AttendClients(const std::vector<pollfd>& polled) const;
-  void AcceptClients() const;
+  /// False when there is no listening socket any more.
+  bool AcceptClient() const;
 
   Tova::Descriptor listener_;
   std::string path_;

@@ -1,7 +1,6 @@
 #include "FolderWatch.h"
 
 #include <algorithm>
-#include <compare>
 
 namespace conduit {
 namespace {

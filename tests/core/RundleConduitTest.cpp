@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <VornFontTest/ConduitProtocol.hpp>
+#include <atomic>
 #include <chrono>
 
 #include "Core/RundleConduit.h"
@@ -143,6 +144,27 @@ TEST_F(ConduitClient, DoesNotTryAgainAfterAnyOtherFailure) {
   EXPECT_FALSE(Send());
   EXPECT_EQ(Query(), "yes none") << "with a connection of its own";
   EXPECT_THAT(log_.Get(), IsEmpty());
+}
+
+// Under ThreadSanitizer, too.
+using ConduitThreads = ConduitClient;
+TEST_F(ConduitThreads, ShareOneConnection) {
+  const PortServer server(kName, [](int32_t, std::string_view data) {
+    return data.find("-known") == std::string_view::npos ? std::string() : kYes;
+  });
+  std::atomic<int> right = 0;
+  std::vector<std::thread> threads;
+  for (const char* name : {"A-known", "B", "C-known", "D", "E-known", "F", "G-known", "H"}) {
+    threads.emplace_back([&, name] {
+      const bool known = std::string_view(name).size() > 1;
+      for (int i = 0; i < 125; ++i) {
+        const auto text = Tova::MakeString(name);
+        if (conduit_.SendIsDuplicateFontMessage(FileUrl("/x").get(), text.get(), nullptr) == known) ++right;
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(right, 1000);
 }
 
 TEST_F(ConduitClient, KeepsItsConnectionAndReconnectsAfterARestart) {
