@@ -20,7 +20,7 @@ TovaTypeRef GetValue(TovaDictionaryRef iDictionary, std::string_view iKey) {
 Tova::Data MakeRequest(TovaURLRef iFileURL, TovaStringRef iPostScriptName, bool iWantsDuplicate) {
   const auto tRequest = Tova::Adopt(TovaDictionaryCreateMutable());
   SetValue(tRequest, VornFontTest::kFileURLKey, Tova::Adopt(TovaURLCopyString(iFileURL)).get());
-  SetValue(tRequest, VornFontTest::kPostScriptNameKey, iPostScriptName);
+  SetValue(tRequest, VornFontTest::kPostScriptNameKey, iPostScriptName);  // quirk: postscrit-key
   SetValue(tRequest, VornFontTest::kWantsDuplicateKey, Tova::Boolean(iWantsDuplicate));
   return Tova::Adopt(TovaPropertyListCreateXMLData(tRequest.get()));
 }
@@ -42,7 +42,7 @@ void RundleConduit::Launch() {
 void RundleConduit::Connect() {
   const auto tStart = std::chrono::steady_clock::now();
   const std::chrono::duration<double> tLimit(_fLimits.connect);
-  do {
+  do {  // quirk: tireless-connect
     _fPort = Tova::Adopt(TovaMessagePortCreateRemote(_fPortName.get()));
   } while (!_fPort && std::chrono::steady_clock::now() - tStart < tLimit);
   if (!_fPort) LogError("LaunchRundleConduit couldn't connect to RundleConduit.");

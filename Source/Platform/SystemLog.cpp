@@ -8,7 +8,7 @@ namespace {
 /// Where lines go: to the sink, or to the system log without one.
 struct ErrorLog {
   std::mutex mutex;
-  TovaErrorLogSink sink = nullptr;
+  TovaLogSink sink = nullptr;
   void* context = nullptr;
 };
 
@@ -30,7 +30,7 @@ void TovaLogError(TovaStringRef text) {
   }
 }
 
-void TovaSetErrorLogSink(TovaErrorLogSink sink, void* context) {
+void TovaLogErrorSetSink(TovaLogSink sink, void* context) {
   ErrorLog& log = GetErrorLog();
   const std::lock_guard lock(log.mutex);
   log.sink = sink;

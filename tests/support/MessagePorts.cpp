@@ -39,7 +39,7 @@ Variable::~Variable() { Set(wasSet_ ? before_.c_str() : nullptr); }
 void Variable::Set(const char* value) const { value ? setenv(name_.c_str(), value, 1) : unsetenv(name_.c_str()); }
 
 LogLines::LogLines() {
-  TovaSetErrorLogSink(
+  TovaLogErrorSetSink(
       [](TovaStringRef text, void* context) {
         auto* log = static_cast<LogLines*>(context);
         const std::lock_guard lock(log->mutex_);
@@ -48,7 +48,7 @@ LogLines::LogLines() {
       this);
 }
 
-LogLines::~LogLines() { TovaSetErrorLogSink(nullptr, nullptr); }
+LogLines::~LogLines() { TovaLogErrorSetSink(nullptr, nullptr); }
 
 std::vector<std::string> LogLines::Get() const {
   const std::lock_guard lock(mutex_);

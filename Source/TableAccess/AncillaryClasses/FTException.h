@@ -29,7 +29,7 @@ class FTException {
   virtual uint32_t GetLine() const { return _fLine; }
   /// The detailed message as a string; owned by the exception. The first call also prints the report.
   virtual TovaStringRef GetUIMessageString() const;
-  /// Writes "FTException: " and the detailed message as a line to standard error.
+  /// Says "FTException: " and the detailed message as a line in the log.
   virtual void PrintReport() const;
   virtual const char* GetDetailedMessage() const { return _fDetailedMessage.data(); }
 

@@ -21,13 +21,14 @@ class FTFontContainer {
   /// The container for a file: null when the file holds no font in any form known here. Throws "A file IO operation
   /// failed" when there is no file at the URL.
   static std::unique_ptr<FTFontContainer> FontContainerFromTovaURLRef(TovaURLRef iURL, bool iReadOnly);
-  static std::unique_ptr<FTFontContainer> FontContainerFromFSRef(const Tova::FileReference& iFile, bool iReadOnly);
+  static std::unique_ptr<FTFontContainer> FontContainerFromFSRef(std::shared_ptr<const Tova::File> iFile,
+                                                                 bool iReadOnly);
 
   /// Whether the file holds fonts as resources; then also whether they lie in its data fork, and whether PostScript
   /// outlines are among them. Resource maps are not read on this platform so far, so no file does.
-  static bool HasFontsInResourceFork(const Tova::FileReference& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST);
+  static bool HasFontsInResourceFork(const Tova::File& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST);
   /// Whether the data fork starts as a font does, or the file's name ends in ".sfont".
-  static bool HasFontsInDataFork(const Tova::FileReference& iFile);
+  static bool HasFontsInDataFork(const Tova::File& iFile);
 
   FTFontContainer() = default;
   explicit FTFontContainer(bool iReadOnly) : _fReadOnly(iReadOnly) {}

@@ -10,30 +10,23 @@ namespace {
 
 constexpr const char* kFileFailure = "A file IO operation failed";
 
-/// The longest path, in bytes with its closing NUL, that is mapped.
-constexpr size_t kPathBufferSize = 1024;
-
 Tova::Data CopyOf(Tova::ByteView iBytes) { return Tova::Adopt(TovaDataCreate(iBytes.Data(), iBytes.Size())); }
 
 Tova::ByteView ViewOf(const Tova::Data& iData) {
   return Tova::ByteView(TovaDataGetBytes(iData.get()), TovaDataGetLength(iData.get()));
 }
 
-}  // namespace
-
-std::shared_ptr<const Tova::FileMapping> FTFont::MapFile(const Tova::FileReference& iFile) {
-  using Step = Tova::FileMapping::Step;
-  if (iFile.Path().size() >= kPathBufferSize) FTThrow("iFile.Path().size() >= kPathBufferSize", kFileFailure);
-  Tova::FileMapping::Result tResult = Tova::FileMapping::Map(iFile.Path());
-  if (tResult.reached == Step::kStatus) FTThrow("stat( tFilePath, &tFilestat ) != 0", kFileFailure);
-  if (tResult.reached == Step::kOpen) {
-    throw FTException("tFileDescriptor == -1", tResult.error, kFileFailure, "TableAccess/FontClasses/FTFont", __LINE__);
+/// The bytes of a file's data fork, of which there is at least one.
+Tova::ByteView DataForkOf(const Tova::File& iFile) {
+  if (iFile.GetState() == Tova::File::State::kNotOpened) {
+    throw FTException("tFileDescriptor == -1", iFile.Error(), kFileFailure, "TableAccess/FontClasses/FTFont", __LINE__);
   }
-  if (!tResult.mapping) {
-    FTThrow("_fUnswappedDataPtr == NULL || _fUnswappedDataPtr == (const uint8_t *) -1", kFileFailure);
-  }
-  return std::move(tResult.mapping);
+  const Tova::ByteView tBytes = iFile.Open(Tova::Fork::kData).value_or(Tova::ByteView());
+  if (tBytes.Empty()) FTThrow("_fUnswappedDataPtr == NULL || _fUnswappedDataPtr == (const uint8_t *) -1", kFileFailure);
+  return tBytes;
 }
+
+}  // namespace
 
 FTFont::FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes) : _fContainer(iContainer), _fBytes(iBytes) {
   if (FTFont::IsReadOnly()) return;
@@ -46,11 +39,8 @@ FTFont::FTFont(const FTFontContainer* iContainer, const Tova::Data& iData) : _fC
   _fBytes = ViewOf(_fData);
 }
 
-FTFont::FTFont(const FTFontContainer* iContainer, const Tova::FileReference& iFile)
-    : FTFont(iContainer, MapFile(iFile)) {}
-
-FTFont::FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping)
-    : _fContainer(iContainer), _fMapping(std::move(iMapping)), _fBytes(_fMapping->Bytes()) {}
+FTFont::FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile)
+    : _fContainer(iContainer), _fFile(std::move(iFile)), _fBytes(DataForkOf(*_fFile)) {}
 
 FTFont::FTFont(const FTFont& iOther) : _fContainer(iOther._fContainer) { CopyUnswappedData(iOther); }
 
@@ -63,13 +53,14 @@ FTFont& FTFont::operator=(const FTFont& iOther) {
 
 void FTFont::CopyUnswappedData(const FTFont& iOther) {
   _fData = {};
-  _fMapping.reset();
+  _fFile.reset();
   _fBytes = {};
   if (iOther.IsReadOnly()) {
-    if (iOther._fMapping && !iOther._fBytes.Empty()) {
+    if (iOther._fFile && iOther._fFile->IsMapped()) {
       FTThrow("iOther._fDataIsMappedFile && _fUnswappedDataLength > 0", kFileFailure);
     }
     _fData = iOther._fData;
+    _fFile = iOther._fFile;
     _fBytes = iOther._fBytes;
   } else {
     _fData = CopyOf(iOther._fBytes);

@@ -24,10 +24,8 @@ class FTFont {
   FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes);
   /// Takes one more reference when the container is read-only, copies otherwise.
   FTFont(const FTFontContainer* iContainer, const Tova::Data& iData);
-  /// Maps the file. Throws "A file IO operation failed".
-  FTFont(const FTFontContainer* iContainer, const Tova::FileReference& iFile);
-  /// Looks into a mapping that others may look into as well.
-  FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping);
+  /// Looks into a file, as others may. Throws "A file IO operation failed" for one that could not be mapped.
+  FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile);
   /// Shares the bytes of a read-only font, copies those of another. Throws "A file IO operation failed" for a read-only
   /// font over a mapped file: a copy never keeps a file mapped.
   FTFont(const FTFont& iOther);
@@ -59,14 +57,11 @@ class FTFont {
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 
-  /// Maps a file for the fonts in it. Throws "A file IO operation failed".
-  static std::shared_ptr<const Tova::FileMapping> MapFile(const Tova::FileReference& iFile);
-
  private:
   void CopyUnswappedData(const FTFont& iOther);
 
   const FTFontContainer* _fContainer = nullptr;
-  Tova::Data _fData;                                   // owns the bytes, or
-  std::shared_ptr<const Tova::FileMapping> _fMapping;  // keeps them mapped, or neither: they are borrowed
+  Tova::Data _fData;                         // owns the bytes, or
+  std::shared_ptr<const Tova::File> _fFile;  // keeps them mapped, or neither: they are borrowed
   Tova::ByteView _fBytes;
 };

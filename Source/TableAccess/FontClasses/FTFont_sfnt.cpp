@@ -1,7 +1,6 @@
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <initializer_list>
 #include <utility>
 
@@ -37,12 +36,9 @@ FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iByte
 FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData)
     : FTFont(iContainer, iData), _fScaler(Bytes().U32(0)) {}
 
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset)
-    : FTFont_sfnt(iContainer, MapFile(iFile), iDirectoryOffset) {}
-
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
+FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile,
                          uint64_t iDirectoryOffset)
-    : FTFont(iContainer, std::move(iMapping)),
+    : FTFont(iContainer, std::move(iFile)),
       _fDirectoryOffset(iDirectoryOffset),
       _fScaler(Bytes().U32(iDirectoryOffset)) {}
 
@@ -82,8 +78,8 @@ void FTFont_sfnt::ValidateHeader() const {
   const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
   if (!tFault.detail) return;
   if (tFault.tooMuchData) {
-    const TovaStringRef tName = GetContainer() ? GetContainer()->GetName() : nullptr;
-    std::fprintf(stderr, "##### ERROR IN FONT FILE\n%s\n", tName ? TovaStringGetUTF8(tName) : "");
+    TovaLogLine(Tova::MakeString("##### ERROR IN FONT FILE").get());
+    if (GetContainer()) TovaLogLine(GetContainer()->GetName());
   }
   FTThrow(tFault.assertion, tFault.detail);
 }

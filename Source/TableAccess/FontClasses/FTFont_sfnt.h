@@ -34,9 +34,8 @@ class FTFont_sfnt : public FTFont {
   FTFont_sfnt() = default;
   FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iBytes);
   FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData);
-  FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset = 0);
-  FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
-              uint64_t iDirectoryOffset);
+  FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile,
+              uint64_t iDirectoryOffset = 0);
   FTFont_sfnt(const FTFont_sfnt& iOther);
   FTFont_sfnt& operator=(const FTFont_sfnt& iOther);
   ~FTFont_sfnt() override;
