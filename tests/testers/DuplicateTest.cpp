@@ -51,6 +51,11 @@ TEST_F(Duplicates, AreReportedWhateverSeveritiesAreWanted) {
 
 TEST_F(Duplicates, OnlySfntFontsWithANameFromAFileAreAskedAbout) {
   EXPECT_TRUE(test::Run(TestForDuplicates, *MemoryFont(FontNamed("Some-Name"))).applies);
+  const Bytes bytes = FontNamed("Some-Name");
+  const auto data = Tova::Adopt(TovaDataCreate(bytes.data(), bytes.size()));
+  const auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), nullptr));
+  const FTDiskBasedFontContainer memory(url.get(), true);
+  EXPECT_TRUE(test::Run(TestForDuplicates, *memory.GetIndFont(0)).applies);
   EXPECT_TRUE(RunOnFile(GoodFont().Remove("name").Build()).applies);
   EXPECT_TRUE(RunOnFile({0x80, 0x01, 0, 0, 0, 0, 0x80, 0x03}).applies) << "a Type 1 font";
   EXPECT_TRUE(RunOnFile(FontNamed("Some-Name"), {.skipDuplicateFontTest = true}).applies);
