@@ -20,7 +20,7 @@ void VornFontTester_duplicate::LookForDuplicateFont() const {
 
 void VornFontTester_duplicate::LookForDuplicatePostScriptName(TovaStringRef iPostScriptName) const {
   const auto* tContainer = dynamic_cast<const FTDiskBasedFontContainer*>(GetFont()->GetContainer());
-  if (!tContainer || TovaURLGetData(tContainer->GetFileURL())) return;  // a font in memory is nowhere to be installed
+  if (!tContainer || TovaURLGetData(tContainer->GetFileURL())) return;  // in memory: no file to be told from
   // quirk: duplicate-unasked
   if (SendIsDuplicateFontMessage(tContainer->GetFileURL(), iPostScriptName, nullptr)) {
     ReportResult(Severity::kMajorError, "A font with the PostScript name %@ is already installed.", {iPostScriptName});

@@ -3,7 +3,6 @@
 #include "Answer.h"
 #include "InstalledFonts.h"
 #include "support/InstalledFolder.h"
-#include "support/MessagePorts.h"
 #include "support/Values.h"
 
 namespace {
@@ -12,68 +11,55 @@ using namespace test;
 using namespace testing;
 namespace fs = std::filesystem;
 
-class Installed : public testing::Test {
- protected:
-  const InstalledFolder folder_;
-  const Variable configuration_{"FONTCONFIG_FILE", folder_.Configuration().c_str()};
-};
-
-TEST_F(Installed, AFileIsNoDuplicateOfItself) {
-  const std::string first = folder_.Write("fonts/first.ttf", "Twice");
-  const std::string second = folder_.Write("fonts/second.ttf", "Twice");
-  const std::string single = folder_.Write("fonts/single.ttf", "Once");
-  const std::string copy = folder_.Write("copy.ttf", "Once");
-  const std::string link = (folder_.Fonts().parent_path() / "link.ttf").string();
+TEST(InstalledFonts, AFileIsNoDuplicateOfItself) {
+  const InstalledFolder folder;
+  const std::string first = folder.WriteFont("fonts/first.ttf", "Twice");
+  const std::string second = folder.WriteFont("fonts/second.ttf", "Twice");
+  const std::string single = folder.WriteFont("fonts/single.ttf", "Once");
+  const std::string copy = folder.WriteFont("copy.ttf", "Once");
+  const std::string link = folder.File("link.ttf");
   fs::create_symlink(single, link);
   conduit::InstalledFonts fonts;
-  EXPECT_EQ(fonts.Count(), 3u);
   EXPECT_EQ(fonts.Find("Twice", first), second);
   EXPECT_EQ(fonts.Find("Twice", second), first);
-  EXPECT_EQ(fonts.Find("Once", copy), single);
-  for (const std::string& same : {single, link, (folder_.Fonts() / ".." / "fonts" / "single.ttf").string()}) {
-    EXPECT_EQ(fonts.Find("Once", same), "") << same;
-  }
-  EXPECT_EQ(fonts.Find("Once", "/no such file"), single);
-  EXPECT_EQ(fonts.Find("once", copy), "");
-  EXPECT_EQ(fonts.Find("", copy), "");
+  for (const std::string& other : {copy, std::string("/no such file")}) EXPECT_EQ(fonts.Find("Once", other), single);
+  for (const std::string& same : {single, link}) EXPECT_EQ(fonts.Find("Once", same), "") << same;
+  for (const char* name : {"once", ""}) EXPECT_EQ(fonts.Find(name, copy), "") << name;
 }
 
-TEST_F(Installed, FontsThatComeAndGoAreNoticedAtOnce) {
+TEST(InstalledFonts, ThatComeAndGoAreNoticedAtOnce) {
+  const InstalledFolder folder;
   conduit::InstalledFonts fonts;
-  EXPECT_EQ(fonts.Find("New", ""), "");
   for (const char* path : {"fonts/new.ttf", "fonts/deep/er/new.ttf", "later/new.ttf"}) {
-    const std::string font = folder_.Write(path, "New");
+    EXPECT_EQ(fonts.Find("New", ""), "") << path;
+    const std::string font = folder.WriteFont(path, "New");
     EXPECT_EQ(fonts.Find("New", ""), font);
     fs::remove(font);
-    EXPECT_EQ(fonts.Find("New", ""), "") << path;
   }
 }
 
-TEST_F(Installed, WhatIsNoRequestGetsAnEmptyReplyAndALogLine) {
+TEST(Answers, WhatIsNoRequestGetsAnEmptyReplyAndALogLine) {
+  const InstalledFolder folder;
   conduit::InstalledFonts fonts;
   const LogLines log;
   const std::string url = "<key>FileURLKey</key><string>file:///x</string>";
   const std::string name = "<key>PostscritNameKey</key><string>Name</string>";
   const std::string wants = "<key>WantsDupKey</key><true/>";
-  const std::string malformed[] = {
-      "",
-      "junk",
-      "<plist><array/></plist>",
-      "<plist><dict>" + url + name + "</dict></plist>",
-      "<plist><dict>" + url + wants + "</dict></plist>",
-      "<plist><dict>" + name + wants + "</dict></plist>",
-      "<plist><dict>" + url + name + "<key>WantsDupKey</key><string/></dict></plist>",
-      "<plist><dict><key>FileURLKey</key><string>x</string>" + name + wants + "</dict></plist>"};
-  for (const std::string& request : malformed) EXPECT_FALSE(Answer(fonts, 0, MakeData(request).get())) << request;
-  EXPECT_THAT(log.Get(), AllOf(SizeIs(std::size(malformed)), Each(StartsWith("Refused a malformed request: "))));
-  const std::string request = "<plist><dict>" + url + name + wants + "</dict></plist>";
-  EXPECT_FALSE(Answer(fonts, 1, MakeData(request).get()));
-  EXPECT_EQ(log.Get().back(), "Refused a message of the unknown id 1.");
+  const auto answer = [&](int32_t id, const std::string& entries) {
+    return Answer(fonts, id, MakeData("<plist><dict>" + entries + "</dict></plist>").get());
+  };
+  for (const std::string& entries :
+       {std::string("<"), url + name, url + wants, name + wants, url + name + "<key>WantsDupKey</key><string/>",
+        "<key>FileURLKey</key><string>x</string>" + name + wants}) {
+    EXPECT_FALSE(answer(0, entries)) << entries;
+  }
+  EXPECT_THAT(log.lines, AllOf(SizeIs(6), Each(StartsWith("Refused a malformed request: "))));
+  EXPECT_FALSE(answer(1, url + name + wants));
+  EXPECT_EQ(log.lines.back(), "Refused a message of the unknown id 1.");
 
-  const std::string font = folder_.Write("fonts/a b.ttf", "Name");
-  const auto reply = Answer(fonts, 0, MakeData(request).get());
-  EXPECT_EQ(Description(Tova::Adopt(TovaPropertyListCreateWithData(reply.get(), nullptr)).get()),
-            "{Result: true, FileURLKey: " + Description(FileUrl(font).get()) + "}");
+  const std::string font = Description(FileUrl(folder.WriteFont("fonts/a b.ttf", "Name")).get());
+  const auto reply = Tova::Adopt(TovaPropertyListCreateWithData(answer(0, url + name + wants).get(), nullptr));
+  EXPECT_EQ(Description(reply.get()), "{Result: true, FileURLKey: " + font + "}");
 }
 
 }  // namespace

@@ -1,37 +1,23 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <string>
-
 #include "support/FontBuilder.h"
-#include "support/TemporaryFolder.h"
+#include "support/MessagePorts.h"
 
 namespace test {
 
-/// A folder whose folder "fonts" holds all that is installed for programs that read Configuration().
-class InstalledFolder {
- public:
+/// A folder whose folders "fonts" and "later" hold all that is installed for programs with this environment.
+struct InstalledFolder : TemporaryFolder {
   InstalledFolder() {
-    std::filesystem::create_directory(Fonts());
-    std::ofstream(Configuration()) << "<?xml version=\"1.0\"?><fontconfig><dir>" << Fonts().string() << "</dir><dir>"
-                                   << folder_.File("later") << "</dir><cachedir>" << folder_.File("cache")
-                                   << "</cachedir></fontconfig>";
+    const std::string text = "<fontconfig><dir>" + File("fonts") + "</dir><dir>" + File("later") + "</dir><cachedir>" +
+                             File("cache") + "</cachedir></fontconfig>";
+    Write("fonts.conf", Bytes(text.begin(), text.end()));
   }
-
-  /// What the environment variable FONTCONFIG_FILE is to name.
-  std::string Configuration() const { return folder_.File("fonts.conf"); }
-  std::filesystem::path Fonts() const { return folder_.Path() / "fonts"; }
-  /// Writes a font with a PostScript name to a path relative to the whole folder, and returns its path.
-  std::string Write(const std::string& path, const std::string& postScriptName) const {
-    std::filesystem::create_directories((folder_.Path() / path).parent_path());
-    const std::string name = "Family " + postScriptName;
-    const auto names = NameTable({{1, name}, {2, "Regular"}, {4, name}, {6, postScriptName}});
-    return folder_.Write(path, GoodFont().Table("name", names).Build());
+  /// Writes a font with a PostScript name and returns its path.
+  std::string WriteFont(const std::string& path, const std::string& name) const {
+    std::filesystem::create_directories(std::filesystem::path(File(path)).parent_path());
+    return Write(path, GoodFont().Table("name", NameTable({{1, name}, {2, "Regular"}, {4, name}, {6, name}})).Build());
   }
-
- private:
-  TemporaryFolder folder_;
+  const Variable variable{"FONTCONFIG_FILE", File("fonts.conf").c_str()};
 };
 
 }  // namespace test
