@@ -55,7 +55,7 @@ FTFontContainer& FTFontContainer::operator=(const FTFontContainer& iOther) {
 void FTFontContainer::CopyFonts(const FTFontContainer& iOther) {
   FontArray tFonts;
   for (const auto& tFont : iOther.Fonts()) tFonts.push_back(std::make_unique<FTFont>(*tFont));
-  _fFonts = std::move(tFonts);
+  SetFonts(std::move(tFonts));
 }
 
 const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
@@ -64,10 +64,10 @@ const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
   return *_fFonts;
 }
 
-bool FTFontContainer::SpendWork(uint64_t iItems) const {
-  _fWork += iItems;
-  const uint64_t tFileSize = Fonts().empty() ? 0 : Fonts().front()->GetUnswappedDataLength();
-  return _fWork <= kFTWorkAllowed + kFTWorkAllowedPerByte * tFileSize;
+void FTFontContainer::SetFonts(FontArray iFonts) const {
+  _fGlyphSets = {};
+  _fBudget = FTWorkBudget(iFonts.empty() ? 0 : iFonts.front()->GetUnswappedDataLength());
+  _fFonts = std::move(iFonts);
 }
 
 const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {
