@@ -17,6 +17,7 @@
 #include "Tests/VornFontTesterStructure_maxp.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
+#include "Tests/VornFontTester_duplicate.h"
 #include "Tests/VornFontTester_sfnt.h"
 
 namespace {
@@ -42,6 +43,7 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTester_sfnt>(),
     Link<VornFontTesterStructure_vmtx>(),
     Link<VornFontTesterUsability_Type1>(),
+    Link<VornFontTester_duplicate>(),
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

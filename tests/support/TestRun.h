@@ -44,6 +44,7 @@ struct Findings {
 
 struct RunOptions {
   bool messages = true;
+  bool skipDuplicateFontTest = false;
   FindingSink::Limits limits = {};
   /// Severities enabled, by their last words; all of them by default.
   std::vector<std::string> severities = {"NonFontError", "Information", "TechnicalError",
