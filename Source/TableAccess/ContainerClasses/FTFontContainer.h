@@ -25,7 +25,7 @@ class FTFontContainer {
                                                                  bool iReadOnly);
 
   /// Whether the file holds fonts as resources; then also whether they lie in its data fork, and whether PostScript
-  /// outlines are among them. Resource maps are not read on this platform so far, so no file does.
+  /// outlines are among them.
   static bool HasFontsInResourceFork(const Tova::File& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST);
   /// Whether the data fork starts as a font does, or the file's name ends in ".sfont".
   static bool HasFontsInDataFork(const Tova::File& iFile);
