@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "support/SuitcaseBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
@@ -28,6 +29,29 @@ TEST(Threads, ReportsOnFontsOfTheirOwnDoNotDisturbEachOther) {
   for (std::thread& thread : threads) thread.join();
   for (const std::string& description : descriptions) EXPECT_EQ(description, descriptions[0]);
   EXPECT_NE(descriptions[0].find("kVornFontTestSeverityFatalError"), std::string::npos);
+}
+
+TEST(Threads, FamiliesShareOutlineFilesAcrossReports) {
+  const TemporaryFolder folder;
+  FamilyBuilder family;
+  family.strings = {"Base"};
+  folder.Write("Base", OneFile({}, OutlineFile().Build(), "LWFN"));
+  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
+  std::vector<std::string> descriptions(4);
+  std::vector<std::thread> threads;
+  for (size_t i = 0; i < descriptions.size(); ++i) {
+    threads.emplace_back([&, i] {
+      const Bytes suitcase = SuitcaseBuilder().Add("FOND", 128, family.Build()).Build();
+      const std::string path = folder.Write("suitcase" + std::to_string(i), suitcase);
+      for (int round = 0; round < 5; ++round) {
+        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
+        descriptions[i] += Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const std::string& description : descriptions) EXPECT_EQ(description, descriptions[0]);
+  EXPECT_NE(descriptions[0].find("kVornFontTestSeverityInformation"), std::string::npos) << "outlines of two kinds";
 }
 
 }  // namespace

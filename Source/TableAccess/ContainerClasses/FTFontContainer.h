@@ -4,10 +4,14 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "Platform/File.h"
 #include "TableAccess/FontClasses/FTFont.h"
+
+class FTFont_FOND;
+class FTLWFNFontContainer;
 
 /// A font file: recognises what it holds, makes a font object for each font in it and owns them. Abstract.
 ///
@@ -49,6 +53,10 @@ class FTFontContainer {
   /// Takes note of work that a font of the file is about to make: items decoded, compared or checked one by one. False
   /// once the fonts together ask for more than the file's bytes explain, as fonts that share tables without end do.
   virtual bool SpendWork(uint64_t iItems) const;
+  /// The container of the PostScript outline file of that name beside this file; null where there is none.
+  virtual std::shared_ptr<const FTLWFNFontContainer> FindOutlineFile(const std::string&) const { return nullptr; }
+  /// The first family that lists an outline font of that ID; null without one.
+  virtual const FTFont_FOND* FindFamilyOf(int32_t) const { return nullptr; }
   /// Takes the fonts over; those held before are destroyed.
   virtual void SetFonts(FontArray iFonts) const { _fFonts = std::move(iFonts); }
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FontClasses/FTFont_resource.h"
+#include "TableAccess/FontClasses/FTFont_FOND.h"
 #include "TableAccess/FontClasses/FTFont_sfntResource.h"
 
 namespace {
@@ -45,6 +45,14 @@ const FTFont* FTResourceFontContainer::GetFont(uint32_t iType, int16_t iID) cons
   Fonts();
   const auto tFont = _fFontsByTypeAndID.find(KeyOf(iType, iID));
   return tFont == _fFontsByTypeAndID.end() ? nullptr : tFont->second;
+}
+
+const FTFont_FOND* FTResourceFontContainer::FindFamilyOf(int32_t iOutlineFontID) const {
+  for (const auto& tFont : Fonts()) {
+    const auto* tFamily = dynamic_cast<const FTFont_FOND*>(tFont.get());
+    if (tFamily && tFamily->ListsOutlineFont(iOutlineFontID)) return tFamily;
+  }
+  return nullptr;
 }
 
 Tova::ByteView FTResourceFontContainer::ValidateResourceData() const {

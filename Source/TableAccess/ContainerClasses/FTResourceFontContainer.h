@@ -24,6 +24,7 @@ class FTResourceFontContainer : public FTDiskBasedFontContainer {
   FTResourceFontContainer& operator=(const FTResourceFontContainer& iOther);
 
   void ReadData() const override;
+  const FTFont_FOND* FindFamilyOf(int32_t iOutlineFontID) const override;
 
   bool IsDataforkSuitcase() const { return _fIsDataforkSuitcase; }
   /// The bytes of the fork that holds the resources; none of them can be larger.

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/ContainerClasses/FTLWFNFontContainer.h"
-#include "TableAccess/FontClasses/FTOutlineFiles.h"
+#include "TableAccess/ContainerClasses/FTFontContainer.h"
+#include "TableAccess/FontClasses/FTOutlineFileName.h"
 #include "TableAccess/FontClasses/FTStyleNames.h"
 
 namespace {
@@ -24,6 +24,10 @@ constexpr int64_t kStyleMappingHeaderSize = 58;
 
 /// Outline files of a family; it has so many styles.
 constexpr size_t kMaxType1Fonts = 48;
+
+/// What the names of all styles, and a look for a file, count as steps of work.
+constexpr uint64_t kNamesSteps = 48 * 256;
+constexpr uint64_t kLookUpSteps = 1024;
 
 }  // namespace
 
@@ -54,6 +58,7 @@ const FTFont_FOND::Layout& FTFont_FOND::Read() const {
 void FTFont_FOND::ReadDataInternal() const {
   _fLayout = {};
   _fLayout.fatEntryCount = uint32_t{U16At(kFATCountAt)} + 1;
+  SpendWork(GetFAT().Held());
   for (const Tova::ByteView tEntry : GetFAT()) _fLayout.hasOutlineFont |= tEntry.U16(0) == 0;
   // Entries beyond the end read as zeros, so that their size is 0.
   _fLayout.hasOutlineFont |= GetFAT().Held() < _fLayout.fatEntryCount;
@@ -103,6 +108,7 @@ Tova::RecordArray FTFont_FOND::GetFAT() const {
 
 bool FTFont_FOND::ListsOutlineFont(int32_t iID) const {
   ReadData();
+  SpendWork(GetFAT().Held());
   for (const Tova::ByteView tEntry : GetFAT()) {
     if (tEntry.U16(0) == 0 && int32_t{tEntry.U16(4)} == iID) return true;
   }
@@ -113,6 +119,7 @@ bool FTFont_FOND::ListsOutlineFont(int32_t iID) const {
 
 FTFont_FOND::Position FTFont_FOND::GetIndKernEntry(uint64_t iEntry) const {
   if (iEntry >= GetKernEntryCount()) return std::nullopt;
+  SpendWork(iEntry);
   int64_t tAt = *_fLayout.kernEntries;
   for (uint64_t i = 0; i < iEntry; ++i) {
     tAt += kKernEntryHeaderSize + kKernPairSize * S16At(tAt + 2);
@@ -141,6 +148,7 @@ FTFont_FOND::Position FTFont_FOND::GetIndKernPair(uint64_t iEntry, uint64_t iPai
 const std::vector<Tova::String>& FTFont_FOND::GetPostScriptNames() const {
   ReadData();
   if (!_fLayout.postScriptNames) {
+    SpendWork(kNamesSteps);
     std::vector<Tova::String> tNames;
     if (_fLayout.styleMapping) tNames = FTStyleNames(Bytes(), *_fLayout.styleMapping).MakePostScriptNames();
     _fLayout.postScriptNames = std::move(tNames);
@@ -174,11 +182,8 @@ void FTFont_FOND::LookForType1Fonts() const {
 }
 
 std::shared_ptr<const FTLWFNFontContainer> FTFont_FOND::Type1FontContainerFromName(TovaStringRef iName) const {
-  const auto* tSuitcase = dynamic_cast<const FTDiskBasedFontContainer*>(GetContainer());
-  if (!tSuitcase) return nullptr;
   const Tova::String tFileName = FTMake533NameFromFullName(iName);
-  if (!tFileName) return nullptr;
-  const auto tFile = tSuitcase->GetFile().Sibling(std::string(Tova::Text(tFileName)));
-  if (!tFile || tFile->IsSameAs(tSuitcase->GetFile())) return nullptr;
-  return FTOutlineFiles::ContainerForFile(tFile, IsReadOnly());
+  if (!GetContainer() || !tFileName) return nullptr;
+  SpendWork(kLookUpSteps);
+  return GetContainer()->FindOutlineFile(std::string(Tova::Text(tFileName)));
 }

@@ -1,13 +1,11 @@
-#include "TableAccess/FontClasses/FTOutlineFiles.h"
+#include "TableAccess/FontClasses/FTOutlineFileName.h"
 
-#include <algorithm>
 #include <array>
-#include <mutex>
+#include <cstdint>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "TableAccess/ContainerClasses/FTLWFNFontContainer.h"
+#include "Platform/ByteView.h"
 
 namespace {
 
@@ -16,8 +14,6 @@ constexpr uint64_t kMaxNameUnits = 255;
 /// Units kept after the capital letter of the first word, and of a further one.
 constexpr int kKeptOfFirstWord = 4;
 constexpr int kKeptOfWord = 2;
-
-using Containers = std::vector<std::weak_ptr<const FTLWFNFontContainer>>;
 
 /// UTF-16 units, big-endian, in a view.
 class Units {
@@ -61,22 +57,6 @@ std::vector<uint8_t> Shorten(const Units& iName) {
 }
 
 }  // namespace
-
-std::shared_ptr<const FTLWFNFontContainer> FTOutlineFiles::ContainerForFile(std::shared_ptr<const Tova::File> iFile,
-                                                                            bool iReadOnly) {
-  static std::mutex gMutex;
-  static Containers _fgType1Fonts;
-  const std::lock_guard tLock(gMutex);
-  std::erase_if(_fgType1Fonts, [](const auto& iContainer) { return iContainer.expired(); });
-  for (const auto& tKnown : _fgType1Fonts) {
-    auto tContainer = tKnown.lock();
-    if (tContainer && tContainer->GetFile().IsSameAs(*iFile)) return tContainer;
-  }
-  std::shared_ptr<const FTFontContainer> tOpened = FTFontContainer::FontContainerFromFSRef(std::move(iFile), iReadOnly);
-  auto tContainer = std::dynamic_pointer_cast<const FTLWFNFontContainer>(tOpened);
-  if (tContainer) _fgType1Fonts.push_back(tContainer);
-  return tContainer;
-}
 
 Tova::String FTMake533NameFromFullName(TovaStringRef iName) {
   std::array<uint8_t, 2 * kMaxNameUnits> tBytes;
