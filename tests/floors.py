@@ -17,6 +17,7 @@ MAY_INCLUDE = {
     "Source/TableAccess": ["Include/Tova", "Source/Platform"],
     "Source/Tests": ["Include/Tova", "Include/VornFontTest", "Source/Platform", "Source/TableAccess"],
     "Source/Core": ["Include/Tova", "Include/VornFontTest", "Source/Platform", "Source/TableAccess", "Source/Tests"],
+    "Source/BundleWriter": ["Include/Tova", "Include/VornFontTest", "Source/Core", "Source/Tests"],
     "Tools": ["Include/Tova", "Include/VornFontTest"],  # each program is a folder of its own
 }
 

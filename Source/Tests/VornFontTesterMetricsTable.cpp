@@ -49,7 +49,8 @@ void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, con
     if (tMetrics.advance > tEm) {
       ReportResult(Severity::kInformation, iTexts.beyondEm, {tGlyph, tMetrics.advance, tEm});
     }
-    // It is the side bearing that is held against 40 percent of the em, and whose value the message gives.
+    // quirk: bearing-as-width. It is the side bearing that is held against 40 percent of the em, and whose value the
+    // message gives.
     if (tSideBearing > tLimit) {
       ReportResult(Severity::kInformation, iTexts.bearingBeyondEm, {tGlyph, tSideBearing, tLimit});
     }

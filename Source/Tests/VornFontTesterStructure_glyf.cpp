@@ -94,6 +94,7 @@ void VornFontTesterStructure_glyf::CheckSimpleGlyph(uint32_t iGlyph, const FTSim
     CheckContours(iGlyph, iOutline);
   } else {
     ReportResult(Severity::kMinorError,
+                 // quirk: box-computed-twice. The second box is the stored one.
                  "Glyph %d: bad bounding box computed; computed value is ( %d, %d, %d, %d ) and computed value is ( "
                  "%d, %d, %d, %d )",
                  {iGlyph, tComputed.left, tComputed.right, tComputed.bottom, tComputed.top, tStored.left, tStored.right,
@@ -111,7 +112,8 @@ void VornFontTesterStructure_glyf::CheckContours(uint32_t iGlyph, const FTSimple
   size_t tStart = 0;
   for (uint16_t tContour = 0; tContour < iOutline.GetContourCount(); ++tContour) {
     const size_t tEnd = tEndPoints.U16(uint64_t{2} * tContour);
-    // For all contours but the first these points are one before the ones whose flags are compared.
+    // quirk: contour-ends. For all contours but the first these points are one before the ones whose flags are
+    // compared.
     const auto tLast = static_cast<uint16_t>(iOutline.GetContourPointCount(tContour) - 1);
     const bool tClosed = iOutline.GetContourPoint(tContour, 0) == iOutline.GetContourPoint(tContour, tLast);
     if (tClosed && tOnCurve(tStart) != tOnCurve(tEnd)) {

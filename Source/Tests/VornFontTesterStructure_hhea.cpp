@@ -149,7 +149,8 @@ void VornFontTesterStructure_hhea::CheckCaretAgainstFdsc(const FTFontTable_hhea&
   int32_t tX = 0;
   int32_t tY = 0;
   Cordic(kOne, static_cast<int32_t>(Tova::Wrap32(static_cast<uint64_t>(tAngle))), &tX, &tY);
-  // The caret is compared with a unit vector of whole numbers, so that small slants do not show.
+  // quirk: caret-unit-vector. The caret is compared with a unit vector of whole numbers, so that small slants do not
+  // show.
   const int16_t tRise = Tova::WrapSigned16(Fix2Long(tY));
   const int16_t tRun = Tova::WrapSigned16(Fix2Long(-tX));
   if (iTable.CaretSlopeRise() != tRise) {

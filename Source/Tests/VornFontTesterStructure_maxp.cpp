@@ -49,7 +49,7 @@ void VornFontTesterStructure_maxp::CheckSize(uint64_t iSize, uint64_t iExpected)
 void VornFontTesterStructure_maxp::CheckShortForm(const FTFontTable_maxp& iTable) const {
   CheckSize(iTable.GetSize(), kShortSize);
   if (iTable.Version() != kShortVersion) {
-    // The version named is the long form's, here too.
+    // quirk: maxp-short-version. The version named is the long form's, here too.
     ReportResult(Severity::kMinorError, "The table's version is 0x%08lX; it should be 0x00010000", {iTable.Version()});
   }
 }
@@ -86,7 +86,7 @@ void VornFontTesterStructure_maxp::CheckMaxima(const FTFontTable_maxp& iTable, c
     if (iStored != iComputed) ReportResult(Severity::kMinorError, iFormat, {iStored, iComputed});
   };
   tCompare(iTable.MaxPoints(), iMaxima.points, "The table's maximum point count is %d; it should be %d");
-  // Contours are held against the components of compound glyphs; those of simple glyphs are judged with the outlines.
+  // quirk: contours-are-components. Contours are held against the components of compound glyphs.
   tCompare(iTable.MaxContours(), iMaxima.components, "The table's maximum contour count is %d; it should be %d");
   tCompare(iTable.MaxComponentPoints(), iMaxima.componentPoints,
            "The table's maximum component point count is %d; it should be %d");
