@@ -18,6 +18,7 @@ void VornFontTester_NFNT::CheckNFNT(const FTFont_NFNT& iFont) const {
                  {iFont.Length(), kHeaderSize});
     return;
   }
+  // quirk: signed-characters. One above 0x7FFF is below all others.
   const int16_t tFirst = iFont.S16At(2);
   const int16_t tLast = iFont.S16At(4);
   if (tFirst > tLast) {

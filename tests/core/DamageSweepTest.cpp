@@ -58,7 +58,7 @@ void Survive(const Bytes& bytes, bool messages) {
 TableBuilder RichSuitcase() {
   FamilyBuilder family;
   family.fat = {{12, 0, 300}, {0, 0, 128}};
-  family.strings = {"Base", "\x01\x03", "Bold"};
+  family.strings = {"Base", "\x03", "Bold"};
   family.indexes = {1, 2};
   family.kerning = {{0, 1}, {1, 1}};
   family.hasWidths = true;

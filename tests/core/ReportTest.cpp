@@ -181,7 +181,8 @@ TEST_F(ReportCreation, AFamilyAndItsOutlineFontOfOneNameBecomeOneEntry) {
   ASSERT_EQ(report.Count({kFonts}), 4);
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestTrueTypeFontData");
-  EXPECT_EQ(report.Text({kFonts, 0, kRecords, report.Count({kFonts, 0, kRecords}) - 1, kVornFontTestIdentifierKey}),
+  const int last = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+  EXPECT_EQ(report.Text({kFonts, 0, kRecords, last, kVornFontTestIdentifierKey}),
             "veltrin.resource.FOND.styles.usability");
   EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontPostScriptNameKey}), "<no font name>") << "the sfnt without";
   EXPECT_EQ(report.Text({kFonts, 2, kVornFontTestFontNameKey}), "Nameless");

@@ -3,12 +3,14 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_FOND.h"
 #include "TableAccess/FontClasses/FTFont_sfntResource.h"
 
 namespace {
 
 constexpr const char* kFileFailure = "A file IO operation failed";
+constexpr const char* kCorrupt = "A file's resource fork is corrupt";
 
 /// What a font is found by.
 constexpr uint64_t KeyOf(uint32_t iType, int16_t iID) { return uint64_t{iType} << 16 | static_cast<uint16_t>(iID); }
@@ -87,8 +89,9 @@ void FTResourceFontContainer::AddFontsFromResourceType(uint32_t iType, FontArray
   for (uint32_t i = 0; i < tResources.Count(); ++i) {
     const std::optional<Tova::Resource> tResource = tResources[i];
     if (!tResource || static_cast<int64_t>(tResource->data.Size()) > MaximumResourceSize()) {
-      FTThrow("tResource == NULL || tSize > (Size) MaximumResourceSize()", "A file's resource fork is corrupt");
+      FTThrow("tResource == NULL || tSize > (Size) MaximumResourceSize()", kCorrupt);
     }
+    if (ioFonts.size() >= kFTMaxSuitcaseFonts) FTThrow("ioFonts.size() >= kFTMaxSuitcaseFonts", kCorrupt);
     ioFonts.push_back(FTFont::FTFontFromResource(this, iType, tResource->data, tResource->id, tResource->name));
   }
 }

@@ -92,7 +92,7 @@ void FTFont_FOND::ReadOffsetsAndBoxes() const {
   _fLayout.offsets = tOffsets + 2;
   if (tBoxes + 2 >= Length()) return;
   _fLayout.boxCount = Tova::WrapSigned16(U16At(tBoxes) + 1);
-  // The count of boxes, not their size: what is too long for the resource is told by the test of the boxes.
+  // quirk: box-room. The count of boxes, not their size; what is too long is told by the test of the boxes.
   if (_fLayout.boxCount >= 1 && tBoxes + _fLayout.boxCount + 12 <= Length()) _fLayout.boxes = tBoxes + 2;
 }
 

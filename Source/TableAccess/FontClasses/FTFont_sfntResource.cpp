@@ -1,6 +1,7 @@
 #include "TableAccess/FontClasses/FTFont_sfntResource.h"
 
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
+#include "TableAccess/FontClasses/FTFont_resource.h"
 
 FTFont_sfntResource::FTFont_sfntResource(const FTFontContainer* iContainer, Tova::ByteView iBytes, int16_t iID,
                                          Tova::ByteView iName)

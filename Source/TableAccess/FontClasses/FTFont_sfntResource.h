@@ -11,7 +11,7 @@ class FTFont_sfntResource : public FTFont_sfnt {
   FTFont_sfntResource(const FTFontContainer* iContainer, Tova::ByteView iBytes, int16_t iID, Tova::ByteView iName);
 
   /// The first family of the suitcase whose first outline entry with a font of this ID names it. The entry's ID counts
-  /// as unsigned and this font's as signed, so that one with a negative ID has no family.
+  /// as unsigned and this font's as signed: quirk: negative-sfnt-id.
   const FTFont_FOND* GetFOND() const override;
 
   int16_t GetResourceID() const { return _fResourceID; }

@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr int64_t kIndexesAt = 10;
 constexpr int64_t kStringsAt = 60;
 constexpr size_t kMaxNameLength = 255;
 
@@ -15,12 +16,16 @@ constexpr size_t kMaxNameLength = 255;
 std::vector<Tova::String> FTStyleNames::MakePostScriptNames() const {
   std::vector<Tova::String> tNames;
   for (int tStyle = 0; tStyle < kStyleCount; ++tStyle) {
-    // quirk: the index of a style leads to another index, and that one to the name.
+    // quirk: style-index-twice. The index of a style leads to another index, and that one to the name.
     const Tova::String tName = FTDecodeText(MakeName(GetIndex(tStyle)), kTovaTextEncodingRoman);
     const auto tIsName = [&tName](const Tova::String& iOther) { return TovaEqual(iOther.get(), tName.get()); };
     if (tName && std::ranges::none_of(tNames, tIsName)) tNames.push_back(tName);
   }
   return tNames;
+}
+
+int8_t FTStyleNames::GetIndex(int iStyle) const {
+  return _fResource.S8(static_cast<uint64_t>(_fTable + kIndexesAt + iStyle));
 }
 
 std::string FTStyleNames::MakeName(int iIndex) const {

@@ -24,7 +24,7 @@ class FTStyleNames {
   std::vector<Tova::String> MakePostScriptNames() const;
 
   /// The index of a style, or what stands where it would.
-  int8_t GetIndex(int iStyle) const { return S8At(_fTable + 10 + iStyle); }
+  int8_t GetIndex(int iStyle) const;
   /// Where a string stands; its number counts from 1, and 0 is the first as well. None when the strings before it reach
   /// the end of the resource.
   std::optional<int64_t> FindString(int iNumber) const;
@@ -36,7 +36,6 @@ class FTStyleNames {
   std::string MakeName(int iIndex) const;
   int64_t FindStringOrThrow(int iNumber) const;
   uint8_t U8At(int64_t iAt) const { return _fResource.U8(static_cast<uint64_t>(iAt)); }
-  int8_t S8At(int64_t iAt) const { return _fResource.S8(static_cast<uint64_t>(iAt)); }
 
   Tova::ByteView _fResource;
   int64_t _fTable;

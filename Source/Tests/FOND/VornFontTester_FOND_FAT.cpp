@@ -29,7 +29,8 @@ void VornFontTester_FOND_FAT::CheckFAT_FOND(const FTFont_FOND& iFamily) const {
   CheckEntries(iFamily);
 }
 
-/// Looks at as many entries as the table claims; those beyond the end of the resource read as zeros.
+/// quirk: associations-beyond-end. Looks at as many entries as the table claims; those beyond the end of the resource
+/// read as zeros.
 void VornFontTester_FOND_FAT::CheckEntries(const FTFont_FOND& iFamily) const {
   const auto* tSuitcase = dynamic_cast<const FTResourceFontContainer*>(iFamily.GetContainer());
   if (!tSuitcase) return;

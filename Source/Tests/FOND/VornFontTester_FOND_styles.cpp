@@ -70,8 +70,9 @@ void VornFontTester_FOND_styles::CheckGlyphNames(const FTFont_FOND& iFamily, int
   const uint16_t tGlyphCount = iFamily.U16At(iGlyphs);
   if (tGlyphCount > kMostGlyphs) {
     const Tova::String tName = RomanText(iFamily.GetResourceName());
-    TovaLogLine(
-        Tova::Format("##### ERROR (%@): Something is terribly wrong, tGlyphCount == %d", {tName, tGlyphCount}).get());
+    const Tova::String tLine = Tova::Format("##### ERROR (%s): Something is terribly wrong, tGlyphCount == %d",
+                                            {TovaStringGetUTF8(tName.get()), tGlyphCount});
+    TovaLogLine(tLine.get());
     iFamily.CheckIntegrity();
   }
   int64_t tAt = iGlyphs + 2;
@@ -133,6 +134,7 @@ void VornFontTester_FOND_styles::CheckPSNameString(const FTStyleNames& iNames, i
     tName += tPiece;
     if (tName.size() > kMostNameBytes) {
       ReportResult(Severity::kFatalError,
+                   // quirk: missing-parenthesis
                    "PostScript name for style %d is far too long (more than 256 bytes; the maximum legal length is 63 "
                    "bytes",
                    {iStyle});
