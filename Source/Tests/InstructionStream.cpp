@@ -138,6 +138,7 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
                                     uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions,
                                     uint64_t iOffset) {
   if (iLength == 0) return true;
+  iTester->GetFont()->SpendWork(iLength);
   OpCodeState tState = {.tester = iTester,
                         .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
                         .isGlyphProgram = iTester->TestsTableWithTag(FTTag("glyf")) != nullptr};

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "TableAccess/AncillaryClasses/FTTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hmtx.h"
@@ -75,10 +74,11 @@ VornFontTesterStructure_hhea::ExtremeMetrics VornFontTesterStructure_hhea::GetHo
   const auto* tGlyphs = iFont.HasTaggedTable(FTFontTable_glyf::kTag) ? iFont.FindTable<FTFontTable_glyf>() : nullptr;
   const uint16_t tGlyphCount = iFont.CountFontGlyphs();
   ExtremeMetrics tExtremes;
+  iFont.SpendWork(tGlyphCount);
   for (uint16_t i = 0; i < tGlyphCount; ++i) {
     const FTGlyphMetrics tGlyphMetrics = tMetrics ? tMetrics->GetMetrics(i) : FTGlyphMetrics();
-    const FTTrueTypeGlyph* tGlyph = tGlyphs ? tGlyphs->GetGlyph(i) : nullptr;
-    const FTRect tBox = tGlyph ? tGlyph->GetBounds() : FTRect();
+    const FTTrueTypeGlyph tGlyph = tGlyphs ? tGlyphs->GetGlyph(i) : FTTrueTypeGlyph();
+    const FTRect tBox = tGlyph ? tGlyph.GetBounds() : FTRect();
     const int16_t tAdvance = Tova::WrapSigned16(tGlyphMetrics.advance);
     const int16_t tSideBearing = Tova::WrapSigned16(tGlyphMetrics.sideBearing);
     const int tWidth = tBox.right - tBox.left;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "TableAccess/AncillaryClasses/FTCompoundTrueTypeGlyph.h"
-#include "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 
 namespace {
@@ -65,17 +63,21 @@ VornFontTesterStructure_maxp::Maxima VornFontTesterStructure_maxp::MeasureGlyphs
                                                                                  uint16_t iGlyphCount) {
   const auto& tGlyphs = *iFont.FindTable<FTFontTable_glyf>();
   Maxima tMaxima;
+  iFont.SpendWork(iGlyphCount);
   for (uint32_t i = 0; i < iGlyphCount; ++i) {
-    const FTTrueTypeGlyph* tGlyph = tGlyphs.GetGlyph(i);
-    if (const auto* tSimple = dynamic_cast<const FTSimpleTrueTypeGlyph*>(tGlyph)) {
-      Raise(tMaxima.points, tSimple->GetPointCount());
-      Raise(tMaxima.instructionBytes, tSimple->GetInstructionByteCount());
-    } else if (const auto* tCompound = dynamic_cast<const FTCompoundTrueTypeGlyph*>(tGlyph)) {
-      Raise(tMaxima.components, tCompound->GetComponentCount());
-      Raise(tMaxima.componentPoints, tCompound->GetComponentPointCount());
-      Raise(tMaxima.componentContours, tCompound->GetComponentContourCount());
-      Raise(tMaxima.subcomponents, tCompound->GetSubcomponentCount());
-      Raise(tMaxima.componentDepth, tCompound->GetComponentDepth());
+    const FTTrueTypeGlyph tGlyph = tGlyphs.GetGlyph(i);
+    if (!tGlyph || tGlyph.IsEmptyGlyph()) continue;
+    if (tGlyph.IsSimpleGlyph()) {
+      const FTSimpleTrueTypeGlyph tSimple(tGlyph);
+      Raise(tMaxima.points, tSimple.GetPointCount());
+      Raise(tMaxima.instructionBytes, tSimple.GetInstructionByteCount());
+    } else {
+      const FTCompoundTrueTypeGlyph tCompound(tGlyph);
+      Raise(tMaxima.components, tCompound.GetComponentCount());
+      Raise(tMaxima.componentPoints, tCompound.GetComponentPointCount());
+      Raise(tMaxima.componentContours, tCompound.GetComponentContourCount());
+      Raise(tMaxima.subcomponents, tCompound.GetSubcomponentCount());
+      Raise(tMaxima.componentDepth, tCompound.GetComponentDepth());
     }
   }
   return tMaxima;

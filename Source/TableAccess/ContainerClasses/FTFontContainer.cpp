@@ -69,7 +69,7 @@ FTFontContainer& FTFontContainer::operator=(const FTFontContainer& iOther) {
 void FTFontContainer::CopyFonts(const FTFontContainer& iOther) {
   FontArray tFonts;
   for (const auto& tFont : iOther.Fonts()) tFonts.push_back(std::make_unique<FTFont>(*tFont));
-  _fFonts = std::move(tFonts);
+  SetFonts(std::move(tFonts));
 }
 
 const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
@@ -78,10 +78,14 @@ const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
   return *_fFonts;
 }
 
-bool FTFontContainer::SpendWork(uint64_t iItems) const {
-  _fWork += iItems;
-  const uint64_t tFileSize = Fonts().empty() ? 0 : Fonts().front()->GetUnswappedDataLength();
-  return _fWork <= kFTWorkAllowed + kFTWorkAllowedPerByte * tFileSize;
+void FTFontContainer::SetFonts(FontArray iFonts) const {
+  _fGlyphSets = {};
+  _fBudget = FTWorkBudget(GetDataLength(iFonts));
+  _fFonts = std::move(iFonts);
+}
+
+uint64_t FTFontContainer::GetDataLength(const FontArray& iFonts) const {
+  return iFonts.empty() ? 0 : iFonts.front()->GetUnswappedDataLength();  // each has the whole file
 }
 
 const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {

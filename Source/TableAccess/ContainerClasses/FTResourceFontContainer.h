@@ -35,6 +35,7 @@ class FTResourceFontContainer : public FTDiskBasedFontContainer {
   const Tova::ResourceFile& GetFileRef() const;
 
  protected:
+  uint64_t GetDataLength(const FontArray&) const override { return static_cast<uint64_t>(_fMaximumResourceSize); }
   virtual void AddFontsFromResources(FontArray& ioFonts) const;
   /// Throws "A file's resource fork is corrupt" when one of the resources is not there as a whole.
   void AddFontsFromResourceType(uint32_t iType, FontArray& ioFonts) const;

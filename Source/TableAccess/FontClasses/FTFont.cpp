@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/ContainerClasses/FTFontContainer.h"
-#include "TableAccess/FontClasses/FTLookupTable.h"
+#include "TableAccess/AncillaryClasses/FTLookupTable.h"
 
 namespace {
 
@@ -28,25 +27,25 @@ Tova::ByteView DataForkOf(const Tova::File& iFile) {
 
 }  // namespace
 
-FTFont::FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes) : _fContainer(iContainer), _fBytes(iBytes) {
+FTFont::FTFont(const FTFontOwner* iOwner, Tova::ByteView iBytes) : _fOwner(iOwner), _fBytes(iBytes) {
   if (FTFont::IsReadOnly()) return;
   _fData = CopyOf(iBytes);
   _fBytes = ViewOf(_fData);
 }
 
-FTFont::FTFont(const FTFontContainer* iContainer, const Tova::Data& iData) : _fContainer(iContainer) {
+FTFont::FTFont(const FTFontOwner* iOwner, const Tova::Data& iData) : _fOwner(iOwner) {
   _fData = FTFont::IsReadOnly() ? iData : CopyOf(ViewOf(iData));
   _fBytes = ViewOf(_fData);
 }
 
-FTFont::FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile)
-    : _fContainer(iContainer), _fFile(std::move(iFile)), _fBytes(DataForkOf(*_fFile)) {}
+FTFont::FTFont(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile)
+    : _fOwner(iOwner), _fFile(std::move(iFile)), _fBytes(DataForkOf(*_fFile)) {}
 
-FTFont::FTFont(const FTFont& iOther) : _fContainer(iOther._fContainer) { CopyUnswappedData(iOther); }
+FTFont::FTFont(const FTFont& iOther) : _fOwner(iOther._fOwner) { CopyUnswappedData(iOther); }
 
 FTFont& FTFont::operator=(const FTFont& iOther) {
   if (this == &iOther) return *this;
-  _fContainer = iOther._fContainer;
+  _fOwner = iOther._fOwner;
   CopyUnswappedData(iOther);
   return *this;
 }
@@ -74,11 +73,9 @@ const void* FTFont::TestBasicUsability() const {
   return tIdentifier;
 }
 
-TovaStringRef FTFont::GetName() const { return _fContainer ? _fContainer->GetName() : nullptr; }
+TovaStringRef FTFont::GetName() const { return _fOwner ? _fOwner->GetName() : nullptr; }
 
-bool FTFont::IsReadOnly() const { return _fContainer && _fContainer->IsReadOnly(); }
-
-bool FTFont::SpendWork(uint64_t iItems) const { return !_fContainer || _fContainer->SpendWork(iItems); }
+bool FTFont::IsReadOnly() const { return _fOwner && _fOwner->IsReadOnly(); }
 
 Tova::ByteView FTFont::DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const {
   return FTLookUp(iTable, iGlyph);

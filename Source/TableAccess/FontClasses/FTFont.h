@@ -6,8 +6,8 @@
 
 #include "Platform/ByteView.h"
 #include "Platform/File.h"
-
-class FTFontContainer;
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
+#include "TableAccess/FontClasses/FTFontOwner.h"
 
 /// A font of any kind: its bytes, its container and what every font can be asked.
 ///
@@ -22,16 +22,16 @@ class FTFont {
   /// The font in a resource, with its ID and its name as it stands in the resource map: a family, a bitmap font, a
   /// PostScript outline resource or an sfnt font by the type. Null without bytes. Throws "An attempt was made to create
   /// a font of an unknown type" for another type.
-  static std::unique_ptr<FTFont> FTFontFromResource(const FTFontContainer* iContainer, uint32_t iType,
-                                                    Tova::ByteView iBytes, int16_t iID, Tova::ByteView iName);
+  static std::unique_ptr<FTFont> FTFontFromResource(const FTFontOwner* iOwner, uint32_t iType, Tova::ByteView iBytes,
+                                                    int16_t iID, Tova::ByteView iName);
 
   FTFont() = default;
   /// Borrows the bytes when the container is read-only (the caller keeps them alive), copies them otherwise.
-  FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes);
+  FTFont(const FTFontOwner* iOwner, Tova::ByteView iBytes);
   /// Takes one more reference when the container is read-only, copies otherwise.
-  FTFont(const FTFontContainer* iContainer, const Tova::Data& iData);
+  FTFont(const FTFontOwner* iOwner, const Tova::Data& iData);
   /// Looks into a file, as others may. Throws "A file IO operation failed" for one that could not be mapped.
-  FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::File> iFile);
+  FTFont(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile);
   /// Shares the bytes of a read-only font, copies those of another. Throws "A file IO operation failed" for a read-only
   /// font over a mapped file: a copy never keeps a file mapped.
   FTFont(const FTFont& iOther);
@@ -45,8 +45,8 @@ class FTFont {
   virtual TovaStringRef GetName() const;
   virtual TovaStringRef GetPostScriptName() const { return nullptr; }
   virtual uint32_t GetType() const { return kBase; }
-  virtual const FTFontContainer* GetContainer() const { return _fContainer; }
-  virtual void SetContainer(const FTFontContainer* iContainer) { _fContainer = iContainer; }
+  virtual const FTFontContainer* GetContainer() const { return _fOwner ? _fOwner->AsContainer() : nullptr; }
+  virtual void SetContainer(const FTFontOwner* iOwner) { _fOwner = iOwner; }
   virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
   virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
   virtual bool IsReadOnly() const;
@@ -54,8 +54,11 @@ class FTFont {
   /// word on: a view that starts at the value, or an empty one where the table has none for the glyph.
   virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;
 
-  /// As FTFontContainer::SpendWork; a font without a container may always work.
-  bool SpendWork(uint64_t iItems) const;
+  /// The budget of the font's file; a font without a container has one of its own.
+  FTWorkBudget& GetWorkBudget() const { return _fOwner ? _fOwner->GetWorkBudget() : _fOwnBudget; }
+  /// Charges work to it, before it is done: throws FTWorkBudgetEnd once the fonts of the file together ask for more
+  /// than its size explains.
+  void SpendWork(uint64_t iSteps) const { GetWorkBudget().Charge(iSteps); }
   /// Gives up what is made on first use and can be made again: the tables, and all that was read of them. What they
   /// lent out is gone; the font's names stay.
   virtual void ForgetTables() const {}
@@ -63,10 +66,16 @@ class FTFont {
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 
+ protected:
+  const FTFontOwner* Owner() const { return _fOwner; }
+  /// Who keeps a mapped file's bytes; null for other bytes.
+  const std::shared_ptr<const Tova::File>& GetFile() const { return _fFile; }
+
  private:
   void CopyUnswappedData(const FTFont& iOther);
 
-  const FTFontContainer* _fContainer = nullptr;
+  const FTFontOwner* _fOwner = nullptr;
+  mutable FTWorkBudget _fOwnBudget;
   Tova::Data _fData;                         // owns the bytes, or
   std::shared_ptr<const Tova::File> _fFile;  // keeps them mapped, or neither: they are borrowed
   Tova::ByteView _fBytes;

@@ -4,18 +4,18 @@
 #include "TableAccess/FontClasses/FTFont_POST.h"
 #include "TableAccess/FontClasses/FTFont_sfntResource.h"
 
-std::unique_ptr<FTFont> FTFont::FTFontFromResource(const FTFontContainer* iContainer, uint32_t iType,
-                                                   Tova::ByteView iBytes, int16_t iID, Tova::ByteView iName) {
+std::unique_ptr<FTFont> FTFont::FTFontFromResource(const FTFontOwner* iOwner, uint32_t iType, Tova::ByteView iBytes,
+                                                   int16_t iID, Tova::ByteView iName) {
   if (!iBytes.Data()) return nullptr;
   switch (iType) {
     case FTTag("FOND"):
-      return std::make_unique<FTFont_FOND>(iContainer, iBytes, iType, iID, iName);
+      return std::make_unique<FTFont_FOND>(iOwner, iBytes, iType, iID, iName);
     case FTTag("NFNT"):
-      return std::make_unique<FTFont_NFNT>(iContainer, iBytes, iType, iID, iName);
+      return std::make_unique<FTFont_NFNT>(iOwner, iBytes, iType, iID, iName);
     case FTTag("POST"):
-      return std::make_unique<FTFont_POST>(iContainer, iBytes, iType, iID, iName);
+      return std::make_unique<FTFont_POST>(iOwner, iBytes, iType, iID, iName);
     case FTTag("sfnt"):
-      return std::make_unique<FTFont_sfntResource>(iContainer, iBytes, iID, iName);
+      return std::make_unique<FTFont_sfntResource>(iOwner, iBytes, iID, iName);
     default:
       FTThrow("iResourceType", "An attempt was made to create a font of an unknown type");
   }

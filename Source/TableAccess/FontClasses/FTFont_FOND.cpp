@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/ContainerClasses/FTFontContainer.h"
 #include "TableAccess/FontClasses/FTOutlineFileName.h"
 #include "TableAccess/FontClasses/FTStyleNames.h"
 
@@ -183,7 +182,7 @@ void FTFont_FOND::LookForType1Fonts() const {
 
 std::shared_ptr<const FTLWFNFontContainer> FTFont_FOND::Type1FontContainerFromName(TovaStringRef iName) const {
   const Tova::String tFileName = FTMake533NameFromFullName(iName);
-  if (!GetContainer() || !tFileName) return nullptr;
+  if (!Owner() || !tFileName) return nullptr;
   SpendWork(kLookUpSteps);
-  return GetContainer()->FindOutlineFile(std::string(Tova::Text(tFileName)));
+  return Owner()->FindOutlineFile(std::string(Tova::Text(tFileName)));
 }

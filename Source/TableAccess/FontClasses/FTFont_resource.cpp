@@ -16,9 +16,9 @@ std::string FTResourceNameText(Tova::ByteView iName) {
   return tText;
 }
 
-FTFont_resource::FTFont_resource(const FTFontContainer* iContainer, Tova::ByteView iBytes, uint32_t iType, int16_t iID,
+FTFont_resource::FTFont_resource(const FTFontOwner* iOwner, Tova::ByteView iBytes, uint32_t iType, int16_t iID,
                                  Tova::ByteView iName)
-    : FTFont(iContainer, iBytes), _fResourceID(iID), _fResourceType(iType), _fResourceName(FTResourceNameText(iName)) {}
+    : FTFont(iOwner, iBytes), _fResourceID(iID), _fResourceType(iType), _fResourceName(FTResourceNameText(iName)) {}
 
 FTFont_resource::FTFont_resource(const FTFont_resource& iOther)
     : FTFont(iOther),

@@ -13,8 +13,7 @@
 class FTFont_resource : public FTFont {
  public:
   /// The bytes as FTFont takes them; the name in the encoding of the ID's script, up to a NUL.
-  FTFont_resource(const FTFontContainer* iContainer, Tova::ByteView iBytes, uint32_t iType, int16_t iID,
-                  Tova::ByteView iName);
+  FTFont_resource(const FTFontOwner* iOwner, Tova::ByteView iBytes, uint32_t iType, int16_t iID, Tova::ByteView iName);
   FTFont_resource(const FTFont_resource& iOther);
   FTFont_resource& operator=(const FTFont_resource& iOther);
 

@@ -8,7 +8,7 @@
 /// An sfnt font held as an 'sfnt' resource; its offsets count from the start of the resource.
 class FTFont_sfntResource : public FTFont_sfnt {
  public:
-  FTFont_sfntResource(const FTFontContainer* iContainer, Tova::ByteView iBytes, int16_t iID, Tova::ByteView iName);
+  FTFont_sfntResource(const FTFontOwner* iOwner, Tova::ByteView iBytes, int16_t iID, Tova::ByteView iName);
 
   /// The first family of the suitcase whose first outline entry with a font of this ID names it. The entry's ID counts
   /// as unsigned and this font's as signed: quirk: negative-sfnt-id.

@@ -3,12 +3,11 @@
 #include <algorithm>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 void FTFontTable_hmtx::ReadDataInternal() const {
-  _fGlyphCount = GetFont()->CountFontGlyphs();
-  _fLongMetricsCount =
-      GetTag() == kTag ? GetFont()->CountHorizontalLongMetrics() : GetFont()->CountVerticalLongMetrics();
+  _fGlyphCount = Owner()->CountFontGlyphs();
+  _fLongMetricsCount = GetTag() == kTag ? Owner()->CountHorizontalLongMetrics() : Owner()->CountVerticalLongMetrics();
 }
 
 FTGlyphMetrics FTFontTable_hmtx::GetMetrics(uint16_t iGlyph) const {

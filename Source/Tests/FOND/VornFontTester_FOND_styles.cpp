@@ -1,7 +1,7 @@
 #include "Tests/FOND/VornFontTester_FOND_styles.h"
 
+#include <optional>
 #include <string_view>
-#include <vector>
 
 #include "TableAccess/AncillaryClasses/FTText.h"
 #include "TableAccess/FontClasses/FTStyleNames.h"
@@ -108,40 +108,45 @@ bool VornFontTester_FOND_styles::CheckStyleNames(const FTFont_FOND& iFamily, int
 
 void VornFontTester_FOND_styles::CheckPSNameString(const FTStyleNames& iNames, int iStyle) const {
   const At tHere(*this, {.part = "Style " + std::to_string(iStyle)});
-  const auto tReportOutside = [&] {
-    ReportResult(Severity::kFatalError, "The style name table entry %d lies outside the 'FOND' resource boundaries",
-                 {iStyle});
-  };
-  std::vector<int> tNumbers = {1};  // of the strings that make the name
+  std::string tName;
+  if (!AppendPiece(iNames, 1, iStyle, tName)) return;
   if (const int tIndex = iNames.GetIndex(iStyle); tIndex >= 2) {
     const std::optional<int64_t> tList = iNames.FindString(tIndex);
-    if (!tList) return tReportOutside();
-    for (const char tNumber : iNames.ReadString(*tList)) tNumbers.push_back(static_cast<uint8_t>(tNumber));
-  }
-  std::string tName;
-  for (const int tNumber : tNumbers) {
-    const std::optional<int64_t> tString = iNames.FindString(tNumber);
-    if (!tString) return tReportOutside();
-    const std::string tPiece = iNames.ReadString(*tString);
-    if (tPiece.empty()) {
-      ReportResult(
-          Severity::kFatalError,
-          "While generating the PostScript name for style %d, a zero-length piece was encountered; the name is "
-          "invalid",
-          {iStyle});
-      return;
-    }
-    tName += tPiece;
-    if (tName.size() > kMostNameBytes) {
-      ReportResult(Severity::kFatalError,
-                   // quirk: missing-parenthesis
-                   "PostScript name for style %d is far too long (more than 256 bytes; the maximum legal length is 63 "
-                   "bytes",
-                   {iStyle});
-      return;
+    if (!tList) return ReportOutside(iStyle);
+    for (const char tNumber : iNames.ReadString(*tList)) {
+      if (!AppendPiece(iNames, static_cast<uint8_t>(tNumber), iStyle, tName)) return;
     }
   }
   CheckLegalName(tName, iStyle);
+}
+
+bool VornFontTester_FOND_styles::AppendPiece(const FTStyleNames& iNames, int iNumber, int iStyle,
+                                             std::string& ioName) const {
+  const std::optional<int64_t> tString = iNames.FindString(iNumber);
+  if (!tString) {
+    ReportOutside(iStyle);
+    return false;
+  }
+  const std::string tPiece = iNames.ReadString(*tString);
+  ioName += tPiece;
+  if (tPiece.empty()) {
+    ReportResult(Severity::kFatalError,
+                 "While generating the PostScript name for style %d, a zero-length piece was encountered; the name is "
+                 "invalid",
+                 {iStyle});
+  } else if (ioName.size() > kMostNameBytes) {
+    ReportResult(Severity::kFatalError,
+                 // quirk: missing-parenthesis
+                 "PostScript name for style %d is far too long (more than 256 bytes; the maximum legal length is 63 "
+                 "bytes",
+                 {iStyle});
+  }
+  return !tPiece.empty() && ioName.size() <= kMostNameBytes;
+}
+
+void VornFontTester_FOND_styles::ReportOutside(int iStyle) const {
+  ReportResult(Severity::kFatalError, "The style name table entry %d lies outside the 'FOND' resource boundaries",
+               {iStyle});
 }
 
 void VornFontTester_FOND_styles::CheckLegalName(const std::string& iName, int iStyle) const {

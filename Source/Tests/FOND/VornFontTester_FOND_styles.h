@@ -28,6 +28,9 @@ class VornFontTester_FOND_styles : public VornFontTester_FOND {
   /// False when the strings do not fit.
   bool CheckStyleNames(const FTFont_FOND& iFamily, int64_t iStyles, int64_t iLimit) const;
   void CheckPSNameString(const FTStyleNames& iNames, int iStyle) const;
+  /// Appends a string to the name of a style. False, with a finding, when it is no piece of a name.
+  bool AppendPiece(const FTStyleNames& iNames, int iNumber, int iStyle, std::string& ioName) const;
+  void ReportOutside(int iStyle) const;
   void CheckLegalName(const std::string& iName, int iStyle) const;
 };
 
