@@ -88,56 +88,54 @@ TEST_F(Forks, SiblingsAreFilesOfTheSameFolder) {
   for (const char* name : {"three", "", ".", "..", "../one"}) EXPECT_FALSE(file->Sibling(name)) << name;
 }
 
+TableBuilder Fork() {
+  SuitcaseBuilder suitcase;
+  suitcase.Add("FOND", 128, Text("family"), "Name").Add("NFNT", -1, Text("bitmap")).Add("FOND", 129, {});
+  return suitcase.Build();
+}
+constexpr uint32_t kFamilies = 0x464F4E44, kBitmaps = 0x4E464E54, kOutlines = 0x73666E74;
+
 TEST(Resources, AreListedByTypeWithTheirIdsAndNames) {
-  const TableBuilder fork = SuitcaseBuilder()
-                                .Add("FOND", 128, Text("family"), "Name")
-                                .Add("NFNT", -1, Text("bitmap"))
-                                .Add("FOND", 129, {}, "Second")
-                                .Build();
+  const Bytes fork = Fork();
   const auto file = ResourceFile::Open(View(fork));
   ASSERT_TRUE(file);
-  EXPECT_EQ(file->List(0x73666E74).Count(), 0u);
-  const Tova::ResourceList families = file->List(0x464F4E44);
+  EXPECT_EQ(file->List(kOutlines).Count(), 0u);
+  const Tova::ResourceList families = file->List(kFamilies);
   ASSERT_EQ(families.Count(), 2u);
   EXPECT_EQ(families[0]->id, 128);
-  EXPECT_TRUE(families[0]->name.Matches(0, "Name") && families[0]->name.Size() == 4);
-  EXPECT_TRUE(families[0]->data.Matches(0, "family") && families[0]->data.Size() == 6);
-  EXPECT_EQ(families[1]->data.Size(), 0u);
+  EXPECT_TRUE(families[0]->name == View(Text("Name")));
+  EXPECT_TRUE(families[0]->data == View(Text("family")));
+  EXPECT_TRUE(families[1]->name.Empty() && families[1]->data.Empty());
   EXPECT_FALSE(families[2]);
-  EXPECT_EQ((*file->List(0x4E464E54)[0]).id, -1);
-  EXPECT_TRUE((*file->List(0x4E464E54)[0]).name.Empty());
+  EXPECT_EQ(file->List(kBitmaps)[0]->id, -1);
 }
 
 TEST(Resources, AMapThatLeavesTheForkOpensNothing) {
-  const TableBuilder fork = SuitcaseBuilder().Add("FOND", 128, Text("family"), "Name").Build();
+  const TableBuilder fork = Fork();
   const auto opens = [&](const char* label, uint64_t value) {
     return ResourceFile::Open(View(TableBuilder(fork).Patch(label, value))).has_value();
   };
   EXPECT_TRUE(opens("dataOffset", 16));
-  EXPECT_FALSE(opens("mapOffset", fork.Offset("map") + 1));
-  EXPECT_FALSE(opens("mapOffset", 0xFFFFFFFF));
-  EXPECT_FALSE(opens("mapLength", 29));
-  EXPECT_FALSE(opens("mapLength", 0xFFFFFFFF));
-  EXPECT_FALSE(opens("typeList", 0xFFFF));
-  EXPECT_FALSE(ResourceFile::Open(View(Bytes(15))));
-  EXPECT_FALSE(ResourceFile::Open(View(Bytes(1000))));
-  const auto empty = ResourceFile::Open(View(TableBuilder(fork).Patch("typeCount", 0xFFFF)));
-  EXPECT_EQ(empty->List(0x464F4E44).Count(), 0u) << "no types";
+  EXPECT_FALSE(opens("mapOffset", fork.Offset("map") + 1) || opens("mapOffset", 0xFFFFFFFF));
+  EXPECT_FALSE(opens("mapLength", 29) || opens("mapLength", 0xFFFFFFFF) || opens("typeList", 0xFFFF));
+  EXPECT_FALSE(ResourceFile::Open(View(Bytes(15))) || ResourceFile::Open(View(Bytes(1000))));
 }
 
 TEST(Resources, WhatLeavesTheForkIsNoResource) {
-  const TableBuilder fork = SuitcaseBuilder().Add("FOND", 128, Text("family"), "Name").Build();
-  const auto family = [&](const char* label, uint64_t value) {
-    return ResourceFile::Open(View(TableBuilder(fork).Patch(label, value)))->List(0x464F4E44)[0];
+  const TableBuilder fork = Fork();
+  const auto list = [&](const char* label, uint64_t value) {
+    return ResourceFile::Open(View(TableBuilder(fork).Patch(label, value)))->List(kFamilies);
   };
-  EXPECT_TRUE(family("FOND.128.name", 0));
-  EXPECT_FALSE(family("FOND.128.data", 0xFFFFFF));
-  EXPECT_FALSE(family("FOND.128.length", 7));
-  EXPECT_FALSE(family("FOND.128.length", 0xFFFFFFFF));
-  EXPECT_FALSE(family("FOND.references", 0xFFFF));
-  EXPECT_FALSE(family("dataOffset", 0xFFFFFFFF));
-  EXPECT_TRUE(family("FOND.128.name", 1000)->name.Empty());
-  EXPECT_EQ(ResourceFile::Open(View(TableBuilder(fork).Patch("FOND.count", 0xFFFF)))->List(0x464F4E44).Count(), 65536u);
+  for (const auto& [label, value] : {std::pair<const char*, uint64_t>{"FOND.128.data", 0xFFFFFF},
+                                     {"FOND.128.length", 70},
+                                     {"FOND.128.length", 0xFFFFFFFF},
+                                     {"FOND.references", 0xFFFF},
+                                     {"dataOffset", 0xFFFFFFFF}}) {
+    EXPECT_FALSE(list(label, value)[0]) << label;
+  }
+  EXPECT_TRUE(list("FOND.128.name", 1000)[0]->name.Empty());
+  EXPECT_EQ(list("FOND.count", 0xFFFF).Count(), 65536u);
+  EXPECT_EQ(list("typeCount", 0xFFFF).Count(), 0u) << "no types";
 }
 
 }  // namespace
