@@ -235,6 +235,11 @@ TOVA_EXPORT TovaStringRef TovaURLCopyLastPathComponent(TovaURLRef url);
    host. */
 TOVA_EXPORT const char* TovaURLGetFileSystemPath(TovaURLRef url);
 
+/* Whether the file holds resources of any of these types (each four characters in a number, the first in its highest
+   byte): in its data fork where that is a resource file, else in its resource fork. That is looked for where the file
+   system offers named forks, in the sidecar "._NAME" beside the file, and in the file itself where it holds both. */
+TOVA_EXPORT bool TovaURLHoldsResources(TovaURLRef url, const uint32_t* types, size_t count);
+
 /* ---- Property lists -------------------------------------------------------------------------------------------- */
 
 /* Reads an XML property list (PropertyList-1.0). Null when it is malformed; then error, where given, receives a

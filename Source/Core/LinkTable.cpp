@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "Tests/FOND/VornFontTester_FOND_FAT.h"
+#include "Tests/FOND/VornFontTester_FOND_Type1.h"
+#include "Tests/FOND/VornFontTester_FOND_boundingBox.h"
+#include "Tests/FOND/VornFontTester_FOND_kerning.h"
+#include "Tests/FOND/VornFontTester_FOND_offsets.h"
+#include "Tests/FOND/VornFontTester_FOND_styles.h"
 #include "Tests/VornFontTesterInstructions_fpgm.h"
 #include "Tests/VornFontTesterInstructions_glyf.h"
 #include "Tests/VornFontTesterInstructions_prep.h"
@@ -17,6 +23,7 @@
 #include "Tests/VornFontTesterStructure_maxp.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
+#include "Tests/VornFontTester_NFNT.h"
 #include "Tests/VornFontTester_duplicate.h"
 #include "Tests/VornFontTester_sfnt.h"
 
@@ -44,6 +51,13 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_vmtx>(),
     Link<VornFontTesterUsability_Type1>(),
     Link<VornFontTester_duplicate>(),
+    Link<VornFontTester_FOND_FAT>(),
+    Link<VornFontTester_FOND_Type1>(),
+    Link<VornFontTester_FOND_boundingBox>(),
+    Link<VornFontTester_FOND_kerning>(),
+    Link<VornFontTester_FOND_offsets>(),
+    Link<VornFontTester_FOND_styles>(),
+    Link<VornFontTester_NFNT>(),
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

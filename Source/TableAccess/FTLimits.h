@@ -14,6 +14,9 @@ inline constexpr uint64_t kFTOverlappingChainBytes = uint64_t{1} << 24;
 /// fonts, and each costs memory before its directory is looked at.
 inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 
+/// Fonts in a suitcase, refused in the same way: a map of a megabyte can list as many, over one resource even.
+inline constexpr uint64_t kFTMaxSuitcaseFonts = 65536;
+
 /// Bytes by which the directories of a collection's fonts may exceed its file: fonts may share a directory, as far as
 /// that stays small.
 inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;

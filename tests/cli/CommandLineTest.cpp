@@ -9,6 +9,7 @@
 
 #include "cli/Program.h"
 #include "support/FontBuilder.h"
+#include "support/SuitcaseBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/Values.h"
 
@@ -178,6 +179,22 @@ TEST_F(CommandLine, DirectoriesAreSearchedForFontsInOrder) {
               ElementsAre("notes.txt", "empty.ttf"));
   fs::create_symlink("nowhere", folder_.Path() / "broken");
   EXPECT_THAT(Reported({top}, 2), SizeIs(6));
+}
+
+TEST_F(CommandLine, SuitcasesAreFoundAndSidecarsAreNot) {
+  const Bytes fonts = SuitcaseBuilder().Add("sfnt", 128, GoodFont().Build()).Build();
+  const Bytes icons = SuitcaseBuilder().Add("ICN#", 128, Bytes(9)).Build();
+  const std::vector<std::pair<const char*, Bytes>> files = {{"datafork", fonts},
+                                                            {"one", OneFile({}, fonts)},
+                                                            {"header", HeaderForm({}, fonts, "FFIL")},
+                                                            {"beside", {}},
+                                                            {"._beside", Sidecar(fonts)},
+                                                            {"picture", Bytes(100, 'p')},
+                                                            {"._picture", Sidecar(icons)},
+                                                            {"icons", OneFile({}, icons)},
+                                                            {"._alone", Sidecar(fonts)}};
+  for (const auto& [name, bytes] : files) folder_.Write(name, bytes);
+  EXPECT_THAT(Reported({folder_.Path(), "--fail-on", "never"}, 0), ElementsAre("beside", "datafork", "header", "one"));
 }
 
 TEST_F(CommandLine, WritesValidJsonAndPropertyLists) {

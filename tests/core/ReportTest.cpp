@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "Core/ReportConsolidation.h"
+#include "support/SuitcaseBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
@@ -185,6 +186,47 @@ TEST_F(ReportCreation, BytesInMemoryNeedNoFile) {
   EXPECT_EQ(create(Bytes(7, 's'), "memory.sfont").Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "73737373");
   EXPECT_EQ(create({}, "empty.ttf").Count({kFonts}), 0);
   EXPECT_EQ(create({}, "empty.sfont").Count({kFonts}), 0);
+}
+
+TEST_F(ReportCreation, AFamilyAndItsOutlineFontOfOneNameBecomeOneEntry) {
+  FamilyBuilder family;
+  family.strings = {"Good-Regular"};
+  SuitcaseBuilder suitcase;
+  suitcase.Add("sfnt", 1, GoodFont().Table("name", NameTable({})).Build()).Add("sfnt", 128, GoodFont().Build());
+  suitcase.Add("FOND", 128, family.Build(), "Good").Add("FOND", 129, FamilyBuilder().Build(), "Nameless");
+  suitcase.Add("NFNT", 300, Bytes(26));
+  const Report report = Create(suitcase.Build(), full_.get(), "suitcase");
+  ASSERT_EQ(report.Count({kFonts}), 4);
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestTrueTypeFontData");
+  const int last = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+  EXPECT_EQ(report.Text({kFonts, 0, kRecords, last, kVornFontTestIdentifierKey}),
+            "veltrin.resource.FOND.styles.usability");
+  EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontPostScriptNameKey}), "<no font name>") << "the sfnt without";
+  EXPECT_EQ(report.Text({kFonts, 2, kVornFontTestFontNameKey}), "Nameless");
+  EXPECT_EQ(report.Text({kFonts, 2, kVornFontTestFontTypeKey}), "kVornFontTestFONDResource");
+  EXPECT_EQ(report.Text({kFonts, 3, kVornFontTestFontTypeKey}), "kVornFontTestNFNTResource");
+}
+
+TEST_F(ReportCreation, ASuitcaseIsTestedUpToTheFontThatFails) {
+  const auto endsAt = [&](const SuitcaseBuilder& suitcase, const char* label, uint64_t value) {
+    const Report report = Create(suitcase.Build().Patch(label, value), full_.get(), "suitcase");
+    const int last = static_cast<int>(report.Count({kFonts})) - 1;
+    if (last >= 0) {
+      EXPECT_EQ(report.Text({kFonts, last, kRecords, 0, kVornFontTestIdentifierKey}), "veltrin.alwaysRun");
+    }
+    EXPECT_TRUE(TovaArrayContainsValue(Tova::AsArray(report.At({kResult})), kVornFontTestSeverityFatalError));
+    return last;
+  };
+  FamilyBuilder family;
+  family.kerning = {{0, 1}};
+  SuitcaseBuilder suitcase;
+  suitcase.Add("sfnt", 128, GoodFont().Build()).Add("sfnt", 129, Bytes(11)).Add("FOND", 128, family.Build());
+  EXPECT_EQ(endsAt(suitcase, "FOND.128.id", 128), 1) << "an outline font without a directory";
+  SuitcaseBuilder families;
+  families.Add("FOND", 1, family.Build()).Add("FOND", 2, family.Build().Patch("kernOffset", 1000)).Add("FOND", 3, {});
+  EXPECT_EQ(endsAt(families, "FOND.1.id", 1), 1) << "a family that cannot be asked for its kerning";
+  EXPECT_EQ(endsAt(suitcase.Add("NFNT", 1, Bytes(26)), "NFNT.1.length", 1000), -1) << "half a bitmap";
 }
 
 class Consolidation : public testing::Test {

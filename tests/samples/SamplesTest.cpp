@@ -3,12 +3,15 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <set>
 
 #include "Platform/ByteView.h"
 #include "support/AllTests.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
+#include "support/SuitcaseBuilder.h"
+#include "support/TemporaryFolder.h"
 #include "support/Values.h"
 
 namespace {
@@ -149,12 +152,33 @@ Bytes Adjusted(const FontBuilder& font) {
   return bytes;
 }
 
+Bytes ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return Bytes{std::istreambuf_iterator<char>(file), {}};
+}
+
+Tova::Dictionary MakeReport(const std::string& path, TovaStringRef type = kVornFontTestReportTypeSummary) {
+  return Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), AllTests(type).get()));
+}
+
+/// What all tests together find in a file, by the last words.
+std::set<std::string> SeveritiesOf(const std::string& path) {
+  const auto report = MakeReport(path);
+  const TovaArrayRef results = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
+  std::set<std::string> found;
+  for (TovaIndex i = 0; i < TovaArrayGetCount(results); ++i) {
+    const std::string_view text = Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(results, i)));
+    found.emplace(text.substr(std::string_view("kVornFontTestSeverity").size()));
+  }
+  return found;
+}
+
 TEST(Samples, FilesAreWhatIsMadeHereAndGoodOrBroken) {
   const FontBuilder regular = Font(Glyphs(false), false);
   const struct {
     std::string name;
     Bytes bytes;
-    std::set<std::string> severities;  // what all tests together find, by the last words
+    std::set<std::string> severities;
   } samples[] = {{"Good.ttf", Adjusted(regular), {"Information"}},
                  {"Collection.ttc", BuildCollection({regular, Font(Glyphs(true), true)}), {"Information"}},
                  {"Broken.ttf",
@@ -166,18 +190,32 @@ TEST(Samples, FilesAreWhatIsMadeHereAndGoodOrBroken) {
       std::ofstream(path, std::ios::binary)
           .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
-    std::ifstream file(path, std::ios::binary);
-    const Bytes shipped{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_TRUE(shipped == bytes) << name << ": build the target make-samples";
-    const auto report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), AllTests().get()));
-    const TovaArrayRef results = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
-    std::set<std::string> found;
-    for (TovaIndex i = 0; i < TovaArrayGetCount(results); ++i) {
-      const std::string_view text = Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(results, i)));
-      found.emplace(text.substr(std::string_view("kVornFontTestSeverity").size()));
-    }
-    EXPECT_EQ(found, severities) << name;
+    EXPECT_TRUE(ReadFile(path) == bytes) << name << ": build the target make-samples";
+    EXPECT_EQ(SeveritiesOf(path), severities) << name;
   }
+}
+
+TEST(Samples, SuitcasesOfAFontEditorAreReadWhateverForkTheyLieIn) {
+  const std::string folder = std::string(SAMPLES_FOLDER) + "/";
+  EXPECT_EQ(SeveritiesOf(folder + "Bitmaps.bmap.bin"), std::set<std::string>());
+  EXPECT_EQ(SeveritiesOf(folder + "VornSuiReg"), std::set<std::string>());
+  EXPECT_EQ(SeveritiesOf(folder + "Suitcase.dfont"), (std::set<std::string>{"Information", "MinorError"}));
+
+  const TemporaryFolder copies;
+  const Bytes fork = ReadFile(folder + "Suitcase.dfont");
+  copies.Write("VornSuiReg", ReadFile(folder + "VornSuiReg"));
+  copies.Write("._beside", Sidecar(fork, "FFIL"));
+  std::set<std::string> reports;
+  for (const auto& [name, bytes] : {std::pair<const char*, Bytes>{"datafork", fork},
+                                    {"one", OneFile({}, fork, "FFIL")},
+                                    {"header", HeaderForm({}, fork, "FFIL")},
+                                    {"beside", {}}}) {
+    const auto report = MakeReport(copies.Write(name, bytes), kVornFontTestReportTypeFull);
+    const std::regex time("kVornFontTestTimeStampKey: [^,]*");
+    reports.insert(std::regex_replace(Description(report.get()), time, ""));
+  }
+  EXPECT_EQ(reports.size(), 1u) << "all alike";
+  EXPECT_NE(reports.begin()->find("veltrin.resource.FOND.Type1.usability"), std::string::npos);
 }
 
 }  // namespace
