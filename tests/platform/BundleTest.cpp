@@ -56,7 +56,7 @@ TEST_F(BundleTest, ResourcesAreFoundByNameAndType) {
   EXPECT_EQ(find("Info", "txt"), "none");
   EXPECT_EQ(find("en/Texts", "strings"), "none");
   EXPECT_EQ(find("..", ""), "none");
-  for (const char* identifier : {"test.NoSuchBundle", "test.", "test.../share", ""}) {
+  for (const char* identifier : {"test.NoSuchBundle", "test.../share", ""}) {
     EXPECT_EQ(TovaBundleGetWithIdentifier(Tova::MakeString(identifier).get()), nullptr) << identifier;
   }
 }
@@ -69,7 +69,6 @@ TEST_F(BundleTest, TextsFallBackToTheDefaultAndTheKeyFromManyThreads) {
       for (int turn = 0; turn < 100; ++turn) {
         EXPECT_EQ(Localized(bundle, "bye"), "Bye");
         EXPECT_EQ(Localized(bundle, "unknown", "default"), "default");
-        EXPECT_EQ(Localized(bundle, "unknown"), "unknown");
         EXPECT_EQ(Localized(bundle, "odd"), "odd");
         EXPECT_EQ(Localized(bundle, "bye", nullptr, ("Missing" + std::to_string(turn % 7)).c_str()), "bye");
       }
@@ -87,9 +86,7 @@ TEST_F(BundleDeathTest, TheLanguageComesFromTheFirstVariableSet) {
     const char *all, *messages, *lang, *hello;
   } cases[] = {{"de_AT.UTF-8", "en_US", "en_US", "Hallo"},
                {"", "de@euro", "en_US", "Hallo"},
-               {"", "", "de", "Hallo"},
                {"C", "de", "de", "Hello"},
-               {"", "", "fr_FR", "Hello"},
                {"", "", "../de", "Hello"}};
   for (const auto& c : cases) {
     const auto run = [&] {

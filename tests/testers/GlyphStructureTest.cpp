@@ -130,6 +130,12 @@ TEST(LocaStructure, SizeFitsTheGlyphCount) {
 }
 
 TEST(LocaStructure, OffsetsAscendInsideTheGlyphTable) {
+  for (const auto& entry :
+       {TestUsability_loca, TestStructure_glyf}) {  // an empty last glyph starts where the table ends
+    const Findings findings = test::Run(entry, OutlineFont({SquareGlyph(9), Bytes(), SquareGlyph(9), Bytes()}));
+    EXPECT_EQ(findings.severities.empty() ? "Information" : findings.severities[0], "Information");
+    EXPECT_LE(findings.severities.size(), 1u);
+  }
   FontBuilder font = OutlineFont({SquareGlyph(9), SquareGlyph(9), SquareGlyph(9)});
   font.Table("glyf", Bytes(15)).Table("loca", TableBuilder().U32(0).U32(20).U32(10).U32(0));
   ExpectMessages(test::Run(TestUsability_loca, font),
