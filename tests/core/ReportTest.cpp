@@ -99,47 +99,37 @@ TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
 
 class Consolidation : public testing::Test {
  protected:
-  static Tova::MutableDictionary Font(TovaStringRef type, const char* name, TovaTypeRef record, TovaTypeRef severity) {
+  static Tova::MutableDictionary Font(TovaStringRef type, const char* name, const char* record, const char* severity) {
     auto font = Dictionary({{kVornFontTestFontTypeKey, type},
-                            {kVornFontTestArrayKey, Array({record}).get()},
-                            {kVornFontTestResultKey, Array({severity}).get()}});
+                            {kVornFontTestArrayKey, Array({Tova::MakeString(record).get()}).get()},
+                            {kVornFontTestResultKey, Array({Tova::MakeString(severity).get()}).get()}});
     if (name) TovaDictionarySetValue(font.get(), kVornFontTestFontPostScriptNameKey, Tova::MakeString(name).get());
     return font;
   }
+  /// The records and results of the fonts that are left.
   static std::string Fold(const std::vector<Tova::MutableDictionary>& fonts) {
     const auto list = Array({});
     for (const auto& font : fonts) TovaArrayAppendValue(list.get(), font.get());
-    const auto report = Dictionary({{kVornFontTestFontsTestedKey, list.get()}});
-    ConsolidateReport(report.get());
+    const auto tree = Dictionary({{kFonts, list.get()}});
+    ConsolidateReport(tree.get());
+    const Report report(TovaDictionaryCreateCopy(tree.get()));
     std::string text;
-    const TovaArrayRef folded = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestFontsTestedKey));
-    for (TovaIndex i = 0; i < TovaArrayGetCount(folded); ++i) {
-      const TovaDictionaryRef font = Tova::AsDictionary(TovaArrayGetValueAtIndex(folded, i));
-      text += Description(TovaDictionaryGetValue(font, kVornFontTestArrayKey));
-      text += Description(TovaDictionaryGetValue(font, kVornFontTestResultKey)) + " ";
+    for (int i = 0; i < report.Count({kFonts}); ++i) {
+      text += Description(report.At({kFonts, i, kRecords})) + Description(report.At({kFonts, i, kResult})) + " ";
     }
     return text;
   }
 
-  TovaStringRef trueType_ = kVornFontTestTrueTypeFontData;
-  TovaStringRef family_ = kVornFontTestFONDResource;
-  Tova::String a_ = Tova::MakeString("a"), b_ = Tova::MakeString("b"), c_ = Tova::MakeString("c");
-  Tova::String mild_ = Tova::MakeString("1"), grave_ = Tova::MakeString("2");
+  TovaStringRef trueType_ = kVornFontTestTrueTypeFontData, family_ = kVornFontTestFONDResource;
 };
 
 TEST_F(Consolidation, FontsOfTheSameNameFoldIntoTheTrueTypeOne) {
-  EXPECT_EQ(Fold({Font(family_, "N", b_.get(), grave_.get()), Font(trueType_, "Z", c_.get(), mild_.get()),
-                  Font(trueType_, "N", a_.get(), mild_.get()), Font(family_, "N", c_.get(), mild_.get()),
-                  Font(family_, nullptr, b_.get(), mild_.get())}),
+  EXPECT_EQ(Fold({Font(family_, "N", "b", "2"), Font(trueType_, "Z", "c", "1"), Font(trueType_, "N", "a", "1"),
+                  Font(family_, "N", "c", "1"), Font(family_, nullptr, "b", "1")}),
             "{c}{1} {a, b, c}{1, 2} {b}{1} ");
-}
-
-TEST_F(Consolidation, WithoutAFoldNothingMoves) {
-  const auto first = Font(trueType_, "N", a_.get(), mild_.get());
-  const auto second = Font(trueType_, "N", b_.get(), mild_.get());
-  EXPECT_EQ(Fold({first, second}), "{a}{1} {b}{1} ") << "two of a name stay two";
-  EXPECT_EQ(Fold({Font(family_, "M", c_.get(), mild_.get()), first, second}), "{c}{1} {a}{1} {b}{1} ");
-  EXPECT_EQ(Fold({Font(family_, "N", c_.get(), grave_.get()), first, second}), "{b, c}{1, 2} ")
+  const auto first = Font(trueType_, "N", "a", "1"), second = Font(trueType_, "N", "b", "1");
+  EXPECT_EQ(Fold({Font(family_, "M", "c", "1"), first, second}), "{c}{1} {a}{1} {b}{1} ") << "nothing folds or moves";
+  EXPECT_EQ(Fold({Font(family_, "N", "c", "2"), first, second}), "{b, c}{1, 2} ")
       << "with a fold, the later of two of a name stays";
 }
 

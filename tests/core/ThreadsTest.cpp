@@ -11,23 +11,21 @@ namespace {
 using namespace test;
 
 // Run under ThreadSanitizer by the test runner; the first reports of a process are made here at once.
-TEST(Threads, ReportsOnFontsOfTheirOwnDoNotDisturbEachOther) {
+TEST(Threads, ReportsOnOneFileDoNotDisturbEachOther) {
   const TemporaryFolder folder;
+  const std::string path = folder.Write("font.ttf", GoodFont().Remove("hmtx").Build());
   const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
-  std::vector<std::string> descriptions(4);
   std::vector<std::thread> threads;
-  for (size_t i = 0; i < descriptions.size(); ++i) {
-    threads.emplace_back([&, i] {
-      const std::string path = folder.Write("font" + std::to_string(i), GoodFont().Remove("hmtx").Build());
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&] {
       for (int round = 0; round < 5; ++round) {
-        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
-        descriptions[i] += Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
+        const auto report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
+        const std::string result = Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
+        EXPECT_TRUE(result.ends_with("kVornFontTestSeverityFatalError}")) << result;
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (const std::string& description : descriptions) EXPECT_EQ(description, descriptions[0]);
-  EXPECT_NE(descriptions[0].find("kVornFontTestSeverityFatalError"), std::string::npos);
 }
 
 }  // namespace
