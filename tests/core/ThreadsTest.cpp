@@ -20,7 +20,7 @@ std::string ReportOnThreads(const TemporaryFolder& folder, const Bytes& bytes) {
     threads.emplace_back([&, i] {
       const std::string path = folder.Write("font" + std::to_string(i), bytes);
       for (int round = 0; round < 5; ++round) {
-        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
+        const auto report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
         descriptions[i] += Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
       }
     });

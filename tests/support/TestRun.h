@@ -14,13 +14,6 @@
 
 namespace test {
 
-/// Whether AddressSanitizer watches, which keeps freed memory for a while: bounds on memory do not hold then.
-#ifdef __SANITIZE_ADDRESS__
-inline constexpr bool kAddressSanitized = true;
-#else
-inline constexpr bool kAddressSanitized = false;
-#endif
-
 /// A message of a test: the severity's last word ("FatalError") and the text as reported, prefix included.
 struct Message {
   std::string severity;

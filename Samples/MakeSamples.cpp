@@ -1,18 +1,16 @@
-#include <gmock/gmock.h>
+// Makes the fonts in this folder, so that every byte of them can be explained.
+// sample-maker FOLDER writes them; sample-maker --check FOLDER holds the folder's files against what it would write.
 
-#include <cstdlib>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <regex>
-#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "Platform/ByteView.h"
-#include "support/AllTests.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
-#include "support/SuitcaseBuilder.h"
-#include "support/TemporaryFolder.h"
-#include "support/Values.h"
 
 namespace {
 
@@ -152,70 +150,40 @@ Bytes Adjusted(const FontBuilder& font) {
   return bytes;
 }
 
-Bytes ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return Bytes{std::istreambuf_iterator<char>(file), {}};
-}
+struct Sample {
+  std::string name;
+  Bytes bytes;
+};
 
-Tova::Dictionary MakeReport(const std::string& path, TovaStringRef type = kVornFontTestReportTypeSummary) {
-  return Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), AllTests(type).get()));
-}
-
-/// What all tests together find in a file, by the last words.
-std::set<std::string> SeveritiesOf(const std::string& path) {
-  const auto report = MakeReport(path);
-  const TovaArrayRef results = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
-  std::set<std::string> found;
-  for (TovaIndex i = 0; i < TovaArrayGetCount(results); ++i) {
-    const std::string_view text = Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(results, i)));
-    found.emplace(text.substr(std::string_view("kVornFontTestSeverity").size()));
-  }
-  return found;
-}
-
-TEST(Samples, FilesAreWhatIsMadeHereAndGoodOrBroken) {
+std::vector<Sample> Samples() {
   const FontBuilder regular = Font(Glyphs(false), false);
-  const struct {
-    std::string name;
-    Bytes bytes;
-    std::set<std::string> severities;
-  } samples[] = {{"Good.ttf", Adjusted(regular), {"Information"}},
-                 {"Collection.ttc", BuildCollection({regular, Font(Glyphs(true), true)}), {"Information"}},
-                 {"Broken.ttf",
-                  Adjusted(BrokenFont()),
-                  {"Information", "TechnicalError", "MinorError", "MajorError", "FatalError"}}};
-  for (const auto& [name, bytes, severities] : samples) {
-    const std::string path = std::string(SAMPLES_FOLDER) + "/" + name;
-    if (std::getenv("VORN_WRITE_SAMPLES")) {
-      std::ofstream(path, std::ios::binary)
-          .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    }
-    EXPECT_TRUE(ReadFile(path) == bytes) << name << ": build the target make-samples";
-    EXPECT_EQ(SeveritiesOf(path), severities) << name;
-  }
+  return {{"Good.ttf", Adjusted(regular)},
+          {"Collection.ttc", BuildCollection({regular, Font(Glyphs(true), true)})},
+          {"Broken.ttf", Adjusted(BrokenFont())}};
 }
 
-TEST(Samples, SuitcasesOfAFontEditorAreReadWhateverForkTheyLieIn) {
-  const std::string folder = std::string(SAMPLES_FOLDER) + "/";
-  EXPECT_EQ(SeveritiesOf(folder + "Bitmaps.bmap.bin"), std::set<std::string>());
-  EXPECT_EQ(SeveritiesOf(folder + "VornSuiReg"), std::set<std::string>());
-  EXPECT_EQ(SeveritiesOf(folder + "Suitcase.dfont"), (std::set<std::string>{"Information", "MinorError"}));
-
-  const TemporaryFolder copies;
-  const Bytes fork = ReadFile(folder + "Suitcase.dfont");
-  copies.Write("VornSuiReg", ReadFile(folder + "VornSuiReg"));
-  copies.Write("._beside", Sidecar(fork, "FFIL"));
-  std::set<std::string> reports;
-  for (const auto& [name, bytes] : {std::pair<const char*, Bytes>{"datafork", fork},
-                                    {"one", OneFile({}, fork, "FFIL")},
-                                    {"header", HeaderForm({}, fork, "FFIL")},
-                                    {"beside", {}}}) {
-    const auto report = MakeReport(copies.Write(name, bytes), kVornFontTestReportTypeFull);
-    const std::regex time("kVornFontTestTimeStampKey: [^,]*");
-    reports.insert(std::regex_replace(Description(report.get()), time, ""));
-  }
-  EXPECT_EQ(reports.size(), 1u) << "all alike";
-  EXPECT_NE(reports.begin()->find("veltrin.resource.FOND.Type1.usability"), std::string::npos);
+bool Holds(const std::string& path, const Bytes& bytes) {
+  std::ifstream file(path, std::ios::binary);
+  return Bytes{std::istreambuf_iterator<char>(file), {}} == bytes;
 }
 
 }  // namespace
+
+int main(int count, char** arguments) {
+  const bool check = count == 3 && std::string_view(arguments[1]) == "--check";
+  if (count != 2 && !check) {
+    std::fputs("Usage: sample-maker [--check] FOLDER\n", stderr);
+    return 2;
+  }
+  for (const auto& [name, bytes] : Samples()) {
+    const std::string path = std::string(arguments[count - 1]) + "/" + name;
+    if (!check) {
+      std::ofstream(path, std::ios::binary)
+          .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+    if (!Holds(path, bytes)) {
+      std::fprintf(stderr, "%s is not what this program makes; the target make-samples writes it anew\n", path.c_str());
+      return 1;
+    }
+  }
+}
