@@ -28,7 +28,7 @@ LIBRARIES = {
     r"unicode/": r"Source/(Platform/TextEncoding|TableAccess/AncillaryClasses/FTEncoding)[^/]*",
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
-    r"fontconfig/": r"Tools/rundle-conduit/.*",
+    r"fontconfig/": r"Tools/(rundle-conduit|write-language-alphabets)/.*",
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')

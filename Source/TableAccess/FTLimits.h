@@ -29,6 +29,15 @@ inline constexpr uint64_t kFTWorkAllowedPerByte = 128;
 /// 'cmap' of a megabyte can claim hundreds of billions.
 inline constexpr uint64_t kFTMaxEncodingPairs = 0x110000 + 0x10000;
 
+/// Unicode encodings of a 'cmap' table that are read. Honest fonts have up to five; all of Unicode takes two and a half
+/// megabytes in each.
+inline constexpr uint64_t kFTMaxUnicodeEncodings = 8;
+
+/// Components looked at to tell whether one compound glyph is blank, and how deep they may lie in one another. Past
+/// these the glyph counts as having ink.
+inline constexpr uint32_t kFTMaxBlankComponents = 4096;
+inline constexpr uint32_t kFTMaxBlankDepth = 8;
+
 /// What the glyphs of one 'glyf' table may decode in all, in items: an item is an end point, an instruction byte, a
 /// point or a component. Where records do not overlap there is less than two a byte, since a record must be as long as
 /// it has points and instruction bytes; where they do, a table of a megabyte could decode billions. The first number is

@@ -7,6 +7,7 @@
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
+#include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
@@ -14,6 +15,7 @@
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
 #include "TableAccess/TableClasses/FTFontTable_name.h"
+#include "TableAccess/TableClasses/FTFontTable_post.h"
 
 namespace {
 
@@ -54,7 +56,7 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
   FTFont::operator=(iOther);
   _fDirectoryOffset = iOther._fDirectoryOffset;
   _fScaler = iOther._fScaler;
-  _fTables.reset();
+  ForgetTables();
   _fIdentifier = {};
   _fPostScriptName = {};
   _fFullName = {};
@@ -66,6 +68,11 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
 }
 
 FTFont_sfnt::~FTFont_sfnt() = default;
+
+void FTFont_sfnt::ForgetTables() const {
+  _fTables.reset();
+  _fUnicodeMap.reset();
+}
 
 const void* FTFont_sfnt::TestBasicUsability() const {
   ValidateHeader();
@@ -181,7 +188,9 @@ uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinate
 
 bool FTFont_sfnt::HasTrueTypeGlyphs() const { return HasTaggedTable(FTTag("glyf")) && HasTaggedTable(FTTag("loca")); }
 
-bool FTFont_sfnt::HasOTPostScriptGlyphs() const { return HasTaggedTable(FTTag("CFF ")); }
+bool FTFont_sfnt::HasOTPostScriptGlyphs() const {
+  return HasTaggedTable(FTTag("CFF ")) || HasTaggedTable(FTTag("CFF2"));
+}
 
 bool FTFont_sfnt::HasType1PostScriptGlyphs() const { return HasTaggedTable(FTTag("TYP1")); }
 
@@ -293,6 +302,25 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
   uint64_t tIndex = 0;
   const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
   return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
+}
+
+const FTUnicodeMap& FTFont_sfnt::UnicodeMap() const {
+  if (!_fUnicodeMap) {
+    const FTFontTable* tCmap = GetTaggedTable(FTFontTable_cmap::kTag);
+    _fUnicodeMap = tCmap ? std::make_unique<const FTUnicodeMap>(tCmap->Bytes(),
+                                                                [this](uint64_t iSteps) { return SpendWork(iSteps); })
+                         : std::make_unique<const FTUnicodeMap>();
+  }
+  return *_fUnicodeMap;
+}
+
+std::optional<std::string> FTFont_sfnt::GlyphName(uint32_t iGlyphID) const {
+  const auto* tPost = FindTable<FTFontTable_post>();
+  if (!tPost || tPost->GetFormat() == FTFontTable_post::kCharacterCodes || iGlyphID >= tPost->GetGlyphCount()) {
+    return std::nullopt;
+  }
+  std::optional<std::string> tName = tPost->GetGlyphName(iGlyphID);
+  return tName && tName->empty() ? std::nullopt : tName;
 }
 
 bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }

@@ -3,6 +3,8 @@
 #include <Tova/Tova.hpp>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "TableAccess/FontClasses/FTFont.h"
@@ -12,6 +14,7 @@
 
 class FTEncoding;
 class FTFont_FOND;
+class FTUnicodeMap;
 struct FTFeatureName;
 
 /// An sfnt font: TrueType, OpenType, bitmap-only. Creates an accessor for each entry of its table directory, finds them
@@ -49,7 +52,7 @@ class FTFont_sfnt : public FTFont {
   TovaStringRef GetName() const override;
   TovaStringRef GetPostScriptName() const override;
   uint32_t GetType() const override { return kSfnt; }
-  void ForgetTables() const override { _fTables.reset(); }
+  void ForgetTables() const override;
 
   /// The family resource that lists this font; none for a font from a data fork.
   virtual const FTFont_FOND* GetFOND() const { return nullptr; }
@@ -97,6 +100,10 @@ class FTFont_sfnt : public FTFont {
   virtual TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
                                     uint32_t* oLanguage) const;
   virtual uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
+  /// The Unicode characters of all encodings that give them, with their glyphs; empty without a 'cmap' table.
+  const FTUnicodeMap& UnicodeMap() const;
+  /// The name that the 'post' table gives a glyph; none where it gives none, or an empty one.
+  std::optional<std::string> GlyphName(uint32_t iGlyphID) const;
 
   /// Tags in the order in which tables are best laid out; null where the user's preference is no order.
   static const FTTableOrder* GetIdealTableOrder() { return FTIdealTableOrder(); }
@@ -122,6 +129,7 @@ class FTFont_sfnt : public FTFont {
   uint64_t _fDirectoryOffset = 0;
   uint32_t _fScaler = 0;
   mutable std::unique_ptr<const Tables> _fTables;
+  mutable std::unique_ptr<const FTUnicodeMap> _fUnicodeMap;
   mutable Tova::String _fIdentifier;
   mutable Tova::String _fPostScriptName;
   mutable Tova::String _fFullName;
