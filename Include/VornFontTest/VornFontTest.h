@@ -45,8 +45,16 @@ extern "C" {
  *
  * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array of
  * severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
- * kVornFontTestResultKey (the severity) and kVornFontTestMessageTextKey (the text). Where a font could not be tested, a
+ * kVornFontTestResultKey (the severity) and kVornFontTestMessageTextKey (the text). With
+ * kVornFontTestMessageDetailsOptionKey they also hold, as far as they are known, kVornFontTestMessageFormatKey (the
+ * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a table's
+ * tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageOffsetKey (bytes from the start of the table;
+ * both numbers) and kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a
  * record of its own says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
+ *
+ * The size of a report is bounded, whatever the file: some 512 megabytes, or four kilobytes for each message that
+ * kVornFontTestMessageLimitOptionKey allows; a quarter of it is kept for major and fatal findings. What is left out is
+ * said in the report.
  */
 VORNFONTTEST_EXPORT TovaDictionaryRef VornFontTestCreateReport(TovaURLRef url, TovaDictionaryRef options);
 
@@ -73,6 +81,11 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestCreateReportTypeKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestForceTestExecutionKey;
 /* Boolean, default false: skips the search for an installed font of the same name. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSkipDuplicateFontTestOptionKey;
+/* Boolean, default false: messages also say which rule they are about and where in the font (see below). */
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageDetailsOptionKey;
+/* Number, default none: how many messages of one test over one font are kept. Further findings count in the result
+   only, and a last message, of severity Information, says how many they were. */
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageLimitOptionKey;
 
 /* ---- Report types ---------------------------------------------------------------------------------------------- */
 
@@ -94,6 +107,11 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontTypeKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestTimeStampKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagesKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTextKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageFormatKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTableKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageOffsetKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagePartKey;
 
 /* ---- Keys of test descriptions --------------------------------------------------------------------------------- */
 

@@ -15,28 +15,41 @@
 #include "Tests/VornFontTesterStructure_hmtx.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "Tests/VornFontTesterStructure_maxp.h"
+#include "Tests/VornFontTesterStructure_name.h"
+#include "Tests/VornFontTesterStructure_post.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
+#include "Tests/VornFontTesterUsability_name.h"
+#include "Tests/VornFontTesterUsability_post.h"
 #include "Tests/VornFontTester_sfnt.h"
 
 namespace {
 
+template <class Tester>
+constexpr VornFontTestLink Link() {
+  return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
+}
+
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
-    {"veltrin.TrueType.cmap.structure", TestStructure_cmap},
-    {"veltrin.TrueType.fpgm.instructions", TestInstructions_fpgm},
-    {"veltrin.TrueType.glyf.instructions", TestInstructions_glyf},
-    {"veltrin.TrueType.glyf.usability", TestStructure_glyf},
-    {"veltrin.TrueType.hdmx.structure", TestStructure_hdmx},
-    {"veltrin.TrueType.head.structure", TestStructure_head},
-    {"veltrin.TrueType.hhea.structure", TestStructure_hhea},
-    {"veltrin.TrueType.hmtx.usability", TestUsability_hmtx},
-    {"veltrin.TrueType.loca.usability", TestUsability_loca},
-    {"veltrin.TrueType.maxp.structure", TestStructure_maxp},
-    {"veltrin.TrueType.metrics.consistency", TestMetricsConsistency},
-    {"veltrin.TrueType.prep.instructions", TestInstructions_prep},
-    {"veltrin.TrueType.usability", TestUsability_sfnt},
-    {"veltrin.TrueType.vmtx.usability", TestUsability_vmtx},
-    {"veltrin.Type1.usability", TestUsability_Type1},
+    Link<VornFontTesterStructure_cmap>(),
+    Link<VornFontTesterInstructions_fpgm>(),
+    Link<VornFontTesterInstructions_glyf>(),
+    Link<VornFontTesterStructure_glyf>(),
+    Link<VornFontTesterStructure_hdmx>(),
+    Link<VornFontTesterStructure_head>(),
+    Link<VornFontTesterStructure_hhea>(),
+    Link<VornFontTesterStructure_hmtx>(),
+    Link<VornFontTesterStructure_loca>(),
+    Link<VornFontTesterStructure_maxp>(),
+    Link<VornFontTesterMetrics>(),
+    Link<VornFontTesterStructure_name>(),
+    Link<VornFontTesterUsability_name>(),
+    Link<VornFontTesterStructure_post>(),
+    Link<VornFontTesterUsability_post>(),
+    Link<VornFontTesterInstructions_prep>(),
+    Link<VornFontTester_sfnt>(),
+    Link<VornFontTesterStructure_vmtx>(),
+    Link<VornFontTesterUsability_Type1>(),
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

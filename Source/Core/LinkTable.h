@@ -5,10 +5,11 @@
 
 #include "Tests/VornFontTester.h"
 
-/// A row of the table that links test identifiers to entry functions.
+/// A row of the one list of tests: identifier, entry function, and what the test is to the outside.
 struct VornFontTestLink {
   std::string_view identifier;
   VornFontTestEntry entry;
+  const TestIdentity* identity;
 };
 
 /// Compares an identifier with that of a row, by character codes: negative, 0 or positive.
@@ -16,7 +17,7 @@ constexpr int VornFontTestLinkComp(std::string_view iIdentifier, const VornFontT
   return iIdentifier.compare(iRow.identifier);
 }
 
-/// Every test of the library, ascending by identifier.
+/// Every test of the library, ascending by identifier. The lists of tests in the bundle are written from it.
 std::span<const VornFontTestLink> GetTestLinks();
 
 /// The row of a test, null when the identifier is of none.

@@ -4,10 +4,14 @@
 
 #include <vector>
 
+#include "Core/TestCatalogue.h"
+
 namespace {
 
+/// The font's PostScript name; null when it has none, for which a text stands in its dictionary.
 TovaStringRef PostScriptNameOf(TovaDictionaryRef iFont) {
-  return Tova::AsString(TovaDictionaryGetValue(iFont, kVornFontTestFontPostScriptNameKey));
+  const TovaStringRef tName = Tova::AsString(TovaDictionaryGetValue(iFont, kVornFontTestFontPostScriptNameKey));
+  return TovaEqual(tName, LocalizedVersionOfString(kNoFontName).get()) ? nullptr : tName;
 }
 
 TovaArrayRef ArrayOf(TovaDictionaryRef iFont, TovaStringRef iKey) {

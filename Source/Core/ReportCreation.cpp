@@ -8,53 +8,58 @@
 
 #include "Core/LinkTable.h"
 #include "Core/ReportConsolidation.h"
+#include "Core/ReportTree.h"
 #include "Core/TestCatalogue.h"
 #include "Core/TestHooks.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
-#include "TableAccess/FTLimits.h"
 
 namespace {
 
-/// How much a report holds.
-enum class Level { kResultsOnly, kSummary, kFull };
-
-Level ReportLevel(TovaDictionaryRef iOptions) {
+ReportLevel ReportLevelOf(TovaDictionaryRef iOptions) {
   const TovaTypeRef tType = TovaDictionaryGetValue(iOptions, kVornFontTestCreateReportTypeKey);
-  if (TovaEqual(tType, kVornFontTestReportTypeSummary)) return Level::kSummary;
-  if (TovaEqual(tType, kVornFontTestReportTypeFull)) return Level::kFull;
-  return Level::kResultsOnly;
+  if (TovaEqual(tType, kVornFontTestReportTypeSummary)) return ReportLevel::kSummary;
+  if (TovaEqual(tType, kVornFontTestReportTypeFull)) return ReportLevel::kFull;
+  return ReportLevel::kResultsOnly;
 }
 
-TovaStringRef ReportTypeOf(Level iLevel) {
+TovaStringRef ReportTypeOf(ReportLevel iLevel) {
   switch (iLevel) {
-    case Level::kSummary:
+    case ReportLevel::kSummary:
       return kVornFontTestReportTypeSummary;
-    case Level::kFull:
+    case ReportLevel::kFull:
       return kVornFontTestReportTypeFull;
-    default:
-      return kVornFontTestReportTypeResultsOnly;
+    case ReportLevel::kResultsOnly:
+      break;
   }
+  return kVornFontTestReportTypeResultsOnly;
 }
 
-TovaStringRef FontTypeOf(const FTFont& iFont) {
+ReportTree::Options TreeOptionsOf(TovaDictionaryRef iOptions) {
+  const TovaTypeRef tLimit = TovaDictionaryGetValue(iOptions, kVornFontTestMessageLimitOptionKey);
+  const int64_t tMessages = TovaNumberGetInteger(Tova::AsNumber(tLimit));
+  return {.level = ReportLevelOf(iOptions),
+          .messageDetails = GetBoolOption(false, kVornFontTestMessageDetailsOptionKey, iOptions),
+          .messageLimit = tMessages > 0 ? static_cast<uint64_t>(tMessages) : 0};
+}
+
+TestOptions TestOptionsOf(TovaDictionaryRef iOptions) {
+  TestOptions tOptions;
+  tOptions.skipDuplicateFontTest = GetBoolOption(false, kVornFontTestSkipDuplicateFontTestOptionKey, iOptions);
+  const TovaArrayRef tSeverities = Tova::AsArray(TovaDictionaryGetValue(iOptions, kVornFontTestSeverityKey));
+  for (TovaIndex i = 0; i < TovaArrayGetCount(tSeverities); ++i) {
+    const auto tSeverity = SeverityOf(TovaArrayGetValueAtIndex(tSeverities, i));
+    if (tSeverity) tOptions.severities.Add(*tSeverity);
+  }
+  return tOptions;
+}
+
+/// The identifier, none when the font has none or throws.
+TovaStringRef IdentifierOf(const FTFont& iFont) {
   try {
-    switch (iFont.GetType()) {
-      case 1:
-        return kVornFontTestFONDResource;
-      case 2:
-        return kVornFontTestNFNTResource;
-      case 3:
-        return kVornFontTestTrueTypeFontData;
-      case 4:
-        return kVornFontTestPostScriptFontData;
-      case 5:
-        return kVornFontTestSplicedFontData;
-      default:
-        return kVornFontTestGeneralFontData;
-    }
+    return iFont.GetIdentifier();
   } catch (const FTException&) {
-    return kVornFontTestGeneralFontData;
+    return nullptr;
   }
 }
 
@@ -83,9 +88,10 @@ class ReportRun {
       : _fURL(iURL),
         _fOptions(Tova::Adopt(iOptions ? TovaDictionaryCreateMutableCopy(iOptions) : TovaDictionaryCreateMutable())),
         _fUseSandbox(GetBoolOption(false, kVornFontTestUseSandboxOptionKey, iOptions)),
-        _fLevel(ReportLevel(iOptions)),
+        _fTree(TreeOptionsOf(iOptions)),
         _fForced(GetBoolOption(false, kVornFontTestForceTestExecutionKey, iOptions)) {
     AddDefaultOptions();
+    _fTestOptions = TestOptionsOf(_fOptions.get());
     _fMemory.Check();
   }
 
@@ -98,7 +104,7 @@ class ReportRun {
   /// The report. Throws std::bad_alloc, as the operations above do, when there was too little memory for it.
   Tova::Dictionary Finish();
 
-  bool WantsMessages() const { return _fLevel == Level::kFull; }
+  bool WantsMessages() const { return _fTree.HasMessages(); }
 
  private:
   void AddDefaultOptions();
@@ -106,17 +112,16 @@ class ReportRun {
   /// The records of one test: none when it did not apply.
   Tova::Array RunTest(const FTFont& iFont, TovaDictionaryRef iDescription);
   Tova::Dictionary MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, const VornFontTestLink& iTest);
-  bool HasFontDetails() const { return _fLevel != Level::kResultsOnly; }
 
   Tova::MemoryWatch _fMemory;
   TovaURLRef _fURL;
   Tova::MutableDictionary _fOptions;
   bool _fUseSandbox;
-  Level _fLevel;
+  ReportTree _fTree;
   bool _fForced;
+  TestOptions _fTestOptions;
   std::unique_ptr<FTFontContainer> _fContainer;
   const FTFont* _fLastFont = nullptr;
-  TovaIndex _fMessageCount = 0;
   Tova::MutableArray _fResults = Tova::Adopt(TovaArrayCreateMutable());
   Tova::MutableArray _fFontsTested = Tova::Adopt(TovaArrayCreateMutable());
 };
@@ -138,6 +143,10 @@ void ReportRun::TestFonts() {
   if (!_fContainer) throw FTException("tFontContainer == NULL", kVornFTInvalidFileTypeErr, "Core/VornFontTest", 723);
   for (uint64_t i = 0; i < _fContainer->GetFontCount(); ++i) {
     _fLastFont = _fContainer->GetIndFont(i);
+    if (!_fTree.HasRoomForFont()) {
+      RecordFailure(Tova::Format("The report is full after %lu fonts; the others were not examined", {i}).get());
+      return;
+    }
     _fLastFont->TestBasicUsability();
     TestFont(*_fLastFont);
     _fLastFont->ForgetTables();
@@ -148,8 +157,7 @@ void ReportRun::TestFonts() {
 void ReportRun::TestFont(const FTFont& iFont) {
   const auto tRecords = Tova::Adopt(TovaArrayCreateMutable());
   const auto tResults = Tova::Adopt(TovaArrayCreateMutable());
-  const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
-  if (HasFontDetails()) AddFontDataToDictionary(tFontData.get(), iFont);
+  const auto tFontData = _fTree.MakeFont(iFont);
 
   const TovaArrayRef tTests = Tova::AsArray(TovaDictionaryGetValue(_fOptions.get(), kVornFontTestArrayKey));
   for (TovaIndex i = 0; i < TovaArrayGetCount(tTests); ++i) {
@@ -157,14 +165,14 @@ void ReportRun::TestFont(const FTFont& iFont) {
     const uint64_t tToken = SetupTests();
     const Tova::Array tTestRecords = RunTest(iFont, tDescription);
     CompleteTests(tToken);
-    if (HasFontDetails()) {
+    if (_fTree.HasFonts()) {
       TovaArrayAppendArray(tRecords.get(), tTestRecords.get());
       MergeTestResults(tResults.get(), tTestRecords.get());
     }
     MergeTestResults(_fResults.get(), tTestRecords.get());
   }
 
-  if (HasFontDetails()) {
+  if (_fTree.HasFonts()) {
     TovaDictionarySetValue(tFontData.get(), kVornFontTestResultKey, tResults.get());
     TovaDictionarySetValue(tFontData.get(), kVornFontTestArrayKey, tRecords.get());
     TovaArrayAppendValue(_fFontsTested.get(), tFontData.get());
@@ -176,7 +184,7 @@ Tova::Array ReportRun::RunTest(const FTFont& iFont, TovaDictionaryRef iDescripti
   const TovaStringRef tIdentifier = Tova::AsString(TovaDictionaryGetValue(iDescription, kVornFontTestIdentifierKey));
   const VornFontTestLink* tTest = FindTestLink(Tova::Text(tIdentifier));
   Tova::Dictionary tRecord;
-  if (!_fForced) tRecord = GetCachedTestResults(_fOptions.get(), iFont.GetIdentifier(), iDescription);
+  if (!_fForced) tRecord = GetCachedTestResults(_fOptions.get(), IdentifierOf(iFont), iDescription);
   if (!tRecord && tTest) tRecord = MakeRecord(iFont, iDescription, *tTest);
   TovaArrayAppendValue(tRecords.get(), tRecord.get());
   _fMemory.Check();
@@ -185,34 +193,21 @@ Tova::Array ReportRun::RunTest(const FTFont& iFont, TovaDictionaryRef iDescripti
 
 Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription,
                                        const VornFontTestLink& iTest) {
-  const auto tRecord =
-      Tova::Adopt(HasFontDetails() ? TovaDictionaryCreateMutableCopy(iDescription) : TovaDictionaryCreateMutable());
-  if (HasFontDetails()) {
-    TovaDictionaryAddValue(tRecord.get(), kVornFontTestTimeStampKey,
-                           Tova::Adopt(TovaDateCreate(TovaAbsoluteTimeGetCurrent())).get());
+  const TovaAbsoluteTime tTime = TovaAbsoluteTimeGetCurrent();
+  FindingSink tSink = _fTree.MakeSink();
+  if (!iTest.entry(&iFont, tSink, &_fTestOptions)) return {};
+  Tova::Dictionary tRecord = _fTree.MakeRecord(iDescription, tTime, tSink);
+  if (_fTree.HasFonts() && !_fForced) {
+    AddResultToCache(tRecord.get(), _fOptions.get(), IdentifierOf(iFont), iDescription);
   }
-  const bool tWithMessages = WantsMessages() && _fMessageCount < kFTMaxMessagesOfReport;
-  const auto tMessages = tWithMessages ? Tova::Adopt(TovaArrayCreateMutable()) : Tova::MutableArray();
-  const Tova::Array tResults = iTest.entry(&iFont, tMessages.get(), _fOptions.get());
-  if (!tResults) return {};
-  TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, tResults.get());
-  if (TovaArrayGetCount(tMessages.get()) > 0) {
-    TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
-    _fMessageCount += TovaArrayGetCount(tMessages.get());
-  }
-  Tova::Dictionary tFinished = Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
-  if (HasFontDetails() && !_fForced) {
-    AddResultToCache(tFinished.get(), _fOptions.get(), iFont.GetIdentifier(), iDescription);
-  }
-  return tFinished;
+  return tRecord;
 }
 
 void ReportRun::RecordFailure(TovaStringRef iMessage) {
   if (_fMemory.Failed()) return RecordLackOfMemory();  // the font is not to blame, whatever it seemed to lack
   const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? iMessage : nullptr);
-  if (HasFontDetails() && _fLastFont) {
-    const auto tFontData = Tova::Adopt(TovaDictionaryCreateMutable());
-    AddFontDataToDictionary(tFontData.get(), *_fLastFont);
+  if (_fTree.HasFonts() && _fLastFont) {
+    const auto tFontData = _fTree.MakeFont(*_fLastFont);
     const TovaDictionaryRef tRecord = Tova::AsDictionary(TovaArrayGetValueAtIndex(tRecords.get(), 0));
     TovaDictionarySetValue(tFontData.get(), kVornFontTestResultKey,
                            TovaDictionaryGetValue(tRecord, kVornFontTestResultKey));
@@ -232,10 +227,10 @@ void ReportRun::RecordLackOfMemory() {
 
 Tova::Dictionary ReportRun::Finish() {
   const auto tReport = Tova::Adopt(TovaDictionaryCreateMutable());
-  if (HasFontDetails()) {
+  if (_fTree.HasFonts()) {
     TovaDictionarySetValue(tReport.get(), kVornFontTestFontsTestedKey, _fFontsTested.get());
     TovaDictionarySetValue(tReport.get(), kVornFontTestUseSandboxOptionKey, Tova::Boolean(_fUseSandbox));
-    TovaDictionarySetValue(tReport.get(), kVornFontTestCreateReportTypeKey, ReportTypeOf(_fLevel));
+    TovaDictionarySetValue(tReport.get(), kVornFontTestCreateReportTypeKey, ReportTypeOf(_fTree.Level()));
     TovaDictionarySetValue(tReport.get(), kVornFontTestForceTestExecutionKey, Tova::Boolean(_fForced));
   }
   TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, _fResults.get());
@@ -275,25 +270,6 @@ Tova::Dictionary CreateReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
 bool GetBoolOption(bool iDefault, TovaStringRef iKey, TovaDictionaryRef iOptions) {
   const TovaBooleanRef tValue = Tova::AsBoolean(TovaDictionaryGetValue(iOptions, iKey));
   return tValue ? TovaBooleanGetValue(tValue) : iDefault;
-}
-
-void AddFontDataToDictionary(TovaMutableDictionaryRef ioDictionary, const FTFont& iFont) {
-  const auto tAdd = [ioDictionary](TovaStringRef iKey, TovaStringRef iText, const char* iFallback) {
-    TovaDictionaryAddValue(ioDictionary, iKey, iText ? iText : LocalizedVersionOfString(iFallback).get());
-  };
-  try {
-    tAdd(kVornFontTestFontNameKey, iFont.GetName(), "<no font name>");
-    tAdd(kVornFontTestFontPostScriptNameKey, iFont.GetPostScriptName(), "<no font name>");
-  } catch (const FTException&) {
-    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font name>");
-  }
-  try {
-    tAdd(kVornFontTestFontIdentifierKey, iFont.GetIdentifier(), "<no font identifier>");
-  } catch (const FTException&) {
-    // Under the name's key, which is taken by now: such a font's dictionary has no identifier.
-    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font identifier>");
-  }
-  TovaDictionaryAddValue(ioDictionary, kVornFontTestFontTypeKey, FontTypeOf(iFont));
 }
 
 void MergeTestResults(TovaMutableArrayRef ioTarget, TovaArrayRef iRecords) {

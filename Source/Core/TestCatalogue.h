@@ -13,5 +13,8 @@ Tova::Array CopyAvailableTests(TovaArrayRef iTestTypes);
 /// result and, unless iMessage is null, the message.
 Tova::Array GenerateDummyTestResults(TovaStringRef iMessage);
 
+/// What stands in a report for a name that a font has not.
+inline constexpr const char* kNoFontName = "<no font name>";
+
 /// The text in the user's language, from the string table "Localizable"; the text itself without one.
 Tova::String LocalizedVersionOfString(const char* iText);

@@ -12,6 +12,8 @@ VORN_CONSTANT(kVornFontTestUseSandboxOptionKey);
 VORN_CONSTANT(kVornFontTestCreateReportTypeKey);
 VORN_CONSTANT(kVornFontTestForceTestExecutionKey);
 VORN_CONSTANT(kVornFontTestSkipDuplicateFontTestOptionKey);
+VORN_CONSTANT(kVornFontTestMessageDetailsOptionKey);
+VORN_CONSTANT(kVornFontTestMessageLimitOptionKey);
 
 // Report types.
 VORN_CONSTANT(kVornFontTestReportTypeResultsOnly);
@@ -28,6 +30,11 @@ VORN_CONSTANT(kVornFontTestFontTypeKey);
 VORN_CONSTANT(kVornFontTestTimeStampKey);
 VORN_CONSTANT(kVornFontTestMessagesKey);
 VORN_CONSTANT(kVornFontTestMessageTextKey);
+VORN_CONSTANT(kVornFontTestMessageFormatKey);
+VORN_CONSTANT(kVornFontTestMessageTableKey);
+VORN_CONSTANT(kVornFontTestMessageGlyphKey);
+VORN_CONSTANT(kVornFontTestMessageOffsetKey);
+VORN_CONSTANT(kVornFontTestMessagePartKey);
 
 // Keys of test descriptions.
 VORN_CONSTANT(kVornFontTestIdentifierKey);

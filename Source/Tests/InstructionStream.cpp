@@ -29,7 +29,7 @@ struct OpCodeState {
   IfCounts definitionIfs = {};  // of the definition being walked
 
   IfCounts& CurrentIfs() { return inDefinition ? definitionIfs : topLevelIfs; }
-  void Fail(TovaStringRef iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
+  void Fail(Severity iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
     tester->ReportResultFromTable("Instructions", iSeverity, iFormat, iArguments);
     ok = false;
   }
@@ -38,7 +38,7 @@ struct OpCodeState {
 /// The font program consists of definitions.
 void AssureFDEFifFontProgram(OpCodeState& ioState) {
   if (ioState.isFontProgram && !ioState.inDefinition) {
-    ioState.Fail(kVornFontTestSeverityMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
+    ioState.Fail(Severity::kMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
                  {ioState.opCode});
   }
 }
@@ -48,7 +48,7 @@ void DefaultOpCodeChecker(OpCodeState& ioState) { AssureFDEFifFontProgram(ioStat
 void PushOpCodeChecker(OpCodeState&) {}
 
 void IllegalOpCodeChecker(OpCodeState& ioState) {
-  ioState.Fail(kVornFontTestSeverityMajorError, "Illegal opcode: %02X", {ioState.opCode});
+  ioState.Fail(Severity::kMajorError, "Illegal opcode: %02X", {ioState.opCode});
 }
 
 void IfOpCodeChecker(OpCodeState& ioState) {
@@ -60,7 +60,7 @@ void IfOpCodeChecker(OpCodeState& ioState) {
 void EndifOpCodeChecker(OpCodeState& ioState) {
   AssureFDEFifFontProgram(ioState);
   if (ioState.CurrentIfs().open == 0)
-    ioState.Fail(kVornFontTestSeverityMinorError, "EIF appears without matching IF");
+    ioState.Fail(Severity::kMinorError, "EIF appears without matching IF");
   else
     --ioState.CurrentIfs().open;
 }
@@ -70,7 +70,7 @@ void ElseOpCodeChecker(OpCodeState& ioState) {
   AssureFDEFifFontProgram(ioState);
   IfCounts& tIfs = ioState.CurrentIfs();
   ++tIfs.elses;
-  if (tIfs.elses > tIfs.ifs) ioState.Fail(kVornFontTestSeverityMajorError, "Extra ELSE instruction encountered");
+  if (tIfs.elses > tIfs.ifs) ioState.Fail(Severity::kMajorError, "Extra ELSE instruction encountered");
 }
 
 void BeginDefinition(OpCodeState& ioState) {
@@ -79,25 +79,25 @@ void BeginDefinition(OpCodeState& ioState) {
 }
 
 void FdefOpCodeChecker(OpCodeState& ioState) {
-  if (ioState.isGlyphProgram) ioState.Fail(kVornFontTestSeverityMajorError, "FDEF not allowed in a glyph program");
-  if (ioState.inDefinition) ioState.Fail(kVornFontTestSeverityMajorError, "Cannot have FDEF within an FDEF/IDEF");
+  if (ioState.isGlyphProgram) ioState.Fail(Severity::kMajorError, "FDEF not allowed in a glyph program");
+  if (ioState.inDefinition) ioState.Fail(Severity::kMajorError, "Cannot have FDEF within an FDEF/IDEF");
   BeginDefinition(ioState);
   ++ioState.functionDefinitionCount;
 }
 
 void IdefOpCodeChecker(OpCodeState& ioState) {
-  if (ioState.isGlyphProgram) ioState.Fail(kVornFontTestSeverityMajorError, "IDEF not allowed in a glyph program");
-  if (ioState.inDefinition) ioState.Fail(kVornFontTestSeverityMajorError, "Cannot have IDEF within an FDEF/IDEF");
+  if (ioState.isGlyphProgram) ioState.Fail(Severity::kMajorError, "IDEF not allowed in a glyph program");
+  if (ioState.inDefinition) ioState.Fail(Severity::kMajorError, "Cannot have IDEF within an FDEF/IDEF");
   BeginDefinition(ioState);
   ++ioState.instructionDefinitionCount;
 }
 
 void EndfOpCodeChecker(OpCodeState& ioState) {
   if (!ioState.inDefinition) {
-    ioState.Fail(kVornFontTestSeverityMajorError, "ENDF appears without matching FDEF/IDEF");
+    ioState.Fail(Severity::kMajorError, "ENDF appears without matching FDEF/IDEF");
   }
   if (ioState.CurrentIfs().open != 0) {
-    ioState.Fail(kVornFontTestSeverityMajorError, "Unbalanced IF instruction found");
+    ioState.Fail(Severity::kMajorError, "Unbalanced IF instruction found");
   }
   ioState.inDefinition = false;
 }
@@ -149,12 +149,12 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
   } while (tState.ok && tCurrent < iLength);
 
   if (tCurrent > iLength) {
-    tState.Fail(kVornFontTestSeverityMajorError, "INSTRUCTION STREAM OVERRUN ENCOUNTERED!");
+    tState.Fail(Severity::kMajorError, "INSTRUCTION STREAM OVERRUN ENCOUNTERED!");
   }
   if (tState.CurrentIfs().open != 0) {
-    tState.Fail(kVornFontTestSeverityMajorError, "Unbalanced IF instruction found");
+    tState.Fail(Severity::kMajorError, "Unbalanced IF instruction found");
   }
-  if (tState.inDefinition) tState.Fail(kVornFontTestSeverityMajorError, "Unbalanced FDEF/IDEF");
+  if (tState.inDefinition) tState.Fail(Severity::kMajorError, "Unbalanced FDEF/IDEF");
   if (oFunctionDefinitions) *oFunctionDefinitions = tState.functionDefinitionCount;
   if (oInstructionDefinitions) *oInstructionDefinitions = tState.instructionDefinitionCount;
   return tState.ok;

@@ -1,102 +1,135 @@
 #pragma once
 
-#include <VornFontTest/VornFontTest.h>
-
-#include <Tova/Tova.hpp>
 #include <cstdint>
 #include <initializer_list>
+#include <type_traits>
 #include <vector>
 
-#include "TableAccess/FontClasses/FTFont.h"
-#include "TableAccess/TableClasses/FTFontTable.h"
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "Tests/Finding.h"
+#include "Tests/TestIdentity.h"
+
+class FTException;
+
+/// What the caller of a report asks of every test.
+struct TestOptions {
+  SeveritySet severities;              ///< findings of these are looked for; a test may skip the checks of others
+  bool skipDuplicateFontTest = false;  ///< installed fonts are not to be searched
+};
 
 /// Base of every test: one run over one font. A subclass defines ExecuteTest, which judges the font through accessors
-/// and reports what it finds; the base collects severities and messages and turns an FTException that escapes the test
-/// into a fatal finding.
+/// and reports what it finds, and states its identity:
 ///
-/// The font, the messages and the options belong to the caller and must outlive the tester (messages and options are
-/// retained). Use: construct, CreateTestResults once, destroy; RunTester does it all.
+///   static constexpr TestIdentity kIdentity = {.identifier = "veltrin.TrueType.gasp.structure", ...};
+///
+/// A test of one sfnt table derives from TableTester instead, which finds the table. FontClass is the kind of font that
+/// a test is for; a subclass for another kind names its own. Where more than the kind decides, the subclass has a
+/// static bool AppliesTo(const FontClass&), whose exceptions end the whole report.
+///
+/// The font, the sink and the options belong to the caller and must outlive the tester. Use: RunTester.
 class VornFontTester {
  public:
+  using FontClass = FTFont_sfnt;
   using Arguments = std::initializer_list<Tova::FormatArgument>;
 
-  /// messages is null unless the report is to have them. Throws FTException without a font or options.
-  VornFontTester(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
-  VornFontTester(const VornFontTester& iOther);
+  /// Throws FTException without a font or options.
+  VornFontTester(const FTFont* iFont, FindingSink& ioSink, const TestOptions* iOptions);
+  VornFontTester(const VornFontTester&) = delete;
   VornFontTester& operator=(const VornFontTester&) = delete;
   virtual ~VornFontTester() = default;
 
-  /// Runs the test. The severities found, each once, in order of first report; none when the test does not apply.
-  virtual Tova::Array CreateTestResults();
-  /// The accessor of a table with this tag when the running test examines one; null otherwise.
-  virtual const FTFontTable* TestsTableWithTag(uint32_t iTag) const;
-  /// Records the severity and, when messages are wanted, a message: the format in the user's language (looked up in the
-  /// test's own string table), filled with the arguments and prefixed with the table's name.
-  virtual void ReportResult(TovaStringRef iSeverity, const char* iFormat, Arguments iArguments = {}) const;
-  /// The same with the format looked up in another string table; the prefix stays the test's own.
-  virtual void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
-                                     Arguments iArguments = {}) const;
-  virtual const FTFont* GetFont() const { return _fFont; }
-  virtual TovaMutableArrayRef GetMessages() const { return _fMessages.get(); }
-  virtual TovaDictionaryRef GetOptions() const { return _fOptions.get(); }
-  virtual TovaMutableArrayRef GetResults() const { return _fResults.get(); }
-  virtual TovaAllocatorRef GetAllocator() const { return TovaGetAllocator(_fOptions.get()); }
-  /// Whether nobody wants messages, so that a test may stop at its first failure.
-  virtual bool CanBailOnFirstFailure() const { return !_fMessages; }
-  /// Whether the caller asked for findings of this severity; a test may skip the checks of others.
-  virtual bool ExecuteTestsWithSeverity(TovaStringRef iSeverity) const;
+  /// Runs the test. False when it does not apply to the font. An FTException that escapes the test becomes a fatal
+  /// finding.
+  bool CreateTestResults();
   /// The test itself. False when it does not apply to the font.
   virtual bool ExecuteTest() const = 0;
+
+  /// Records the severity and, when messages are wanted, a message: the format in the user's language (looked up in the
+  /// test's own string table), filled with the arguments, after the test's prefix.
+  void ReportResult(Severity iSeverity, const char* iFormat, Arguments iArguments = {}) const;
+  /// The same, but only when the caller asked for findings of this severity.
+  void ReportResultIfAsked(Severity iSeverity, const char* iFormat, Arguments iArguments = {}) const {
+    if (ExecuteTestsWithSeverity(iSeverity)) ReportResult(iSeverity, iFormat, iArguments);
+  }
+  /// The same as ReportResult with the format looked up in another string table; the prefix stays the test's own.
+  void ReportResultFromTable(const char* iTable, Severity iSeverity, const char* iFormat,
+                             Arguments iArguments = {}) const;
+
+  const FTFont* GetFont() const { return _fFont; }
+  /// The font, for a test of sfnt fonts: RunTester starts it over no other.
+  const FTFont_sfnt& SfntFont() const { return static_cast<const FTFont_sfnt&>(*_fFont); }
+  const TestOptions& GetOptions() const { return *_fOptions; }
+  /// Whether nobody wants messages, so that a test may stop at its first failure.
+  bool CanBailOnFirstFailure() const { return !_fSink.WantsMessages(); }
+  /// Whether the caller asked for findings of this severity.
+  bool ExecuteTestsWithSeverity(Severity iSeverity) const { return _fOptions->severities.Has(iSeverity); }
+  /// The accessor of a table with this tag when the running test examines one; null otherwise.
+  virtual const FTFontTable* TestsTableWithTag(uint32_t) const { return nullptr; }
   /// The string table of the test's messages and their prefix; null for no prefix.
   virtual const char* GetStringTableName() const { return "VornFTMessages"; }
+
   /// The index (0 to 31) of the highest bit set; all bits set for 0.
-  virtual uint32_t FirstBit(uint32_t iMask) const;
+  static uint32_t FirstBit(uint32_t iMask);
   /// Judges the platform, script and language codes of a 'name' or 'cmap' record and reports what is wrong with them.
   /// iEntry is the record's index.
-  virtual void ValidatePlatformScriptLanguages(uint32_t iEntry, uint32_t iPlatform, uint32_t iScript,
-                                               uint32_t iLanguage) const;
+  void ValidatePlatformScriptLanguages(uint32_t iEntry, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage) const;
   /// The first of the ascending offsets that is greater than the current one; 0 when there is none.
-  virtual uint64_t NextOffset(const std::vector<uint64_t>& iSortedOffsets, uint64_t iCurrent) const;
+  static uint64_t NextOffset(const std::vector<uint64_t>& iSortedOffsets, uint64_t iCurrent);
   /// Sorts ascending.
-  virtual void SortTableOffsets(std::vector<uint64_t>& ioOffsets) const;
+  static void SortTableOffsets(std::vector<uint64_t>& ioOffsets);
   /// Inserts the offset into the ascending collection unless it is there.
-  virtual void AddOffsetToCollection(std::vector<uint16_t>& ioCollection, uint16_t iOffset) const;
+  static void AddOffsetToCollection(std::vector<uint16_t>& ioCollection, uint16_t iOffset);
 
  protected:
-  void AppendResult(TovaStringRef iSeverity) const;
-  void AppendMessage(TovaStringRef iSeverity, TovaStringRef iText) const;
-  void AppendResultAndMessage(TovaStringRef iSeverity, TovaStringRef iText) const;
+  void AppendResult(Severity iSeverity) const { _fSink.AppendResult(iSeverity); }
 
  private:
+  friend class At;
+  void ReportException(const FTException& iException) const;
+
   const FTFont* _fFont;
-  Tova::MutableArray _fMessages;
-  Tova::Dictionary _fOptions;
-  Tova::MutableArray _fResults;  // exists while CreateTestResults runs
+  FindingSink& _fSink;
+  const TestOptions* _fOptions;
+  bool _fRunning = false;
+  mutable Place _fPlace;         // where the test is looking
+  mutable Place _fFailurePlace;  // where it was when the last exception was thrown
+  mutable bool _fFails = false;  // an exception passes through its scopes
 };
 
-/// Puts the table under test into a tester's member for the time of a scope, and null there at its end, also when an
-/// exception passes.
-template <class T>
-class TableUnderTest {
+/// Says where a test is looking for the time of a scope, for all findings that it makes there:
+///
+///   const At tHere(*this, {.glyph = tGlyph});
+///
+/// What the place leaves out stays as the scopes around it said.
+class At {
  public:
-  TableUnderTest(const T*& ioMember, const T* iTable) : _fMember(ioMember) { _fMember = iTable; }
-  TableUnderTest(const TableUnderTest&) = delete;
-  TableUnderTest& operator=(const TableUnderTest&) = delete;
-  ~TableUnderTest() { _fMember = nullptr; }
+  At(const VornFontTester& iTester, const Place& iPlace);
+  At(const At&) = delete;
+  At& operator=(const At&) = delete;
+  ~At();
 
  private:
-  const T*& _fMember;
+  const VornFontTester& _fTester;
+  Place _fBefore;
+  int _fExceptions;  // on their way when it was made
 };
 
-/// What an entry function of a test looks like: the font, the array for messages (or null) and the options of the
-/// report in; the severities out, none when the test does not apply to the font.
-using VornFontTestEntry = Tova::Array (*)(const FTFont* iFont, TovaMutableArrayRef iMessages,
-                                          TovaDictionaryRef iOptions);
+/// What an entry function of a test looks like. False when the test does not apply to the font.
+using VornFontTestEntry = bool (*)(const FTFont* iFont, FindingSink& ioSink, const TestOptions* iOptions);
 
-/// The body of every entry function: runs a Tester over a font of the class Font, nothing over another.
-template <class Tester, class Font>
-Tova::Array RunTester(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  if (!dynamic_cast<const Font*>(iFont)) return {};
-  Tester tTester(iFont, iMessages, iOptions);
-  return tTester.CreateTestResults();
+/// The entry function of every test: runs a Tester over a font of the class that it is for, nothing over another.
+template <class Tester>
+bool RunTester(const FTFont* iFont, FindingSink& ioSink, const TestOptions* iOptions) {
+  using FontClass = typename Tester::FontClass;
+  const auto* tFont = dynamic_cast<const FontClass*>(iFont);
+  if (!tFont) return false;
+  if constexpr (requires { Tester::AppliesTo(*tFont); }) {
+    if (!Tester::AppliesTo(*tFont)) return false;
+  }
+  /// The tester under the name that its identity gives it.
+  struct Named final : Tester {
+    using Tester::Tester;
+    const char* GetStringTableName() const override { return Tester::kIdentity.prefix; }
+  };
+  return Named(iFont, ioSink, iOptions).CreateTestResults();
 }

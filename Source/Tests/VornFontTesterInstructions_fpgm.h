@@ -1,16 +1,22 @@
 #pragma once
 
 #include "TableAccess/TableClasses/TagOnlyTables.h"
-#include "Tests/VornFontTester.h"
+#include "Tests/TableTester.h"
 
 /// Walks the font program, which is the whole table 'fpgm'. Needs no other table.
-class VornFontTesterInstructions_fpgm : public VornFontTester {
+class VornFontTesterInstructions_fpgm : public TableTester<FTFontTable_fpgm> {
  public:
-  using VornFontTester::VornFontTester;
-  bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "fpgm"; }
-
-  void CheckInstructions_fpgm(const FTFontTable_fpgm* iTable) const;
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.fpgm.instructions",
+      .types = {TestType::kStructure},
+      .target = "fpgm",
+      .prefix = "fpgm",
+      .name = "Font program instructions",
+      .description =
+          "Walks the instructions of the font program ('fpgm'): known opcodes, data of push instructions inside the "
+          "program, balanced conditions and definitions."};
+  using TableTester::TableTester;
+  void CheckTable(const FTFontTable_fpgm& iTable) const override;
 };
 
-Tova::Array TestInstructions_fpgm(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestInstructions_fpgm = RunTester<VornFontTesterInstructions_fpgm>;

@@ -1,16 +1,22 @@
 #pragma once
 
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
-#include "Tests/VornFontTester.h"
+#include "Tests/TableTester.h"
 
 /// Walks the instructions of every simple glyph; those of compound glyphs are not looked at. Needs the glyphs' tables.
-class VornFontTesterInstructions_glyf : public VornFontTester {
+class VornFontTesterInstructions_glyf : public TableTester<FTFontTable_glyf> {
  public:
-  using VornFontTester::VornFontTester;
-  bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "glyf"; }
-
-  void CheckInstructions_glyf(const FTFontTable_glyf* iTable) const;
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.glyf.instructions",
+      .types = {TestType::kStructure},
+      .target = "glyf",
+      .prefix = "glyf",
+      .name = "Glyph instructions",
+      .description =
+          "Walks the instructions of every simple glyph: known opcodes, data of push instructions inside the "
+          "program, balanced conditions and definitions."};
+  using TableTester::TableTester;
+  void CheckTable(const FTFontTable_glyf& iTable) const override;
 };
 
-Tova::Array TestInstructions_glyf(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestInstructions_glyf = RunTester<VornFontTesterInstructions_glyf>;

@@ -100,37 +100,37 @@ void VornFontTester::ValidatePlatformScriptLanguages(uint32_t iEntry, uint32_t i
   switch (iPlatform) {
     case kUnicode:
       if (iScript == 2 || iScript > 5) {
-        ReportResultFromTable(kTable, kVornFontTestSeverityTechnicalError,
+        ReportResultFromTable(kTable, Severity::kTechnicalError,
                               "Entry %d has a bad script code (%d) for the Unicode platform", {iEntry, iScript});
       }
       if (iLanguage != 0 && iLanguage != 0xFFFFFFFF) {
-        ReportResultFromTable(kTable, kVornFontTestSeverityTechnicalError,
+        ReportResultFromTable(kTable, Severity::kTechnicalError,
                               "Entry %d has a bad language code (%d) for the Unicode platform", {iEntry, iLanguage});
       }
       break;
     case kValdor:
       if (iScript > kLastScript) {
-        ReportResultFromTable(kTable, kVornFontTestSeverityMinorError,
+        ReportResultFromTable(kTable, Severity::kMinorError,
                               "Entry %d has a bad script code (%d) for the Valdor platform", {iEntry, iScript});
       }
       if (std::ranges::none_of(kLanguages, [&](const LanguageRange& iRange) { return iRange.Contains(iLanguage); })) {
-        ReportResultFromTable(kTable, kVornFontTestSeverityMinorError,
+        ReportResultFromTable(kTable, Severity::kMinorError,
                               "Entry %d has a bad language code (%d) for the Valdor platform", {iEntry, iLanguage});
       }
       for (const ScriptLanguages& tScript : kScriptLanguages) {
         if (tScript.script == iScript && !tScript.Contains(iLanguage)) {
-          ReportResultFromTable(kTable, kVornFontTestSeverityMinorError, tScript.message, {iEntry, iLanguage});
+          ReportResultFromTable(kTable, Severity::kMinorError, tScript.message, {iEntry, iLanguage});
         }
       }
       break;
     case kMicrosoft:
       if (iScript > kLastMicrosoftScript) {
-        ReportResultFromTable(kTable, kVornFontTestSeverityMajorError,
+        ReportResultFromTable(kTable, Severity::kMajorError,
                               "Entry %d has a bad script code (%d) for the Microsoft platform", {iEntry, iScript});
       }
       break;
     default:
-      ReportResultFromTable(kTable, kVornFontTestSeverityTechnicalError, "Entry %d has a bad platform code (%d)",
+      ReportResultFromTable(kTable, Severity::kTechnicalError, "Entry %d has a bad platform code (%d)",
                             {iEntry, iPlatform});
   }
 }

@@ -6,15 +6,11 @@
 #include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
-Tova::Array TestMetricsConsistency(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterMetrics, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
 bool VornFontTesterMetrics::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_hdmx::kTag) || !tFont->HasTaggedTable(FTFontTable_hmtx::kTag))
-    return false;
-  CheckMetrics(tFont->FindTable<FTFontTable_hdmx>(), tFont->FindTable<FTFontTable_hmtx>());
+  const FTFont_sfnt& tFont = SfntFont();
+  if (!tFont.HasTaggedTable(FTFontTable_hdmx::kTag) || !tFont.HasTaggedTable(FTFontTable_hmtx::kTag)) return false;
+  const At tHere(*this, {.table = FTFontTable_hdmx::kTag});
+  CheckMetrics(tFont.FindTable<FTFontTable_hdmx>(), tFont.FindTable<FTFontTable_hmtx>());
   return true;
 }
 
@@ -47,11 +43,11 @@ void VornFontTesterMetrics::CompareWidth(uint16_t iGlyph, uint16_t iAdvance, uin
   const int tDifference = std::abs(tScaled - tWidth);
   if (tDifference <= 1) return;
   if (tDifference == 2) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Minor hmtx vs hdmx size mismatch for character glyph %d at size %d: %d (hmtx), %d (hdmx)",
                  {iGlyph, tPixelsPerEm, tScaled, tWidth});
   } else {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Significant hmtx vs hdmx size mismatch for character glyph %d at size %d: %d (hmtx), %d (hdmx)",
                  {iGlyph, tPixelsPerEm, tScaled, tWidth});
   }

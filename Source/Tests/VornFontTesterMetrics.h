@@ -11,9 +11,16 @@
 /// that of the messages, beyond which only the severity is recorded.
 class VornFontTesterMetrics : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.metrics.consistency",
+      .types = {TestType::kConsistency},
+      .target = "hdmx",
+      .prefix = "hdmx",
+      .name = "Device widths against advances",
+      .description =
+          "Compares the widths of the 'hdmx' table with the advances of the 'hmtx' table scaled to the same size."};
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "hdmx"; }
 
   void CheckMetrics(const FTFontTable_hdmx* iTable_hdmx, const FTFontTable_hmtx* iTable_hmtx) const;
 
@@ -21,4 +28,4 @@ class VornFontTesterMetrics : public VornFontTester {
   void CompareWidth(uint16_t iGlyph, uint16_t iAdvance, uint16_t iEm, Tova::ByteView iRecord) const;
 };
 
-Tova::Array TestMetricsConsistency(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestMetricsConsistency = RunTester<VornFontTesterMetrics>;

@@ -12,7 +12,7 @@ bool VornFontTesterMetricsTable::CheckSize(const FTFontTable_hmtx& iTable, uint6
   const uint64_t tLongSize = 4 * iLongCount;
   if (tSize < tLongSize) ReportResult(iTexts.tooSmall, iTexts.longMetricsCut, {tLongSize, tSize});
   if (iLongCount > tGlyphCount) {
-    ReportResult(kVornFontTestSeverityMinorError, iTexts.moreThanGlyphs, {iLongCount, tGlyphCount});
+    ReportResult(Severity::kMinorError, iTexts.moreThanGlyphs, {iLongCount, tGlyphCount});
   } else if (tGlyphCount > iLongCount) {
     const uint64_t tExpected = 2 * (iLongCount + tGlyphCount);
     if (tSize < tExpected) {
@@ -20,16 +20,16 @@ bool VornFontTesterMetricsTable::CheckSize(const FTFontTable_hmtx& iTable, uint6
       return false;
     }
     if (tSize > tExpected + 3) {
-      ReportResult(kVornFontTestSeverityMinorError, iTexts.tooLarge, {tExpected, tSize});
+      ReportResult(Severity::kMinorError, iTexts.tooLarge, {tExpected, tSize});
     }
   }
   return tSize >= tLongSize;
 }
 
 void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const {
-  if (iTable.GetMetrics(0).advance == 0) ReportResult(kVornFontTestSeverityMinorError, iTexts.glyph0Zero);
+  if (iTable.GetMetrics(0).advance == 0) ReportResult(Severity::kMinorError, iTexts.glyph0Zero);
   if (const uint16_t tAdvance = iTable.GetMetrics(1).advance; tAdvance != 0) {
-    ReportResult(kVornFontTestSeverityMinorError, iTexts.glyph1NotZero, {tAdvance});
+    ReportResult(Severity::kMinorError, iTexts.glyph1NotZero, {tAdvance});
   }
   const uint16_t tEm = iTable.GetFont()->GetFontUnitsPerEm();
   const int tLimit = Tova::WrapSigned16(int64_t{tEm} * 2) / 5;
@@ -38,11 +38,11 @@ void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, con
     const FTGlyphMetrics tMetrics = iTable.GetMetrics(tGlyph);
     const int16_t tSideBearing = Tova::WrapSigned16(tMetrics.sideBearing);
     if (tMetrics.advance > tEm) {
-      ReportResult(kVornFontTestSeverityInformation, iTexts.beyondEm, {tGlyph, tMetrics.advance, tEm});
+      ReportResult(Severity::kInformation, iTexts.beyondEm, {tGlyph, tMetrics.advance, tEm});
     }
     // It is the side bearing that is held against 40 percent of the em, and whose value the message gives.
     if (tSideBearing > tLimit) {
-      ReportResult(kVornFontTestSeverityInformation, iTexts.bearingBeyondEm, {tGlyph, tSideBearing, tLimit});
+      ReportResult(Severity::kInformation, iTexts.bearingBeyondEm, {tGlyph, tSideBearing, tLimit});
     }
   }
 }

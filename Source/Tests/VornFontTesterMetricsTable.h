@@ -14,7 +14,7 @@ class VornFontTesterMetricsTable : public VornFontTester {
  protected:
   /// What is reported; the texts are formats, with the arguments that stand beside them.
   struct Texts {
-    TovaStringRef tooSmall;       ///< the severity of a table that is too small
+    Severity tooSmall;            ///< the severity of a table that is too small
     const char* longMetricsCut;   ///< size needed, size
     const char* moreThanGlyphs;   ///< long metrics, glyphs
     const char* metricsCut;       ///< size needed, size

@@ -1,5 +1,7 @@
 #include "Tests/VornFontTesterStructure_cmap.h"
 
+#include <string>
+
 #include "TableAccess/FTLimits.h"
 
 namespace {
@@ -17,30 +19,22 @@ bool HasSingleByteCodes(uint32_t iPlatform, uint32_t iScript) {
 }  // namespace
 
 bool VornFontTesterStructure_cmap::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont) return false;
-  _fChecks = _fFatalFindings = 0;
-  if (!tFont->HasTaggedTable(FTFontTable_cmap::kTag)) {
-    ReportResult(kVornFontTestSeverityFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
+  const At tHere(*this, {.table = FTFontTable_cmap::kTag});
+  if (!SfntFont().HasTaggedTable(FTFontTable_cmap::kTag)) {
+    ReportResult(Severity::kFatalError, "The font has no 'cmap' table, required by the TrueType spec.");
     return false;
   }
-  const TableUnderTest<FTFontTable_cmap> tRun(_fTable, tFont->FindTable<FTFontTable_cmap>());
+  _fTable = SfntFont().FindTable<FTFontTable_cmap>();
   CheckHeader();
   for (uint64_t i = 0; i < GetTable()->EncodingCount(); ++i) CheckRecord(i);
   return true;
-}
-
-void VornFontTesterStructure_cmap::ReportResultFromTable(const char* iTable, TovaStringRef iSeverity,
-                                                         const char* iFormat, Arguments iArguments) const {
-  if (iSeverity == kVornFontTestSeverityFatalError) ++_fFatalFindings;
-  VornFontTester::ReportResultFromTable(iTable, iSeverity, iFormat, iArguments);
 }
 
 bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {
   const bool tHadRoom = _fChecks <= kFTMaxCmapChecks;
   _fChecks += GetTable()->GetFont()->SpendWork(iCount) ? iCount : kFTMaxCmapChecks + 1;
   if (_fChecks <= kFTMaxCmapChecks) return true;
-  if (tHadRoom) ReportResult(kVornFontTestSeverityFatalError, "The font has an invalid 'cmap' table");
+  if (tHadRoom) ReportResult(Severity::kFatalError, "The font has an invalid 'cmap' table");
   return false;
 }
 
@@ -49,14 +43,14 @@ void VornFontTesterStructure_cmap::CheckHeader() const {
   const uint32_t tVersion = tBytes.U16(0);
   const uint32_t tCount = tBytes.U16(2);
   if (tVersion != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Bad cmap version - 0x%08lX", {tVersion});
+    ReportResult(Severity::kTechnicalError, "Bad cmap version - 0x%08lX", {tVersion});
   }
-  if (tCount == 0) ReportResult(kVornFontTestSeverityFatalError, "No subtables");
+  if (tCount == 0) ReportResult(Severity::kFatalError, "No subtables");
   if (tCount >= kUnusualRecordCount) {
-    ReportResult(kVornFontTestSeverityMajorError, "Questionable number of cmap subtables, %d", {tCount});
+    ReportResult(Severity::kMajorError, "Questionable number of cmap subtables, %d", {tCount});
   }
   if (8 * tCount + 4 > tBytes.Size()) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The encoding data requires more room (%d bytes) than there is in the table (%d bytes)",
                  {8 * tCount + 4, tBytes.Size()});
   }
@@ -66,19 +60,19 @@ void VornFontTesterStructure_cmap::CheckRecord(uint64_t iEncoding) const {
   const Tova::ByteView tBytes = GetTable()->Bytes();
   const FTEncoding& tSubtable = *GetTable()->GetIndEncoding(iEncoding);
   const uint64_t tOffset = tBytes.U32(4 + 8 * iEncoding + 4);
+  const At tRecord(*this, {.offset = 4 + 8 * iEncoding, .part = "Encoding " + std::to_string(iEncoding)});
   if (tOffset > tBytes.Size()) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Subtable %d offset (0x%08lX) is beyond the end of the table (0x%08lX)",
+    ReportResult(Severity::kFatalError, "Subtable %d offset (0x%08lX) is beyond the end of the table (0x%08lX)",
                  {iEncoding, tOffset, tBytes.Size()});
   }
   ValidatePlatformScriptLanguages(static_cast<uint32_t>(iEncoding), tSubtable.GetPlatform(), tSubtable.GetScript(),
                                   tSubtable.GetLanguage());
   const uint64_t tEnd = tSubtable.GetUnswappedMappingDataLength() + tOffset;
   if (tEnd > tBytes.Size()) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Subtable %d ending offset (0x%08lX) is beyond the end of the table (0x%08lX)",
+    ReportResult(Severity::kFatalError, "Subtable %d ending offset (0x%08lX) is beyond the end of the table (0x%08lX)",
                  {iEncoding, tEnd, tBytes.Size()});
   }
+  const At tMapping(*this, {.offset = tOffset});
   CheckSubtable(iEncoding, tSubtable);
 }
 
@@ -116,8 +110,4 @@ void VornFontTesterStructure_cmap::CheckSubtable(uint64_t iEncoding, const FTEnc
     default:
       break;
   }
-}
-
-Tova::Array TestStructure_cmap(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_cmap, FTFont_sfnt>(iFont, iMessages, iOptions);
 }

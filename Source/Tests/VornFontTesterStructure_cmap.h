@@ -14,29 +14,33 @@
 /// "Encoding %d" in the messages is the index of the record. Positions count from the start of the subtable.
 class VornFontTesterStructure_cmap : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.cmap.structure",
+      .types = {TestType::kStructure},
+      .target = "cmap",
+      .prefix = "cmap",
+      .name = "Character map structure",
+      .description =
+          "Checks the header of the 'cmap' table, its encoding records and every subtable, byte by byte: sizes, "
+          "ranges of characters and the glyphs that they lead to."};
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "cmap"; }
-  /// As the base does, and counts the fatal findings.
-  void ReportResultFromTable(const char* iTable, TovaStringRef iSeverity, const char* iFormat,
-                             Arguments iArguments = {}) const override;
   /// The table under test, null outside a run.
-  virtual const FTFontTable_cmap* GetTable() const { return _fTable; }
-
- protected:
-  /// The validators of the subtable formats: the index of the record and the bytes from the subtable on. iSingleByte
-  /// tells an encoding whose codes are single bytes. False when the subtable has a fatal fault.
-  virtual bool ValidCMap0(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap2(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap4(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
-  virtual bool ValidCMap6(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
-  virtual bool ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const;
-  virtual bool ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  const FTFontTable_cmap* GetTable() const { return _fTable; }
 
  private:
+  /// The validators of the subtable formats: the index of the record and the bytes from the subtable on. iSingleByte
+  /// tells an encoding whose codes are single bytes.
+  void ValidCMap0(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap2(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap4(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
+  void ValidCMap6(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const;
+  void ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const;
+  void ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const;
+
   /// The glyphs of a format 2 subheader: the position of the first entry, how many, and what is added to each.
   struct GlyphRange {
     uint64_t position = 0;
@@ -84,7 +88,6 @@ class VornFontTesterStructure_cmap : public VornFontTester {
 
   mutable const FTFontTable_cmap* _fTable = nullptr;
   mutable uint64_t _fChecks = 0;
-  mutable uint64_t _fFatalFindings = 0;
 };
 
-Tova::Array TestStructure_cmap(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestStructure_cmap = RunTester<VornFontTesterStructure_cmap>;

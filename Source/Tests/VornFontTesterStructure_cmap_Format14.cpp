@@ -3,14 +3,13 @@
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 
-bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const {
   uint64_t tIndex = 0;
   const FTEncoding* tUnicode = GetTable()->GetFont()->FindFontUnicodeEncoding(tIndex);
   if (!tUnicode) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "There is no encoding in the 'cmap' which can be used as the basis for a Unicode encoding");
-    return false;
+    return;
   }
   const Tova::RecordArray tRecords(iBytes, 10, iBytes.U32(6), 11);
   uint64_t tSize = 11 * tRecords.Claimed() + 10;
@@ -27,7 +26,6 @@ bool VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteVie
   CheckStatedSize(iEncoding, tSize, iBytes.U32(2),
                   "Encoding %d (format 14), calculated size (%d) is less than the size stated in the header (%d)",
                   "Encoding %d (format 14), calculated size (%d) is greater than the size stated in the header (%d)");
-  return _fFatalFindings == tFatalBefore;
 }
 
 uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uint64_t iRecord, uint32_t iSelector,
@@ -40,20 +38,20 @@ uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uin
     for (uint32_t tCharacter = tFirst; tCharacter <= tFirst + tFurther; ++tCharacter) {
       const uint32_t tGlyph = iUnicode.CharacterToGlyph(tCharacter);
       if (tGlyph == 0xFFFF) {
-        ReportResult(kVornFontTestSeverityTechnicalError,
+        ReportResult(Severity::kTechnicalError,
                      "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
                      "mapped to invalid glyph (-1).",
                      {iEncoding, iRecord, q, iSelector, tCharacter});
         continue;
       }
       if (tGlyph == 0) {
-        ReportResult(kVornFontTestSeverityTechnicalError,
+        ReportResult(Severity::kTechnicalError,
                      "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
                      "mapped to glyph 0.",
                      {iEncoding, iRecord, q, iSelector, tCharacter});
       }
       if (tGlyph >= GlyphCount()) {
-        ReportResult(kVornFontTestSeverityMajorError,
+        ReportResult(Severity::kMajorError,
                      "Encoding %d (format 14), table %d, default range %d, variation selector U+%04X, character U+%04X "
                      "mapped to nonexistent glyph (%d), glyph count == %d.",
                      {iEncoding, iRecord, q, iSelector, tCharacter, tGlyph, GlyphCount()});
@@ -70,19 +68,19 @@ uint64_t VornFontTesterStructure_cmap::CheckNonDefaultTable(uint64_t iEncoding, 
     const uint32_t tCharacter = tMappings[q].U24(0);
     const uint32_t tGlyph = tMappings[q].U16(3);
     if (tGlyph == 0) {
-      ReportResult(kVornFontTestSeverityMajorError,
+      ReportResult(Severity::kMajorError,
                    "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
                    "U+%04X mapped to glyph 0.",
                    {iEncoding, iRecord, q, iSelector, tCharacter});
     }
     if (tGlyph == 0xFFFF) {
-      ReportResult(kVornFontTestSeverityMajorError,
+      ReportResult(Severity::kMajorError,
                    "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
                    "U+%04X mapped to invalid glyph (-1).",
                    {iEncoding, iRecord, q, iSelector, tCharacter});
     }
     if (tGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityMajorError,
+      ReportResult(Severity::kMajorError,
                    "Encoding %d (format 14), table %d, nondefault mapping %d, variation selector U+%04X, character "
                    "U+%04X mapped to nonexistent glyph (%d), glyph count == %d.",
                    {iEncoding, iRecord, q, iSelector, tCharacter, tGlyph, GlyphCount()});

@@ -30,12 +30,11 @@ struct VornFontTesterStructure_cmap::Segment {
   int64_t offset;
 };
 
-bool VornFontTesterStructure_cmap::ValidCMap4(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap4(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const {
   const Format4 tTable{iEncoding, iBytes, iSingleByte};
   CheckSearchFields(tTable);
   if (tTable.arraysEnd > tTable.length) {
-    ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 4), length incorrect start == %d, end == %d",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 4), length incorrect start == %d, end == %d",
                  {iEncoding, tTable.arraysEnd, tTable.length});
   }
   CheckLastSegment(tTable);
@@ -50,7 +49,6 @@ bool VornFontTesterStructure_cmap::ValidCMap4(uint64_t iEncoding, Tova::ByteView
     }
     tPreviousEnd = tSegment.end;
   }
-  return _fFatalFindings == tFatalBefore;
 }
 
 /// The three fields that a binary search over the segments starts from.
@@ -59,16 +57,16 @@ void VornFontTesterStructure_cmap::CheckSearchFields(const Format4& iTable) cons
   const uint32_t tSelector = tCount == 0 ? 0 : FirstBit(static_cast<uint32_t>(tCount));
   const uint64_t tPower = tCount == 0 ? 0 : uint64_t{1} << tSelector;
   if (const uint16_t tRange = iTable.bytes.U16(8); tRange != Tova::Wrap16(2 * tPower)) {
-    ReportResult(kVornFontTestSeverityMajorError, "Encoding %d (format 4), search range is %d; should be %d",
+    ReportResult(Severity::kMajorError, "Encoding %d (format 4), search range is %d; should be %d",
                  {iTable.encoding, tRange, Tova::Wrap16(2 * tPower)});
   }
   if (const uint16_t tActual = iTable.bytes.U16(10); tActual != tSelector) {
-    ReportResult(kVornFontTestSeverityMajorError, "Encoding %d (format 4), entry selector is %d; should be %d",
+    ReportResult(Severity::kMajorError, "Encoding %d (format 4), entry selector is %d; should be %d",
                  {iTable.encoding, tActual, tSelector});
   }
   const uint16_t tExpectedShift = Tova::Wrap16(2 * (tCount - tPower));
   if (const uint16_t tShift = iTable.bytes.U16(12); tShift != tExpectedShift) {
-    ReportResult(kVornFontTestSeverityMajorError, "Encoding %d (format 4), range shift is %d; should be %d",
+    ReportResult(Severity::kMajorError, "Encoding %d (format 4), range shift is %d; should be %d",
                  {iTable.encoding, tShift, tExpectedShift});
   }
 }
@@ -76,9 +74,9 @@ void VornFontTesterStructure_cmap::CheckSearchFields(const Format4& iTable) cons
 void VornFontTesterStructure_cmap::CheckLastSegment(const Format4& iTable) const {
   const Segment tLast(iTable, iTable.count - 1);
   if (iTable.count == 0 || tLast.end != 0xFFFF) {
-    ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 4), missing final 0xFFFFU", {iTable.encoding});
+    ReportResult(Severity::kMinorError, "Encoding %d (format 4), missing final 0xFFFFU", {iTable.encoding});
   } else if (tLast.start == 0xFFFF && tLast.delta != 1) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Encoding %d (format 4), final segment has <0xFFFFU,0xFFFFU> range but idDelta != 1",
                  {iTable.encoding});
   }
@@ -89,21 +87,19 @@ void VornFontTesterStructure_cmap::CheckCodes(const Format4& iTable, const Segme
   const int32_t tStart = iSegment.start;
   const int32_t tEnd = iSegment.end;
   if (iTable.singleByte && tStart > 255 && (tStart < 0xFFFF || !iSegment.last)) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 4), segment startCode[%d] == 0x%04X is out of range",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 4), segment startCode[%d] == 0x%04X is out of range",
                  {iTable.encoding, iSegment.index, tStart});
   } else if (iTable.singleByte && tEnd > 255 && (tEnd < 0xFFFF || !iSegment.last)) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 4), segment endCode[%d] == 0x%04X is out of range",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 4), segment endCode[%d] == 0x%04X is out of range",
                  {iTable.encoding, iSegment.index, tEnd});
   } else if ((iTable.singleByte && tEnd > 255) || tStart <= tEnd) {
     if (tStart <= iPreviousEnd) {
-      ReportResult(kVornFontTestSeverityFatalError,
+      ReportResult(Severity::kFatalError,
                    "Encoding %d (format 4), segment %d from 0x%04X to 0x%04X overlaps pervious segment",
                    {iTable.encoding, iSegment.index, tStart, tEnd});
     }
   } else {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "Encoding %d (format 4), segment startCode[%d] 0x%04X is greater than endCode 0x%04X",
                  {iTable.encoding, iSegment.index, tStart, tEnd});
   }
@@ -113,7 +109,7 @@ void VornFontTesterStructure_cmap::CheckGlyphRun(const Format4& iTable, const Se
   const uint32_t tFirst = static_cast<uint16_t>(iSegment.start + iSegment.delta);
   const uint32_t tLast = static_cast<uint16_t>(iSegment.end + iSegment.delta);
   if ((iSegment.start < 0xFFFF && tFirst >= GlyphCount()) || (iSegment.end < 0xFFFF && tLast >= GlyphCount())) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "Encoding %d (format 4), segment %d from 0x%04X to 0x%04X produces glyph indices from %d to %d, "
                  "exceeding the limit of %d",
                  {iTable.encoding, iSegment.index, iSegment.start, iSegment.end, tFirst, tLast, GlyphCount()});
@@ -125,7 +121,7 @@ void VornFontTesterStructure_cmap::CheckGlyphArray(const Format4& iTable, const 
   const int64_t tPosition = iSegment.offsetAt + iSegment.offset;
   const int64_t tExcess = tPosition + 2 * tCharacters - iTable.length;
   if (tPosition < iTable.arraysEnd) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Encoding %d (format 4), idRangeOffset[ %d ] == 0x%08lX is too small; it should be 0x%08lX",
                  {iTable.encoding, iSegment.index, iSegment.offset, 2 * (iTable.count - iSegment.index)});
   } else if (tExcess <= 0) {
@@ -133,18 +129,18 @@ void VornFontTesterStructure_cmap::CheckGlyphArray(const Format4& iTable, const 
     for (int64_t j = 0; j < tCharacters; ++j) {
       const auto tAt = static_cast<uint64_t>(tPosition + 2 * j);
       if (iTable.bytes.U16(tAt) + iSegment.delta >= static_cast<int64_t>(GlyphCount())) {
-        ReportResult(kVornFontTestSeverityFatalError,
+        ReportResult(Severity::kFatalError,
                      "Encoding %d (format 4), segment maps char 0x%04X to out of range glyph index %d",
                      {iTable.encoding, iSegment.start + j, iTable.bytes.LittleU16(tAt) + iSegment.delta});
       }
     }
   } else if (iSegment.last && iSegment.start == 0xFFFF && iSegment.end == 0xFFFF) {
     // The excess goes with the arguments, though the text has no place for it.
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Encoding %d (format 4), idRangeOffset[ %d ] == 0x%08lX an unexpeced value for the last segment",
                  {iTable.encoding, iSegment.index, iSegment.offset, tExcess});
   } else {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "Encoding %d (format 4), idRangeOffset[ %d ] == 0x%08lX is too large by %d bytes",
                  {iTable.encoding, iSegment.index, iSegment.offset, tExcess});
   }

@@ -2,33 +2,30 @@
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 
-bool VornFontTesterStructure_cmap::ValidCMap0(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap0(uint64_t iEncoding, Tova::ByteView iBytes) const {
   if (const uint32_t tLength = iBytes.U16(2); tLength != 262) {
-    ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 0), bad length: %d", {iEncoding, tLength});
+    ReportResult(Severity::kFatalError, "Encoding %d (format 0), bad length: %d", {iEncoding, tLength});
   }
   if (const uint32_t tFormat = iBytes.U16(0); tFormat != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Encoding %d (format 0), bad format: %d", {iEncoding, tFormat});
+    ReportResult(Severity::kTechnicalError, "Encoding %d (format 0), bad format: %d", {iEncoding, tFormat});
   }
   for (uint32_t tCode = 0; tCode < 256; ++tCode) {
     const uint32_t tGlyph = iBytes.U8(6 + tCode);
     if (tGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 0), glyph index (%d) out of range (0-%d)",
+      ReportResult(Severity::kFatalError, "Encoding %d (format 0), glyph index (%d) out of range (0-%d)",
                    {iEncoding, tGlyph, GlyphCount()});
     }
   }
-  return _fFatalFindings == tFatalBefore;
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap2(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap2(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const std::bitset<256> tReferenced = CheckSubheaderKeys(iEncoding, iBytes);
   uint64_t tLast = 255;
   while (tLast > 0 && !tReferenced[tLast]) --tLast;
   const uint64_t tSubheadersEnd = 526 + 8 * tLast;
   const uint64_t tLength = iBytes.U16(2);
   if (tSubheadersEnd >= tLength) {
-    ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 2), length incorrect start == %d, end == %d",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 2), length incorrect start == %d, end == %d",
                  {iEncoding, tSubheadersEnd, tLength});
   }
   GlyphRange tRange;  // of the last subheader that a key leads to
@@ -39,7 +36,6 @@ bool VornFontTesterStructure_cmap::ValidCMap2(uint64_t iEncoding, Tova::ByteView
       CheckUnreferencedSubheader(iEncoding, iBytes, k, tRange);
     }
   }
-  return _fFatalFindings == tFatalBefore;
 }
 
 std::bitset<256> VornFontTesterStructure_cmap::CheckSubheaderKeys(uint64_t iEncoding, Tova::ByteView iBytes) const {
@@ -47,10 +43,10 @@ std::bitset<256> VornFontTesterStructure_cmap::CheckSubheaderKeys(uint64_t iEnco
   for (uint64_t tKey = 0; tKey < 256; ++tKey) {
     const uint32_t tValue = iBytes.U16(6 + 2 * tKey);
     if (tValue > 2040) {
-      ReportResult(kVornFontTestSeverityMajorError,
-                   "Encoding %d (format 2), subheader key %ld has the suspicious value %hu", {iEncoding, tKey, tValue});
+      ReportResult(Severity::kMajorError, "Encoding %d (format 2), subheader key %ld has the suspicious value %hu",
+                   {iEncoding, tKey, tValue});
     } else if (tValue % 8 != 0) {
-      ReportResult(kVornFontTestSeverityFatalError,
+      ReportResult(Severity::kFatalError,
                    "Encoding %d (format 2), subheader key %ld, value, 0x%02X, not a multiple of 8",
                    {iEncoding, tKey, tValue});
     } else {
@@ -68,16 +64,14 @@ VornFontTesterStructure_cmap::GlyphRange VornFontTesterStructure_cmap::CheckSubh
   const uint32_t tOffset = iBytes.U16(tAt + 6);
   const GlyphRange tRange{tAt + 6 + tOffset, iBytes.U16(tAt + 2), iBytes.U16(tAt + 4)};
   if (tRange.count == 0 || tRange.count > 256) {
-    ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 2), subheader %ld suspicious entry count %d",
+    ReportResult(Severity::kMinorError, "Encoding %d (format 2), subheader %ld suspicious entry count %d",
                  {iEncoding, iSubheader, tRange.count});
   }
   if (tRange.position < iSubheadersEnd) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 2), subheader %ld idRangeOffset 0x%04X is too small",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 2), subheader %ld idRangeOffset 0x%04X is too small",
                  {iEncoding, iSubheader, tOffset});
   } else if (tRange.position + 2 * tRange.count > iBytes.U16(2)) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "Encoding %d (format 2), subheader %ld idRangeOffset 0x%04X is too big",
+    ReportResult(Severity::kFatalError, "Encoding %d (format 2), subheader %ld idRangeOffset 0x%04X is too big",
                  {iEncoding, iSubheader, tOffset});
   }
   return tRange;
@@ -90,49 +84,43 @@ void VornFontTesterStructure_cmap::CheckUnreferencedSubheader(uint64_t iEncoding
   for (uint64_t j = 0; j < iRange.count; ++j) {
     const uint64_t tAt = iRange.position + 2 * j;
     if (iBytes.U16(tAt) + iRange.delta >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityFatalError,
-                   "Encoding %d (format 2), subheader %ld produces out of range glyph index %d",
+      ReportResult(Severity::kFatalError, "Encoding %d (format 2), subheader %ld produces out of range glyph index %d",
                    {iEncoding, iSubheader, iBytes.LittleU16(tAt) + iRange.delta});
     } else {
-      ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 2), subheader %ld never referenced",
+      ReportResult(Severity::kMinorError, "Encoding %d (format 2), subheader %ld never referenced",
                    {iEncoding, iSubheader});
     }
   }
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap6(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap6(uint64_t iEncoding, Tova::ByteView iBytes, bool iSingleByte) const {
   const uint32_t tFirst = iBytes.U16(6);
   const uint32_t tCount = iBytes.U16(8);
   if (iBytes.U16(2) == 0) {
-    ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 6), negative length: %d", {iEncoding, 0});
+    ReportResult(Severity::kFatalError, "Encoding %d (format 6), negative length: %d", {iEncoding, 0});
   }
   if (tCount == 0) {
-    ReportResult(kVornFontTestSeverityMajorError, "Encoding %d (format 6), entryCount is 0", {iEncoding});
+    ReportResult(Severity::kMajorError, "Encoding %d (format 6), entryCount is 0", {iEncoding});
   }
   if (iSingleByte && tFirst > 255) {
-    ReportResult(kVornFontTestSeverityFatalError, "Encoding %d (format 6), bad first code (0x%02X)",
-                 {iEncoding, tFirst});
+    ReportResult(Severity::kFatalError, "Encoding %d (format 6), bad first code (0x%02X)", {iEncoding, tFirst});
   }
   if (iSingleByte && tCount > 256) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Encoding %d (format 6), bad entry count (%d) ",
-                 {iEncoding, tCount});
+    ReportResult(Severity::kTechnicalError, "Encoding %d (format 6), bad entry count (%d) ", {iEncoding, tCount});
   }
   if (tCount > 0 && iBytes.U16(10) == 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
-                 "Encoding %d (format 6), subtable begins with glyph 0 (wasted space)", {iEncoding});
+    ReportResult(Severity::kTechnicalError, "Encoding %d (format 6), subtable begins with glyph 0 (wasted space)",
+                 {iEncoding});
   }
   if (tCount > 0 && iBytes.U16(10 + 2 * (tCount - 1)) == 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
-                 "Encoding %d (format 6), subtable ends with glyph 0 (wasted space)", {iEncoding});
+    ReportResult(Severity::kTechnicalError, "Encoding %d (format 6), subtable ends with glyph 0 (wasted space)",
+                 {iEncoding});
   }
   for (uint32_t j = 0; j < tCount && MayCheck(1); ++j) {
     const uint64_t tAt = 10 + 2 * uint64_t{j};
     if (iBytes.U16(tAt) >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityFatalError,
-                   "Encoding %d (format 6), glyph index %d, glyph ID (%d) out of range (0-%d)",
+      ReportResult(Severity::kFatalError, "Encoding %d (format 6), glyph index %d, glyph ID (%d) out of range (0-%d)",
                    {iEncoding, j, iBytes.LittleU16(tAt), GlyphCount()});
     }
   }
-  return _fFatalFindings == tFatalBefore;
 }

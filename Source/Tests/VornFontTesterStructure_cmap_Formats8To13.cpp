@@ -4,8 +4,8 @@
 
 void VornFontTesterStructure_cmap::CheckStatedSize(uint64_t iEncoding, uint64_t iSize, uint64_t iStated,
                                                    const char* iLess, const char* iGreater) const {
-  if (iSize < iStated) ReportResult(kVornFontTestSeverityMinorError, iLess, {iEncoding, iSize, iStated});
-  if (iSize > iStated) ReportResult(kVornFontTestSeverityFatalError, iGreater, {iEncoding, iSize, iStated});
+  if (iSize < iStated) ReportResult(Severity::kMinorError, iLess, {iEncoding, iSize, iStated});
+  if (iSize > iStated) ReportResult(Severity::kFatalError, iGreater, {iEncoding, iSize, iStated});
 }
 
 void VornFontTesterStructure_cmap::CheckGroups(uint64_t iEncoding, const Tova::RecordArray& iGroups,
@@ -16,26 +16,23 @@ void VornFontTesterStructure_cmap::CheckGroups(uint64_t iEncoding, const Tova::R
     const uint32_t tLast = iGroups[g].U32(4);
     const uint32_t tGlyph = iGroups[g].U32(8);
     if (tFirst > tLast) {
-      ReportResult(kVornFontTestSeverityMinorError, iBadCharacters, {iEncoding, g, tFirst, tLast});
+      ReportResult(Severity::kMinorError, iBadCharacters, {iEncoding, g, tFirst, tLast});
     } else if (const uint64_t tLastGlyph = uint64_t{tGlyph} + (tLast - tFirst); tLastGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityMinorError, iBadGlyphs, {iEncoding, g, tGlyph, tLastGlyph});
+      ReportResult(Severity::kMinorError, iBadGlyphs, {iEncoding, g, tGlyph, tLastGlyph});
     }
   }
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGroups(iBytes, 8208, iBytes.U32(8204), 12);
   CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 8212, iBytes.U32(4),  // 4 more than the header takes
                   "Encoding %d (format 8.0), calculated size (%d) is less than the size stated in the header (%d)",
                   "Encoding %d (format 8.0), calculated size (%d) is greater than the size stated in the header (%d)");
   CheckGroups(iEncoding, tGroups, "Encoding %d (format 8.0), group %d, invalid character range (0x%04X-0x%04X)",
               "Encoding %d (format 8.0), group %d, invalid glyph range (%d-%d)");
-  return _fFatalFindings == tFatalBefore;
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGlyphs(iBytes, 20, iBytes.U32(16), 2);
   CheckStatedSize(iEncoding, 2 * tGlyphs.Claimed() + 14, iBytes.U32(4),  // 6 fewer than the header takes
                   "Encoding %d (format 10.0), calculated size (%d) is less than the size stated in the header (%d)",
@@ -43,27 +40,23 @@ bool VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteVie
   for (uint64_t j = 0; j < tGlyphs.Held() && MayCheck(1); ++j) {
     const uint16_t tGlyph = tGlyphs[j].U16(0);
     if (tGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityFatalError,
+      ReportResult(Severity::kFatalError,
                    "Encoding %d (format 10.0), character 0x%04X is mapped to illegal glyph %d (maximum glyph ID is %d)",
                    {iEncoding, j + iBytes.LittleU32(12), tGlyph, GlyphCount()});
     }
   }
-  return _fFatalFindings == tFatalBefore;
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap12(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGroups(iBytes, 16, iBytes.U32(12), 12);
   CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 16, iBytes.U32(4),
                   "Encoding %d (format 12.0), calculated size (%d) is less than the size stated in the header (%d)",
                   "Encoding %d (format 12.0), calculated size (%d) is greater than the size stated in the header (%d)");
   CheckGroups(iEncoding, tGroups, "Encoding %d (format 12.0), group %d, invalid character range (0x%04X-0x%04X)",
               "Encoding %d (format 12.0), group %d, invalid glyph range (%d-%d)");
-  return _fFatalFindings == tFatalBefore;
 }
 
-bool VornFontTesterStructure_cmap::ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const {
-  const uint64_t tFatalBefore = _fFatalFindings;
+void VornFontTesterStructure_cmap::ValidCMap13(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGroups(iBytes, 16, iBytes.U32(12), 12);
   CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 16, iBytes.U32(4),
                   "Encoding %d (format 13.0), calculated size (%d) is less than the size stated in the header (%d)",
@@ -73,13 +66,12 @@ bool VornFontTesterStructure_cmap::ValidCMap13(uint64_t iEncoding, Tova::ByteVie
     const uint32_t tLast = tGroups[g].U32(4);
     const uint32_t tGlyph = tGroups[g].U32(8);
     if (tFirst > tLast) {
-      ReportResult(kVornFontTestSeverityMinorError,
+      ReportResult(Severity::kMinorError,
                    "Encoding %d (format 13.0), group %d, invalid character range (0x%04X-0x%04X)",
                    {iEncoding, g, tFirst, tLast});
     } else if (tGlyph >= GlyphCount()) {
-      ReportResult(kVornFontTestSeverityMinorError, "Encoding %d (format 13.0), group %d, invalid glyph index (%d)",
+      ReportResult(Severity::kMinorError, "Encoding %d (format 13.0), group %d, invalid glyph index (%d)",
                    {iEncoding, g, tGlyph});
     }
   }
-  return _fFatalFindings == tFatalBefore;
 }

@@ -8,39 +8,28 @@
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
 
-Tova::Array TestStructure_glyf(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_glyf, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_glyf::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_glyf::kTag)) return false;
-  CheckStructure_glyf(tFont->FindTable<FTFontTable_glyf>());
-  return true;
-}
-
-void VornFontTesterStructure_glyf::CheckStructure_glyf(const FTFontTable_glyf* iTable) const {
-  if (!RequiredTablesExist(*iTable)) return;
-  const FTFont_sfnt& tFont = *iTable->GetFont();
+void VornFontTesterStructure_glyf::CheckTable(const FTFontTable_glyf& iTable) const {
+  if (!RequiredTablesExist(iTable)) return;
+  const FTFont_sfnt& tFont = SfntFont();
   if (tFont.IsSbitOnly()) {
-    ReportResult(kVornFontTestSeverityMinorError, "No 'glyf' table should be present in sbit-only font.");
+    ReportResult(Severity::kMinorError, "No 'glyf' table should be present in sbit-only font.");
     return;
   }
-  if (iTable->GetSize() % 2 != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Table has an odd number of bytes (%d)", {iTable->GetSize()});
+  if (iTable.GetSize() % 2 != 0) {
+    ReportResult(Severity::kTechnicalError, "Table has an odd number of bytes (%d)", {iTable.GetSize()});
   }
   const uint32_t tGlyphCount = tFont.CountFontGlyphs();
   const auto& tTable_head = *tFont.FindTable<FTFontTable_head>();
   int16_t tMaxContours = 0;
   for (uint32_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
     try {
-      CheckGlyph(*iTable, tGlyph, tTable_head, tMaxContours);
+      CheckGlyph(iTable, tGlyph, tTable_head, tMaxContours);
     } catch (const FTException& tException) {
       if (tException.GetErrorCode() == kVornFVRecursiveGlyphDataErr) {
-        ReportResult(kVornFontTestSeverityFatalError,
-                     "Glyph %d is a compound glyph which contains itself as a component.", {tGlyph});
+        ReportResult(Severity::kFatalError, "Glyph %d is a compound glyph which contains itself as a component.",
+                     {tGlyph});
       } else if (tException.GetErrorCode() == kVornFVExcessiveGlyphDataErr) {
-        ReportResult(kVornFontTestSeverityFatalError,
+        ReportResult(Severity::kFatalError,
                      "Glyph %d has instruction or point coordinate data which extends beyond its bounds.", {tGlyph});
       } else {
         throw;
@@ -49,13 +38,13 @@ void VornFontTesterStructure_glyf::CheckStructure_glyf(const FTFontTable_glyf* i
   }
   const uint16_t tStated = tFont.FindTable<FTFontTable_maxp>()->MaxContours();
   if (tStated != static_cast<uint16_t>(tMaxContours)) {
-    ReportResult(kVornFontTestSeverityMinorError, "Maximum contour count is %d in the 'maxp' table but %d here",
+    ReportResult(Severity::kMinorError, "Maximum contour count is %d in the 'maxp' table but %d here",
                  {tStated, tMaxContours});
   }
 }
 
 bool VornFontTesterStructure_glyf::RequiredTablesExist(const FTFontTable_glyf& iTable) const {
-  const FTFont_sfnt& tFont = *iTable.GetFont();
+  const FTFont_sfnt& tFont = SfntFont();
   const char* tMissing = nullptr;
   if (iTable.GetSize() == 0)
     tMissing = "Required table ('glyf') is missing!";
@@ -65,7 +54,7 @@ bool VornFontTesterStructure_glyf::RequiredTablesExist(const FTFontTable_glyf& i
     tMissing = "Required table ('head') is missing!";
   else if (!tFont.HasTaggedTable(FTFontTable_loca::kTag))
     tMissing = "Required table ('loca') is missing!";
-  if (tMissing) ReportResult(kVornFontTestSeverityFatalError, tMissing);
+  if (tMissing) ReportResult(Severity::kFatalError, tMissing);
   return !tMissing;
 }
 
@@ -74,21 +63,21 @@ void VornFontTesterStructure_glyf::CheckGlyph(const FTFontTable_glyf& iTable, ui
   const uint16_t tGlyphCount = iTable.GetFont()->CountFontGlyphs();
   const FTTrueTypeGlyph* tOutline = iTable.GetGlyph(iGlyph);
   if (!tOutline) {
-    ReportResult(kVornFontTestSeverityFatalError, "Glyph %d (of %d) does not have valid data", {iGlyph, tGlyphCount});
+    ReportResult(Severity::kFatalError, "Glyph %d (of %d) does not have valid data", {iGlyph, tGlyphCount});
     return;
   }
   if (tOutline->IsEmptyGlyph() && iGlyph == 0) {
-    ReportResult(kVornFontTestSeverityMinorError, "Glyph 0 has no visual appearance but should");
+    ReportResult(Severity::kMinorError, "Glyph 0 has no visual appearance but should");
   }
   if (!tOutline->IsEmptyGlyph() && iGlyph == 1) {
-    ReportResult(kVornFontTestSeverityMinorError, "Glyph 1 should have no visual appearance but does");
+    ReportResult(Severity::kMinorError, "Glyph 1 should have no visual appearance but does");
   }
   if (tOutline->IsEmptyGlyph()) {
-    ReportResult(kVornFontTestSeverityInformation, "Glyph %d has no visual appearance", {iGlyph});
+    ReportResult(Severity::kInformation, "Glyph %d has no visual appearance", {iGlyph});
     return;
   }
   if (const auto* tSimple = dynamic_cast<const FTSimpleTrueTypeGlyph*>(tOutline)) {
-    if (!ExecuteTestsWithSeverity(kVornFontTestSeverityMinorError)) return;
+    if (!ExecuteTestsWithSeverity(Severity::kMinorError)) return;
     ioMaxContours = std::max(ioMaxContours, static_cast<int16_t>(tSimple->GetContourCount()));
     CheckSimpleGlyph(iGlyph, *tSimple, iHead);
   } else if (const auto* tCompound = dynamic_cast<const FTCompoundTrueTypeGlyph*>(tOutline)) {
@@ -103,7 +92,7 @@ void VornFontTesterStructure_glyf::CheckSimpleGlyph(uint32_t iGlyph, const FTSim
   if (tStored == tComputed) {
     CheckContours(iGlyph, iOutline);
   } else {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Glyph %d: bad bounding box computed; computed value is ( %d, %d, %d, %d ) and computed value is ( "
                  "%d, %d, %d, %d )",
                  {iGlyph, tComputed.left, tComputed.right, tComputed.bottom, tComputed.top, tStored.left, tStored.right,
@@ -125,7 +114,7 @@ void VornFontTesterStructure_glyf::CheckContours(uint32_t iGlyph, const FTSimple
     const auto tLast = static_cast<uint16_t>(iOutline.GetContourPointCount(tContour) - 1);
     const bool tClosed = iOutline.GetContourPoint(tContour, 0) == iOutline.GetContourPoint(tContour, tLast);
     if (tClosed && tOnCurve(tStart) != tOnCurve(tEnd)) {
-      ReportResult(kVornFontTestSeverityMinorError,
+      ReportResult(Severity::kMinorError,
                    "Glyph %d, contour %d starts and stops at the same point, but the start point is on the curve and "
                    "the stop point is not",
                    {iGlyph, tContour});
@@ -137,22 +126,22 @@ void VornFontTesterStructure_glyf::CheckContours(uint32_t iGlyph, const FTSimple
 void VornFontTesterStructure_glyf::CheckAgainstFontBox(uint32_t iGlyph, const FTRect& iBox,
                                                        const FTFontTable_head& iHead) const {
   if (iBox.left < iHead.XMin()) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Glyph %d: x-minimum (%d) is less than the global x-minimum in the 'head' table (%d)",
                  {iGlyph, iBox.left, iHead.XMin()});
   }
   if (iBox.bottom < iHead.YMin()) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Glyph %d: y-minimum (%d) is less than the global y-minimum in the 'head' table (%d)",
                  {iGlyph, iBox.bottom, iHead.YMin()});
   }
   if (iBox.right > iHead.XMax()) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Glyph %d: x-maximum (%d) is greater than the global x-maximum in the 'head' table (%d)",
                  {iGlyph, iBox.right, iHead.XMax()});
   }
   if (iBox.top > iHead.YMax()) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "Glyph %d: y-maximum (%d) is greater than the global y-maximum in the 'head' table (%d)",
                  {iGlyph, iBox.top, iHead.YMax()});
   }
@@ -164,7 +153,7 @@ void VornFontTesterStructure_glyf::CheckCompoundGlyph(uint32_t iGlyph, const FTC
   for (uint16_t tComponent = 0; tComponent < tCount; ++tComponent) {
     const uint16_t tID = iOutline.GetComponentID(tComponent);
     if (ValidComponentFlags(iGlyph, tComponent, iOutline.GetComponentFlags(tComponent)) && tID >= iGlyphCount) {
-      ReportResult(kVornFontTestSeverityFatalError, "Glyph %d, component %d references a nonexistent glyph (%d)",
+      ReportResult(Severity::kFatalError, "Glyph %d, component %d references a nonexistent glyph (%d)",
                    {iGlyph, tComponent, tID});
       return;
     }
@@ -174,13 +163,13 @@ void VornFontTesterStructure_glyf::CheckCompoundGlyph(uint32_t iGlyph, const FTC
 bool VornFontTesterStructure_glyf::ValidComponentFlags(uint64_t iGlyph, uint64_t iComponent, uint16_t iFlags) const {
   const uint16_t tUndefined = iFlags & 0xF810;
   if (tUndefined != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Glyph %d, component %d: Undefined component flags set (0x%08X)",
+    ReportResult(Severity::kTechnicalError, "Glyph %d, component %d: Undefined component flags set (0x%08X)",
                  {iGlyph, iComponent, tUndefined});
     return false;
   }
   const uint16_t tScaling = iFlags & 0x00C8;
   if (tScaling != 0 && tScaling != 0x0008 && tScaling != 0x0040 && tScaling != 0x0080) {
-    ReportResult(kVornFontTestSeverityMajorError, "Glyph %d, component %d: Multiple component scaling flags set",
+    ReportResult(Severity::kMajorError, "Glyph %d, component %d: Multiple component scaling flags set",
                  {iGlyph, iComponent});
     return false;
   }

@@ -3,7 +3,7 @@
 #include "TableAccess/AncillaryClasses/FTCompoundTrueTypeGlyph.h"
 #include "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
-#include "Tests/VornFontTester.h"
+#include "Tests/TableTester.h"
 
 class FTFontTable_head;
 
@@ -13,13 +13,19 @@ class FTFontTable_head;
 ///
 /// Glyphs may overlap in the table, so there may be many more findings than bytes: beyond a number of messages only the
 /// severities are recorded.
-class VornFontTesterStructure_glyf : public VornFontTester {
+class VornFontTesterStructure_glyf : public TableTester<FTFontTable_glyf> {
  public:
-  using VornFontTester::VornFontTester;
-  bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "glyf"; }
-
-  void CheckStructure_glyf(const FTFontTable_glyf* iTable) const;
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.glyf.usability",
+      .types = {TestType::kUsability, TestType::kStructure},
+      .target = "glyf",
+      .prefix = "glyf",
+      .name = "Glyph outlines",
+      .description =
+          "Decodes every glyph of the 'glyf' table and checks its bounding box, its contours, its components and "
+          "the limits that 'head' and 'maxp' state."};
+  using TableTester::TableTester;
+  void CheckTable(const FTFontTable_glyf& iTable) const override;
   /// Whether the flags are ones that a component can have; reports them otherwise.
   bool ValidComponentFlags(uint64_t iGlyph, uint64_t iComponent, uint16_t iFlags) const;
 
@@ -33,4 +39,4 @@ class VornFontTesterStructure_glyf : public VornFontTester {
   void CheckCompoundGlyph(uint32_t iGlyph, const FTCompoundTrueTypeGlyph& iOutline, uint16_t iGlyphCount) const;
 };
 
-Tova::Array TestStructure_glyf(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestStructure_glyf = RunTester<VornFontTesterStructure_glyf>;

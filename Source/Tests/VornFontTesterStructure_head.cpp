@@ -36,29 +36,25 @@ std::optional<FTRect> UnionOfGlyphBoxes(const FTFontTable_glyf& iTable) {
 
 }  // namespace
 
-Tova::Array TestStructure_head(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_head, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
 bool VornFontTesterStructure_head::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont) return false;
-  if (tFont->IsSbitOnly()) {
-    if (!tFont->HasTaggedTable(FTFontTable_bhed::kTag)) {
-      ReportResult(kVornFontTestSeverityMajorError,
+  const FTFont_sfnt& tFont = SfntFont();
+  const bool tSbitOnly = tFont.IsSbitOnly();
+  const At tHere(*this, {.table = tSbitOnly ? FTFontTable_bhed::kTag : FTFontTable_head::kTag});
+  if (tSbitOnly) {
+    if (!tFont.HasTaggedTable(FTFontTable_bhed::kTag)) {
+      ReportResult(Severity::kMajorError,
                    "The font is missing a 'bhed' table, required by the Veltrin TrueType spec for bitmap-only fonts.");
       return false;
     }
-  } else if (!tFont->HasTaggedTable(FTFontTable_head::kTag)) {
-    ReportResult(kVornFontTestSeverityFatalError, "The font is missing a 'head' table, required by the TrueType spec.");
+  } else if (!tFont.HasTaggedTable(FTFontTable_head::kTag)) {
+    ReportResult(Severity::kFatalError, "The font is missing a 'head' table, required by the TrueType spec.");
     return false;
   }
-  const TableUnderTest<FTFontTable_head> tRun(
-      _fTable, tFont->IsSbitOnly() ? tFont->FindTable<FTFontTable_bhed>() : tFont->FindTable<FTFontTable_head>());
+  _fTable = tSbitOnly ? tFont.FindTable<FTFontTable_bhed>() : tFont.FindTable<FTFontTable_head>();
   CheckSize();
   CheckLocaFormat();
-  CheckHeadFlags(*tFont);
-  if (ExecuteTestsWithSeverity(kVornFontTestSeverityTechnicalError)) {
+  CheckHeadFlags(tFont);
+  if (ExecuteTestsWithSeverity(Severity::kTechnicalError)) {
     CheckVersionAndMagic();
     CheckRanges();
   }
@@ -68,21 +64,21 @@ bool VornFontTesterStructure_head::ExecuteTest() const {
 void VornFontTesterStructure_head::CheckSize() const {
   const uint64_t tSize = GetTable()->GetSize();
   if (tSize > kPaddedHeaderSize) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table is too big.  It is %d bytes in size, but it should only be %d bytes "
                  "in size",
                  {tSize, kHeaderSize});
   }
   if (tSize < kHeaderSize) {
-    ReportResult(kVornFontTestSeverityFatalError,
-                 "The table is too small; it is only %d bytes in size and should be at least %d", {tSize, kHeaderSize});
+    ReportResult(Severity::kFatalError, "The table is too small; it is only %d bytes in size and should be at least %d",
+                 {tSize, kHeaderSize});
   }
 }
 
 void VornFontTesterStructure_head::CheckLocaFormat() const {
   const int16_t tFormat = GetTable()->IndexToLocFormat();
   if (tFormat != 0 && tFormat != 1) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The header ('head'/'bhed') table 'loca' table format value is %d; it should be 0 or 1", {tFormat});
   }
 }
@@ -98,25 +94,25 @@ void VornFontTesterStructure_head::CheckHeadFlags(const FTFont_sfnt& iFont) cons
   const bool tHasFeatures = CountFontDefaultFeatures(iFont) != 0;
   const bool tFeaturesFlag = (tFlags & kDefaultFeaturesFlag) != 0;
   if ((tFlags & kReservedFlags) != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table has flag value 0x%04X; the top four bits should all be clear",
                  {tFlags});
   }
   if (tHasFeatures && !tFeaturesFlag) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table the default features flag (bit 7) clear, but the font does in fact "
                  "have default features");
   }
   if (!tHasFeatures && tFeaturesFlag) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table the default features flag (bit 7) set, but no default features");
   }
   if ((tFlags & kUnusedFlag) != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table flags field has bit 6 set; it should be clear");
   }
   if ((tFlags & kRequiresLayoutFlag) != 0 && !tFeaturesFlag) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table flags indicate the font required layout, but they also indicate it "
                  "has no default layout features");
   }
@@ -125,12 +121,11 @@ void VornFontTesterStructure_head::CheckHeadFlags(const FTFont_sfnt& iFont) cons
 void VornFontTesterStructure_head::CheckVersionAndMagic() const {
   const uint32_t tVersion = GetTable()->Version();
   if (tVersion != 0x00010000) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
-                 "The header ('head'/'bhed') table format should be 1.0 but is %f (0x%08lX)",
+    ReportResult(Severity::kTechnicalError, "The header ('head'/'bhed') table format should be 1.0 but is %f (0x%08lX)",
                  {tVersion / 65536.0, tVersion});
   }
   if (GetTable()->MagicNumber() != kMagicNumber) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table magic number should be 0x5F0F3CF5 but is 0x%08lX",
                  {GetTable()->MagicNumber()});
   }
@@ -139,55 +134,55 @@ void VornFontTesterStructure_head::CheckVersionAndMagic() const {
 void VornFontTesterStructure_head::CheckRanges() const {
   const FTFontTable_head& tTable = *GetTable();
   if (tTable.UnitsPerEm() < 16) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table units per em is %d, but it should be 16 or above",
                  {tTable.UnitsPerEm()});
   }
   if (tTable.UnitsPerEm() > 16384) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table units per em is %d, but it should be 16384 or below",
                  {tTable.UnitsPerEm()});
   }
   if (tTable.ValdourStyle() > 127) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table Valdour style field is %d; it should be 127 or below",
                  {tTable.ValdourStyle()});
   }
   if (tTable.LowestRecPPEM() > 24) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table lowest readable point size is %d, which seems suspiciously high",
                  {tTable.LowestRecPPEM()});
   }
   if (tTable.FontDirectionHint() < -2 || tTable.FontDirectionHint() > 2) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table direction hint value is %d; it should be -2, -1, 0, 1, or 2",
                  {tTable.FontDirectionHint()});
   }
   if (tTable.GlyphDataFormat() != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError,
+    ReportResult(Severity::kTechnicalError,
                  "The header ('head'/'bhed') table glyph data format value is %d; it should be 0",
                  {tTable.GlyphDataFormat()});
   }
 }
 
 void VornFontTesterStructure_head::CheckBoundingBox() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_head::kTag) || !tFont->HasTrueTypeGlyphs()) return;
-  const auto& tTable = *tFont->FindTable<FTFontTable_head>();
-  const std::optional<FTRect> tBox = UnionOfGlyphBoxes(*tFont->FindTable<FTFontTable_glyf>());
+  const FTFont_sfnt& tFont = SfntFont();
+  if (!tFont.HasTaggedTable(FTFontTable_head::kTag) || !tFont.HasTrueTypeGlyphs()) return;
+  const auto& tTable = *tFont.FindTable<FTFontTable_head>();
+  const std::optional<FTRect> tBox = UnionOfGlyphBoxes(*tFont.FindTable<FTFontTable_glyf>());
   if (!tBox) return;
   if (tTable.XMin() != tBox->left) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table minimum x-value (%d) is incorrect; it should be %d",
                  {tTable.XMin(), tBox->left});
   }
   if (tTable.YMin() != tBox->bottom) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table minimum y-value (%d) is incorrect; it should be %d",
                  {tTable.YMin(), tBox->bottom});
   }
   if (tTable.YMax() != tBox->top) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The header ('head'/'bhed') table maximum y-value (%d) is incorrect; it should be %d",
                  {tTable.YMax(), tBox->top});
   }

@@ -9,11 +9,17 @@
 /// judged, the rest when technical errors are asked for.
 class VornFontTesterStructure_head : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.head.structure",
+      .types = {TestType::kStructure},
+      .target = "head",
+      .prefix = "head",
+      .name = "Font header",
+      .description = "Checks the size of the 'head' (or 'bhed') table and its fields one by one."};
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "head"; }
   /// The table under test, null outside a run.
-  virtual const FTFontTable_head* GetTable() const { return _fTable; }
+  const FTFontTable_head* GetTable() const { return _fTable; }
 
   /// Holds the box of 'head' against the union of the boxes of the glyphs that draw something. Not a part of the test,
   /// since it decodes every glyph; needs 'head', 'glyf' and 'loca'. There is no finding about the maximum x.
@@ -30,4 +36,4 @@ class VornFontTesterStructure_head : public VornFontTester {
   mutable const FTFontTable_head* _fTable = nullptr;
 };
 
-Tova::Array TestStructure_head(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestStructure_head = RunTester<VornFontTesterStructure_head>;

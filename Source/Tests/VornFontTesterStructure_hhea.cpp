@@ -19,81 +19,53 @@ constexpr int32_t k90Degrees = 90 << 16;
 
 }  // namespace
 
-Tova::Array TestStructure_hhea(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_hhea, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_hhea::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_hhea::kTag)) return false;
-  const TableUnderTest<FTFontTable_hhea> tRun(_fTable, tFont->FindTable<FTFontTable_hhea>());
-  Testhhea();
-  return true;
-}
-
-void VornFontTesterStructure_hhea::Testhhea() const {
-  const auto& tFont = dynamic_cast<const FTFont_sfnt&>(*GetFont());
-  const bool tSbitOnly = tFont.IsSbitOnly();
-  const FTFontTable_head* tHeader =
-      tSbitOnly ? tFont.FindTable<FTFontTable_bhed>() : tFont.FindTable<FTFontTable_head>();
-  const auto* tTable_hhea = tFont.FindTable<FTFontTable_hhea>();
-  const auto* tTable_loca = tFont.FindTable<FTFontTable_loca>();
-  if (tSbitOnly) {
-    if (tTable_hhea) {
-      ReportResult(kVornFontTestSeverityInformation,
-                   "table is redundant for sbit-only fonts and has not been checked.");
-    }
+void VornFontTesterStructure_hhea::CheckTable(const FTFontTable_hhea& iTable) const {
+  const FTFont_sfnt& tFont = SfntFont();
+  if (tFont.IsSbitOnly()) {
+    ReportResult(Severity::kInformation, "table is redundant for sbit-only fonts and has not been checked.");
     return;
   }
+  const auto* tHeader = tFont.FindTable<FTFontTable_head>();
   const bool tHasOutlines = tFont.HasTrueTypeGlyphs();
-  if (tHasOutlines && !tHeader) {
-    ReportResult(kVornFontTestSeverityFatalError, "'head' table is needed for 'hhea' test.");
-  }
-  if (tHasOutlines && !tTable_loca) {
-    ReportResult(kVornFontTestSeverityFatalError, "'loca' table is needed for 'hhea' test.");
-  }
-  if (!tTable_hhea) {
-    ReportResult(kVornFontTestSeverityFatalError, "Required table ('hhea') is missing.");
-    return;
-  }
+  const bool tHasLocations = tFont.FindTable<FTFontTable_loca>() != nullptr;
+  if (tHasOutlines && !tHeader) ReportResult(Severity::kFatalError, "'head' table is needed for 'hhea' test.");
+  if (tHasOutlines && !tHasLocations) ReportResult(Severity::kFatalError, "'loca' table is needed for 'hhea' test.");
   if (!tHeader) return;
-  CheckLineMetrics(*tTable_hhea, tHeader->UnitsPerEm());
-  if (tHasOutlines && tTable_loca && ExecuteTestsWithSeverity(kVornFontTestSeverityMinorError)) {
-    CheckExtremes(*tTable_hhea, GetHorizontalExtremeGlyphMetrics(tFont));
+  CheckLineMetrics(iTable, tHeader->UnitsPerEm());
+  if (tHasOutlines && tHasLocations && ExecuteTestsWithSeverity(Severity::kMinorError)) {
+    CheckExtremes(iTable, GetHorizontalExtremeGlyphMetrics(tFont));
   }
-  CheckCaretSlope(*tTable_hhea);
-  CheckCaretAgainstPost(*tTable_hhea, tFont);
-  CheckCaretAgainstFdsc(*tTable_hhea, tFont);
-  CheckReservedWords(*tTable_hhea);
-  CheckLongMetrics(*tTable_hhea, tFont.CountFontGlyphs());
+  CheckCaretSlope(iTable);
+  CheckCaretAgainstPost(iTable, tFont);
+  CheckCaretAgainstFdsc(iTable, tFont);
+  CheckReservedWords(iTable);
+  CheckLongMetrics(iTable, tFont.CountFontGlyphs());
 }
 
 void VornFontTesterStructure_hhea::CheckLineMetrics(const FTFontTable_hhea& iTable, uint16_t iEm) const {
   const int tAscent = iTable.Ascender();
   const int tDescent = iTable.Descender();
   if (iTable.Version() != 0x00010000) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Bad version number: 0x%lx", {iTable.Version()});
+    ReportResult(Severity::kTechnicalError, "Bad version number: 0x%lx", {iTable.Version()});
   }
   if (tAscent < 1) {
-    ReportResult(kVornFontTestSeverityMinorError, "ascent (%d) less than or equal to zero", {tAscent});
+    ReportResult(Severity::kMinorError, "ascent (%d) less than or equal to zero", {tAscent});
   }
   if (iEm * 0.4 > tAscent) {
-    ReportResult(kVornFontTestSeverityMinorError, "ascent (%d) is smaller than %.2f  of the em (%d)",
-                 {tAscent, 40.0, iEm});
+    ReportResult(Severity::kMinorError, "ascent (%d) is smaller than %.2f  of the em (%d)", {tAscent, 40.0, iEm});
   }
   if (tAscent <= tDescent) {
-    ReportResult(kVornFontTestSeverityMinorError, "ascent (%d) is smaller than or equal to descent (%d)",
-                 {tAscent, tDescent});
+    ReportResult(Severity::kMinorError, "ascent (%d) is smaller than or equal to descent (%d)", {tAscent, tDescent});
   }
   if (tDescent >= 0) {
-    ReportResult(kVornFontTestSeverityMinorError, "descent (%d) is greater than or equal to zero", {tDescent});
+    ReportResult(Severity::kMinorError, "descent (%d) is greater than or equal to zero", {tDescent});
   }
   if (std::abs(tDescent) > iEm * 0.6) {
-    ReportResult(kVornFontTestSeverityMinorError, "descent (%d) is greater than %2.0f percent of the em (%d)",
+    ReportResult(Severity::kMinorError, "descent (%d) is greater than %2.0f percent of the em (%d)",
                  {tDescent, 60.0, iEm});
   }
   if (iTable.LineGap() < 0) {
-    ReportResult(kVornFontTestSeverityMinorError, "line gap (%d) is smaller than zero", {iTable.LineGap()});
+    ReportResult(Severity::kMinorError, "line gap (%d) is smaller than zero", {iTable.LineGap()});
   }
 }
 
@@ -121,21 +93,21 @@ VornFontTesterStructure_hhea::ExtremeMetrics VornFontTesterStructure_hhea::GetHo
 
 void VornFontTesterStructure_hhea::CheckExtremes(const FTFontTable_hhea& iTable,
                                                  const ExtremeMetrics& iExtremes) const {
-  if (iTable.AdvanceMax() == 0) ReportResult(kVornFontTestSeverityMinorError, "advanceMax is equal to zero");
+  if (iTable.AdvanceMax() == 0) ReportResult(Severity::kMinorError, "advanceMax is equal to zero");
   if (iTable.AdvanceMax() != iExtremes.advanceMax) {
-    ReportResult(kVornFontTestSeverityMinorError, "advanceMax (%d) is wrong; it should be %d",
+    ReportResult(Severity::kMinorError, "advanceMax (%d) is wrong; it should be %d",
                  {iTable.AdvanceMax(), iExtremes.advanceMax});
   }
   if (iTable.SideBearingMin() != iExtremes.sideBearingMin) {
-    ReportResult(kVornFontTestSeverityMinorError, "sideBearingMin (%d) is wrong; it should be %d",
+    ReportResult(Severity::kMinorError, "sideBearingMin (%d) is wrong; it should be %d",
                  {iTable.SideBearingMin(), iExtremes.sideBearingMin});
   }
   if (iTable.OtherSideBearingMin() != iExtremes.otherSideBearingMin) {
-    ReportResult(kVornFontTestSeverityMinorError, "otherSideBearingMin (%d) is wrong; it should be %d",
+    ReportResult(Severity::kMinorError, "otherSideBearingMin (%d) is wrong; it should be %d",
                  {iTable.OtherSideBearingMin(), iExtremes.otherSideBearingMin});
   }
   if (iTable.ExtentMax() != iExtremes.extentMax) {
-    ReportResult(kVornFontTestSeverityMinorError, "extentMax (%d) is wrong; it should be %d",
+    ReportResult(Severity::kMinorError, "extentMax (%d) is wrong; it should be %d",
                  {iTable.ExtentMax(), iExtremes.extentMax});
   }
 }
@@ -144,18 +116,18 @@ void VornFontTesterStructure_hhea::CheckCaretSlope(const FTFontTable_hhea& iTabl
   const int tRise = iTable.CaretSlopeRise();
   const int tRun = iTable.CaretSlopeRun();
   if (tRise == 0 && tRun == 0) {
-    ReportResult(kVornFontTestSeverityMajorError, "both caretSlopeRise and caretSlopeRun are zero");
+    ReportResult(Severity::kMajorError, "both caretSlopeRise and caretSlopeRun are zero");
   }
   if (tRise * tRun < 0) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "caretSlopeRise (%d) and caretSlopeRun (%d) will cause a backward-slanted caret", {tRise, tRun});
   }
   if (tRise == 0 && tRun >= 1) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "caretSlopeRise (%d) and caretSlopeRun (%d) will cause a horizontal caret", {tRise, tRun});
+    ReportResult(Severity::kMinorError, "caretSlopeRise (%d) and caretSlopeRun (%d) will cause a horizontal caret",
+                 {tRise, tRun});
   }
   if (tRise == tRun && tRise != 0) {
-    ReportResult(kVornFontTestSeverityMinorError, "caretSlopeRun (%d) will cause a 45-degree caret", {tRise});
+    ReportResult(Severity::kMinorError, "caretSlopeRun (%d) will cause a 45-degree caret", {tRise});
   }
 }
 
@@ -164,7 +136,7 @@ void VornFontTesterStructure_hhea::CheckCaretAgainstPost(const FTFontTable_hhea&
   const int tRun = iTable.CaretSlopeRun();
   if (tRun == 0 || !iFont.HasTaggedTable(FTFontTable_post::kTag)) return;
   if (iFont.FindTable<FTFontTable_post>()->GetItalicAngle() == 0) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The caret slope (%d/%d) is non-vertical; the 'post' table indicates it should be vertical",
                  {iTable.CaretSlopeRise(), tRun});
   }
@@ -181,38 +153,35 @@ void VornFontTesterStructure_hhea::CheckCaretAgainstFdsc(const FTFontTable_hhea&
   const int16_t tRise = Tova::WrapSigned16(Fix2Long(tY));
   const int16_t tRun = Tova::WrapSigned16(Fix2Long(-tX));
   if (iTable.CaretSlopeRise() != tRise) {
-    ReportResult(kVornFontTestSeverityMinorError, "caretSlopeRise is %d and should be %d",
-                 {iTable.CaretSlopeRise(), tRise});
+    ReportResult(Severity::kMinorError, "caretSlopeRise is %d and should be %d", {iTable.CaretSlopeRise(), tRise});
   }
   if (iTable.CaretSlopeRun() != tRun) {
-    ReportResult(kVornFontTestSeverityMinorError, "caretSlopeRun is %d and should be %d",
-                 {iTable.CaretSlopeRun(), tRun});
+    ReportResult(Severity::kMinorError, "caretSlopeRun is %d and should be %d", {iTable.CaretSlopeRun(), tRun});
   }
 }
 
 void VornFontTesterStructure_hhea::CheckReservedWords(const FTFontTable_hhea& iTable) const {
   const FTReservedWords tWords = iTable.Filler();
   if (tWords[0] != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Reserved word 0 (%d) is not zero", {tWords[0]});
+    ReportResult(Severity::kTechnicalError, "Reserved word 0 (%d) is not zero", {tWords[0]});
   }
   if (tWords[1] != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Reserved word 1 (%d) is not zero", {tWords[1]});
+    ReportResult(Severity::kTechnicalError, "Reserved word 1 (%d) is not zero", {tWords[1]});
   }
   if (tWords[2] != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Reserved word 2 (%d) is not zero", {tWords[2]});
+    ReportResult(Severity::kTechnicalError, "Reserved word 2 (%d) is not zero", {tWords[2]});
   }
   if (tWords[3] != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "Reserved word 3 (%d) is not zero", {tWords[3]});
+    ReportResult(Severity::kTechnicalError, "Reserved word 3 (%d) is not zero", {tWords[3]});
   }
 }
 
 void VornFontTesterStructure_hhea::CheckLongMetrics(const FTFontTable_hhea& iTable, uint16_t iGlyphCount) const {
   if (iTable.MetricDataFormat() != 0) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "metricDataFormat (%d) is not zero", {iTable.MetricDataFormat()});
+    ReportResult(Severity::kTechnicalError, "metricDataFormat (%d) is not zero", {iTable.MetricDataFormat()});
   }
   if (iTable.NumberLongMetrics() > iGlyphCount) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "numberLongMetrics (%d) is greater than number of glyphs in the font (%d)",
+    ReportResult(Severity::kMinorError, "numberLongMetrics (%d) is greater than number of glyphs in the font (%d)",
                  {iTable.NumberLongMetrics(), iGlyphCount});
   }
 }

@@ -3,15 +3,14 @@
 #include <cstdint>
 #include <limits>
 
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
-#include "Tests/VornFontTester.h"
+#include "Tests/TableTester.h"
 
 /// Judges the horizontal header: its line metrics against the em, its extremes against the glyphs (when minor errors
 /// are asked for), its caret against 'post' and 'fdsc', and its reserved words. Needs 'head'; 'hmtx', 'glyf' and 'loca'
 /// for the extremes. A bitmap-only font should have no such table, and is not judged further.
-class VornFontTesterStructure_hhea : public VornFontTester {
+class VornFontTesterStructure_hhea : public TableTester<FTFontTable_hhea> {
  public:
   /// The extremes that the header states, in font units, as 16-bit arithmetic gives them.
   struct ExtremeMetrics {
@@ -21,14 +20,18 @@ class VornFontTesterStructure_hhea : public VornFontTester {
     int16_t extentMax = std::numeric_limits<int16_t>::min();
   };
 
-  using VornFontTester::VornFontTester;
-  bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "hhea"; }
-  /// The table under test, null outside a run.
-  virtual const FTFontTable_hhea* GetTable() const { return _fTable; }
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.hhea.structure",
+      .types = {TestType::kStructure},
+      .target = "hhea",
+      .prefix = "hhea",
+      .name = "Horizontal header",
+      .description =
+          "Checks the fields of the 'hhea' table against the em, the glyphs and their metrics, and its caret "
+          "against 'post' and 'fdsc'."};
+  using TableTester::TableTester;
+  void CheckTable(const FTFontTable_hhea& iTable) const override;
 
-  /// All the checks, for an sfnt font.
-  void Testhhea() const;
   /// Measures every glyph: advances and side bearings in 'hmtx', widths of boxes in 'glyf'; 0 without the table.
   static ExtremeMetrics GetHorizontalExtremeGlyphMetrics(const FTFont_sfnt& iFont);
 
@@ -40,8 +43,6 @@ class VornFontTesterStructure_hhea : public VornFontTester {
   void CheckCaretAgainstFdsc(const FTFontTable_hhea& iTable, const FTFont_sfnt& iFont) const;
   void CheckReservedWords(const FTFontTable_hhea& iTable) const;
   void CheckLongMetrics(const FTFontTable_hhea& iTable, uint16_t iGlyphCount) const;
-
-  mutable const FTFontTable_hhea* _fTable = nullptr;
 };
 
-Tova::Array TestStructure_hhea(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestStructure_hhea = RunTester<VornFontTesterStructure_hhea>;

@@ -1,19 +1,8 @@
 #include "Tests/VornFontTesterStructure_hmtx.h"
 
-Tova::Array TestUsability_hmtx(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_hmtx, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_hmtx::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_hmtx::kTag)) return false;
-  CheckStructure_hmtx(tFont->FindTable<FTFontTable_hmtx>());
-  return true;
-}
-
-void VornFontTesterStructure_hmtx::CheckStructure_hmtx(const FTFontTable_hmtx* iTable) const {
+void VornFontTesterStructure_hmtx::CheckTable(const FTFontTable_hmtx& iTable) const {
   const Texts tTexts = {
-      .tooSmall = kVornFontTestSeverityFatalError,
+      .tooSmall = Severity::kFatalError,
       .longMetricsCut =
           "The table is too small to accomodate the font's long horizontal metrics; it should be at "
           "least %d bytes in size but is only %d",
@@ -29,5 +18,5 @@ void VornFontTesterStructure_hmtx::CheckStructure_hmtx(const FTFontTable_hmtx* i
           "Glyph %d has a width of %d, which is greater than 40 percent of the font's em (that is, "
           "%d); this may be incorrect.",
   };
-  CheckMetricsTable(*iTable, iTable->GetFont()->CountHorizontalLongMetrics(), tTexts);
+  CheckMetricsTable(iTable, iTable.GetFont()->CountHorizontalLongMetrics(), tTexts);
 }

@@ -4,52 +4,39 @@
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 
-Tova::Array TestUsability_loca(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_loca, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_loca::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_loca::kTag)) return false;
-  CheckStructure_loca(tFont->FindTable<FTFontTable_loca>());
-  return true;
-}
-
-void VornFontTesterStructure_loca::CheckStructure_loca(const FTFontTable_loca* iTable) const {
-  const FTFont_sfnt& tFont = *iTable->GetFont();
+void VornFontTesterStructure_loca::CheckTable(const FTFontTable_loca& iTable) const {
+  const FTFont_sfnt& tFont = SfntFont();
   const uint16_t tGlyphCount = tFont.CountFontGlyphs();
   const auto* tTable_glyf = tFont.FindTable<FTFontTable_glyf>();
   const auto* tTable_head = tFont.FindTable<FTFontTable_head>();
-  if (iTable->GetSize() == 0) {
-    ReportResult(kVornFontTestSeverityFatalError, "Required table ('loca') is missing!");
+  if (iTable.GetSize() == 0) {
+    ReportResult(Severity::kFatalError, "Required table ('loca') is missing!");
     return;
   }
   if (!tTable_glyf) {
-    ReportResult(kVornFontTestSeverityFatalError, "Required table ('glyf') is missing!");
+    ReportResult(Severity::kFatalError, "Required table ('glyf') is missing!");
     return;
   }
   if (!tTable_head) {
-    ReportResult(kVornFontTestSeverityFatalError, "Required table ('head') is missing!");
+    ReportResult(Severity::kFatalError, "Required table ('head') is missing!");
     return;
   }
   const uint64_t tEntries = uint64_t{tGlyphCount} + 1;
   const uint64_t tExpected = tTable_head->FontUsesLongGlyphOffsets() ? 4 * tEntries : (2 * tEntries + 3) / 4 * 4;
-  CheckSize(iTable->GetSize(), tExpected);
-  CheckOffsets(*iTable, tGlyphCount, tTable_glyf->GetSize());
+  CheckSize(iTable.GetSize(), tExpected);
+  CheckOffsets(iTable, tGlyphCount, tTable_glyf->GetSize());
 }
 
 void VornFontTesterStructure_loca::CheckSize(uint64_t iSize, uint64_t iExpected) const {
   // The number given is the size that the table should have, and only an odd size is reported.
   if (iSize % 2 != 0) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "The length of the table is %d bytes; it should be a multiple of four.", {iExpected});
+    ReportResult(Severity::kMinorError, "The length of the table is %d bytes; it should be a multiple of four.",
+                 {iExpected});
   }
   if (iSize > iExpected) {
-    ReportResult(kVornFontTestSeverityMinorError, "The length of the table is %d bytes; it should be %d.",
-                 {iSize, iExpected});
+    ReportResult(Severity::kMinorError, "The length of the table is %d bytes; it should be %d.", {iSize, iExpected});
   } else if (iExpected > (iSize + 3) / 4 * 4) {  // the padding may be missing
-    ReportResult(kVornFontTestSeverityFatalError, "The length of the table is %d bytes; it should be %d.",
-                 {iSize, iExpected});
+    ReportResult(Severity::kFatalError, "The length of the table is %d bytes; it should be %d.", {iSize, iExpected});
   }
 }
 
@@ -60,19 +47,19 @@ void VornFontTesterStructure_loca::CheckOffsets(const FTFontTable_loca& iTable, 
     if (tGlyph + 1 < iGlyphCount) {
       const uint64_t tNextOffset = iTable.GetGlyphOffset(static_cast<uint16_t>(tGlyph + 1));
       if (tOffset > tNextOffset) {
-        ReportResult(kVornFontTestSeverityFatalError,
+        ReportResult(Severity::kFatalError,
                      "Entries %d and %d are out of order; their 'glyf' table offsets are 0x%08X and 0x%08X, "
                      "respectively.",
                      {tGlyph, tGlyph + 1, tOffset, tNextOffset});
       }
     }
     if (tOffset > iGlyfSize) {
-      ReportResult(kVornFontTestSeverityFatalError,
+      ReportResult(Severity::kFatalError,
                    "Entry %d has a 'glyf' table offset of %d, which is greater than the length of the 'glyf' table "
                    "(%d bytes).",
                    {tGlyph, tOffset, iGlyfSize});
     } else if (tOffset > iGlyfSize) {  // an end is judged by its start, which has been reported already
-      ReportResult(kVornFontTestSeverityFatalError,
+      ReportResult(Severity::kFatalError,
                    "The data for glyph %d ends %d bytes from the beginning of the 'glyf' table, which is greater than "
                    "the 'glyf' table's length (%d bytes).",
                    {tGlyph, tOffset, iGlyfSize});

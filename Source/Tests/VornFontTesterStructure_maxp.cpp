@@ -27,31 +27,22 @@ struct VornFontTesterStructure_maxp::Maxima {
   uint16_t componentDepth = 0;
 };
 
-Tova::Array TestStructure_maxp(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_maxp, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_maxp::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_maxp::kTag)) return false;
-  const auto& tTable = *tFont->FindTable<FTFontTable_maxp>();
-  if (tFont->HasOTPostScriptGlyphs()) {
-    CheckShortForm(tTable);
-    return true;
+void VornFontTesterStructure_maxp::CheckTable(const FTFontTable_maxp& iTable) const {
+  if (SfntFont().HasOTPostScriptGlyphs()) {
+    CheckShortForm(iTable);
+    return;
   }
-  CheckLongForm(tTable);
-  if (tFont->HasTaggedTable(FTFontTable_glyf::kTag) && ExecuteTestsWithSeverity(kVornFontTestSeverityMinorError)) {
-    CheckMaxima(tTable, MeasureGlyphs(*tFont, tTable.NumGlyphs()));
+  CheckLongForm(iTable);
+  if (SfntFont().HasTaggedTable(FTFontTable_glyf::kTag) && ExecuteTestsWithSeverity(Severity::kMinorError)) {
+    CheckMaxima(iTable, MeasureGlyphs(SfntFont(), iTable.NumGlyphs()));
   }
-  return true;
 }
 
 void VornFontTesterStructure_maxp::CheckSize(uint64_t iSize, uint64_t iExpected) const {
   if (iSize > iExpected) {
-    ReportResult(kVornFontTestSeverityTechnicalError, "The table is %d bytes in size; it should be %d",
-                 {iSize, iExpected});
+    ReportResult(Severity::kTechnicalError, "The table is %d bytes in size; it should be %d", {iSize, iExpected});
   } else if (iSize < iExpected) {
-    ReportResult(kVornFontTestSeverityFatalError, "The table is %d bytes in size; it should be %d", {iSize, iExpected});
+    ReportResult(Severity::kFatalError, "The table is %d bytes in size; it should be %d", {iSize, iExpected});
   }
 }
 
@@ -59,16 +50,14 @@ void VornFontTesterStructure_maxp::CheckShortForm(const FTFontTable_maxp& iTable
   CheckSize(iTable.GetSize(), kShortSize);
   if (iTable.Version() != kShortVersion) {
     // The version named is the long form's, here too.
-    ReportResult(kVornFontTestSeverityMinorError, "The table's version is 0x%08lX; it should be 0x00010000",
-                 {iTable.Version()});
+    ReportResult(Severity::kMinorError, "The table's version is 0x%08lX; it should be 0x00010000", {iTable.Version()});
   }
 }
 
 void VornFontTesterStructure_maxp::CheckLongForm(const FTFontTable_maxp& iTable) const {
   CheckSize(iTable.GetSize(), kLongSize);
   if (iTable.Version() != FTFontTable_maxp::kLongVersion) {
-    ReportResult(kVornFontTestSeverityMinorError, "The table's version is 0x%08lX; it should be 0x00010000",
-                 {iTable.Version()});
+    ReportResult(Severity::kMinorError, "The table's version is 0x%08lX; it should be 0x00010000", {iTable.Version()});
   }
 }
 
@@ -94,7 +83,7 @@ VornFontTesterStructure_maxp::Maxima VornFontTesterStructure_maxp::MeasureGlyphs
 
 void VornFontTesterStructure_maxp::CheckMaxima(const FTFontTable_maxp& iTable, const Maxima& iMaxima) const {
   const auto tCompare = [this](uint16_t iStored, uint16_t iComputed, const char* iFormat) {
-    if (iStored != iComputed) ReportResult(kVornFontTestSeverityMinorError, iFormat, {iStored, iComputed});
+    if (iStored != iComputed) ReportResult(Severity::kMinorError, iFormat, {iStored, iComputed});
   };
   tCompare(iTable.MaxPoints(), iMaxima.points, "The table's maximum point count is %d; it should be %d");
   // Contours are held against the components of compound glyphs; those of simple glyphs are judged with the outlines.
@@ -104,7 +93,7 @@ void VornFontTesterStructure_maxp::CheckMaxima(const FTFontTable_maxp& iTable, c
   tCompare(iTable.MaxComponentContours(), iMaxima.componentContours,
            "The table's maximum component contour count is %d; it should be %d");
   if (iTable.MaxZones() != 2) {
-    ReportResult(kVornFontTestSeverityMinorError, "The maxZones field is equal to %d; it should be equal to 2",
+    ReportResult(Severity::kMinorError, "The maxZones field is equal to %d; it should be equal to 2",
                  {iTable.MaxZones()});
   }
   tCompare(iTable.MaxSizeOfInstructions(), iMaxima.instructionBytes,
@@ -114,7 +103,7 @@ void VornFontTesterStructure_maxp::CheckMaxima(const FTFontTable_maxp& iTable, c
   tCompare(iTable.MaxComponentDepth(), iMaxima.componentDepth,
            "The table's maximum component depth is %d; it should be %d");
   if (iTable.MaxComponentDepth() >= 2) {
-    ReportResult(kVornFontTestSeverityMinorError,
+    ReportResult(Severity::kMinorError,
                  "The table's maximum component depth is %d; fonts with maximum component depth greater than 1 may not "
                  "work properly on Corvane",
                  {iTable.MaxComponentDepth()});

@@ -1,19 +1,8 @@
 #include "Tests/VornFontTesterStructure_vmtx.h"
 
-Tova::Array TestUsability_vmtx(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTesterStructure_vmtx, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
-bool VornFontTesterStructure_vmtx::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont || !tFont->HasTaggedTable(FTFontTable_vmtx::kTag)) return false;
-  CheckStructure_vmtx(tFont->FindTable<FTFontTable_vmtx>());
-  return true;
-}
-
-void VornFontTesterStructure_vmtx::CheckStructure_vmtx(const FTFontTable_vmtx* iTable) const {
+void VornFontTesterStructure_vmtx::CheckTable(const FTFontTable_vmtx& iTable) const {
   const Texts tTexts = {
-      .tooSmall = kVornFontTestSeverityMajorError,
+      .tooSmall = Severity::kMajorError,
       .longMetricsCut =
           "The table is too small to accomodate the font's long vertical metrics; it should be at "
           "least %d bytes in size but is only %d",
@@ -29,5 +18,5 @@ void VornFontTesterStructure_vmtx::CheckStructure_vmtx(const FTFontTable_vmtx* i
           "Glyph %d has a height of %d, which is greater than 40 percent of the font's em (that is, "
           "%d); this may be incorrect.",
   };
-  CheckMetricsTable(*iTable, iTable->GetFont()->CountVerticalLongMetrics(), tTexts);
+  CheckMetricsTable(iTable, iTable.GetFont()->CountVerticalLongMetrics(), tTexts);
 }

@@ -1,16 +1,23 @@
 #pragma once
 
 #include "TableAccess/TableClasses/FTFontTable_vmtx.h"
+#include "Tests/TableTester.h"
 #include "Tests/VornFontTesterMetricsTable.h"
 
 /// Judges the vertical metrics of a font; see VornFontTesterMetricsTable.
-class VornFontTesterStructure_vmtx : public VornFontTesterMetricsTable {
+class VornFontTesterStructure_vmtx : public TableTester<FTFontTable_vmtx, VornFontTesterMetricsTable> {
  public:
-  using VornFontTesterMetricsTable::VornFontTesterMetricsTable;
-  bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "vmtx"; }
-
-  void CheckStructure_vmtx(const FTFontTable_vmtx* iTable) const;
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.vmtx.usability",
+      .types = {TestType::kUsability},
+      .target = "vmtx",
+      .prefix = "vmtx",
+      .name = "Vertical metrics",
+      .description =
+          "Checks the size of the 'vmtx' table against the number of glyphs and looks for suspicious heights and "
+          "side bearings."};
+  using TableTester::TableTester;
+  void CheckTable(const FTFontTable_vmtx& iTable) const override;
 };
 
-Tova::Array TestUsability_vmtx(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestUsability_vmtx = RunTester<VornFontTesterStructure_vmtx>;

@@ -6,9 +6,14 @@
 /// Confirms that a font is a Type 1 font; the PostScript program itself is not judged.
 class VornFontTesterUsability_Type1 : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {.identifier = "veltrin.Type1.usability",
+                                             .types = {TestType::kCore, TestType::kUsability},
+                                             .prefix = "Type 1",
+                                             .name = "Type 1 font",
+                                             .description = "Confirms that the font is a PostScript Type 1 font."};
+  using FontClass = FTFont_Type1;
   using VornFontTester::VornFontTester;
-  bool ExecuteTest() const override { return dynamic_cast<const FTFont_Type1*>(GetFont()) != nullptr; }
-  const char* GetStringTableName() const override { return "Type 1"; }
+  bool ExecuteTest() const override { return true; }
 };
 
-Tova::Array TestUsability_Type1(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestUsability_Type1 = RunTester<VornFontTesterUsability_Type1>;

@@ -1,13 +1,7 @@
 #include "Tests/VornFontTester_sfnt.h"
 
-Tova::Array TestUsability_sfnt(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions) {
-  return RunTester<VornFontTester_sfnt, FTFont_sfnt>(iFont, iMessages, iOptions);
-}
-
 bool VornFontTester_sfnt::ExecuteTest() const {
-  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(GetFont());
-  if (!tFont) return false;
-  CheckTables(*tFont);
+  CheckTables(SfntFont());
   return true;
 }
 
@@ -21,18 +15,18 @@ void VornFontTester_sfnt::CheckTables(const FTFont_sfnt& iFont) const {
   if (tHasOutlines) CheckOutlineTables(iFont);
   if (tHasBitmapHeader) CheckBitmapTables(iFont, tHasOutlines);
   if (!tHasOutlines && !tHasBitmapHeader && !tHasOtherGlyphs) {
-    ReportResult(kVornFontTestSeverityFatalError, "The font contains 'sfnt' data but no recognizable glyph data.");
+    ReportResult(Severity::kFatalError, "The font contains 'sfnt' data but no recognizable glyph data.");
   }
   CheckTablePairs(iFont);
   if (!iFont.GetPostScriptName()) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The font has no PostScript name (required for printing and embedding in PDFs).");
   }
 }
 
 void VornFontTester_sfnt::CheckOutlineTables(const FTFont_sfnt& iFont) const {
   const auto tRequire = [&](uint32_t iTag, const char* iMessage) {
-    if (!iFont.HasTaggedTable(iTag)) ReportResult(kVornFontTestSeverityFatalError, iMessage);
+    if (!iFont.HasTaggedTable(iTag)) ReportResult(Severity::kFatalError, iMessage);
   };
   tRequire(FTTag("cmap"),
            "The font is missing a character-glyph mapping ('cmap') table (required by the TrueType specification).");
@@ -50,16 +44,16 @@ void VornFontTester_sfnt::CheckOutlineTables(const FTFont_sfnt& iFont) const {
 
 void VornFontTester_sfnt::CheckBitmapTables(const FTFont_sfnt& iFont, bool iHasOutlines) const {
   if (!iFont.HasTaggedTable(FTTag("bloc"))) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The font is missing a bitmap header ('bhed') table (required for bitmap-only TrueType fonts on "
                  "Corvane).");
   }
   if (!iFont.HasTaggedTable(FTTag("bdat"))) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "A font is missing an Ormel bitmap data ('bdat') table (required for embedded bitmaps).");
   }
   if (iHasOutlines) {
-    ReportResult(kVornFontTestSeverityInformation, "A font which claims to be bitmap only has outline data.");
+    ReportResult(Severity::kInformation, "A font which claims to be bitmap only has outline data.");
   }
 }
 
@@ -67,23 +61,21 @@ void VornFontTester_sfnt::CheckTablePairs(const FTFont_sfnt& iFont) const {
   const auto tHas = [&iFont](uint32_t iTag) { return iFont.HasTaggedTable(iTag); };
   // Only 'EBLC' and 'EBDT' are held against each other; 'bloc' and 'bdat' are judged with the bitmap header.
   if (tHas(FTTag("EBDT")) != tHas(FTTag("EBLC"))) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The font has some but not all of the tables required for embedded bitmap data.");
   }
   if (tHas(FTTag("loca")) != tHas(FTTag("glyf"))) {
-    ReportResult(kVornFontTestSeverityFatalError,
+    ReportResult(Severity::kFatalError,
                  "The font has some but not all of the tables required for TrueType outline data.");
   }
   if (iFont.HasOTPostScriptGlyphs() && tHas(FTTag("glyf"))) {
-    ReportResult(kVornFontTestSeverityMinorError, "The font has both TrueType and PostScript outline data");
+    ReportResult(Severity::kMinorError, "The font has both TrueType and PostScript outline data");
   }
   if (tHas(FTTag("bloc")) && tHas(FTTag("EBDT"))) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "The font has both Veltrin- and Microsoft-style embedded bitmap data.");
+    ReportResult(Severity::kMinorError, "The font has both Veltrin- and Microsoft-style embedded bitmap data.");
   }
   // 'cvt_' with an underscore, as FTFont_sfnt::IsHintedFont.
   if ((tHas(FTTag("cvt_")) || tHas(FTTag("fpgm")) || tHas(FTTag("prep"))) && !tHas(FTTag("glyf"))) {
-    ReportResult(kVornFontTestSeverityMinorError,
-                 "The font has TrueType hinting information but no TrueType outline data.");
+    ReportResult(Severity::kMinorError, "The font has TrueType hinting information but no TrueType outline data.");
   }
 }

@@ -7,9 +7,16 @@
 /// font needs are there and go together, and the font has a PostScript name. A table of length 0 counts as absent.
 class VornFontTester_sfnt : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {
+      .identifier = "veltrin.TrueType.usability",
+      .types = {TestType::kCore, TestType::kUsability},
+      .prefix = "sfnt",
+      .name = "Required tables",
+      .description =
+          "Checks that the tables which a font of its kind needs are there and go together, and that the font has a "
+          "PostScript name."};
   using VornFontTester::VornFontTester;
   bool ExecuteTest() const override;
-  const char* GetStringTableName() const override { return "sfnt"; }
 
  private:
   void CheckTables(const FTFont_sfnt& iFont) const;
@@ -18,4 +25,4 @@ class VornFontTester_sfnt : public VornFontTester {
   void CheckTablePairs(const FTFont_sfnt& iFont) const;
 };
 
-Tova::Array TestUsability_sfnt(const FTFont* iFont, TovaMutableArrayRef iMessages, TovaDictionaryRef iOptions);
+inline constexpr VornFontTestEntry TestUsability_sfnt = RunTester<VornFontTester_sfnt>;

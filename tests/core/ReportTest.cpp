@@ -1,3 +1,5 @@
+#include <VornFontTest/VornFontTest.h>
+
 #include <initializer_list>
 #include <variant>
 

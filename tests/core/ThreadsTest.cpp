@@ -1,3 +1,5 @@
+#include <VornFontTest/VornFontTest.h>
+
 #include <thread>
 
 #include "support/TemporaryFolder.h"

@@ -1,50 +1,58 @@
 #include "support/TestRun.h"
 
-#include <VornFontTest/VornFontTest.h>
 #include <gmock/gmock.h>
 
-#include <string_view>
-
-#include "support/Values.h"
+#include <algorithm>
 
 namespace test {
 
 namespace {
 
-constexpr std::string_view kSeverityPrefix = "kVornFontTestSeverity";
+constexpr const char* kSeverityWords[] = {"NonFontError", "Information", "TechnicalError",
+                                          "MinorError",   "MajorError",  "FatalError"};
 
-std::string ShortSeverity(TovaTypeRef severity) {
-  const std::string_view text = Tova::Text(Tova::AsString(severity));
-  return std::string(text.starts_with(kSeverityPrefix) ? text.substr(kSeverityPrefix.size()) : text);
+std::string Word(Severity severity) { return kSeverityWords[static_cast<size_t>(severity)]; }
+
+TestOptions MakeOptions(const RunOptions& options) {
+  TestOptions made;
+  for (const Severity severity : kSeverities) {
+    if (std::ranges::count(options.severities, Word(severity)) > 0) made.severities.Add(severity);
+  }
+  return made;
 }
 
-Tova::Dictionary MakeOptions(const RunOptions& options) {
-  const auto severities = Array({});
-  for (const std::string& severity : options.severities) {
-    TovaArrayAppendValue(severities.get(), Tova::MakeString(std::string(kSeverityPrefix) + severity).get());
-  }
-  return Dictionary({{kVornFontTestSeverityKey, severities.get()}});
+std::string PlaceOf(const Finding& finding) {
+  std::string place;
+  for (int shift = 24; finding.table != 0 && shift >= 0; shift -= 8) place += static_cast<char>(finding.table >> shift);
+  if (finding.glyph) place += " glyph " + std::to_string(*finding.glyph);
+  if (finding.offset) place += " offset " + std::to_string(*finding.offset);
+  if (finding.part) place += " (" + *finding.part + ")";
+  return place;
+}
+
+/// The text as a report would show it; none when the format and the arguments do not fit.
+std::string TextOf(const FindingSink& sink, const Finding& finding) {
+  const auto arguments = sink.ArgumentsOf(finding);
+  const auto format = Tova::MakeString(finding.format);
+  const auto text = Tova::Adopt(TovaStringCreateWithFormat(format.get(), arguments.data(), arguments.size()));
+  if (!text) return "(no text)";
+  return (finding.prefix ? std::string(finding.prefix) + ": " : "") + std::string(Tova::Text(text));
 }
 
 }  // namespace
 
 std::ostream& operator<<(std::ostream& out, const Message& message) {
-  return out << message.severity << ": \"" << message.text << '"';
+  return out << message.severity << ": \"" << message.text << "\" at " << message.place;
 }
 
 Findings Run(VornFontTestEntry entry, const FTFont& font, const RunOptions& options) {
-  const Tova::MutableArray messages = options.messages ? Tova::Adopt(TovaArrayCreateMutable()) : Tova::MutableArray();
-  const Tova::Array results = entry(&font, messages.get(), MakeOptions(options).get());
+  FindingSink sink = options.messages ? FindingSink(options.limits) : FindingSink();
+  const TestOptions testOptions = MakeOptions(options);
   Findings findings;
-  findings.applies = static_cast<bool>(results);
-  for (TovaIndex i = 0; i < TovaArrayGetCount(results.get()); ++i) {
-    findings.severities.push_back(ShortSeverity(TovaArrayGetValueAtIndex(results.get(), i)));
-  }
-  for (TovaIndex i = 0; i < TovaArrayGetCount(messages.get()); ++i) {
-    const TovaDictionaryRef message = Tova::AsDictionary(TovaArrayGetValueAtIndex(messages.get(), i));
-    const TovaTypeRef text = TovaDictionaryGetValue(message, kVornFontTestMessageTextKey);
-    findings.messages.push_back({ShortSeverity(TovaDictionaryGetValue(message, kVornFontTestResultKey)),
-                                 std::string(Tova::Text(Tova::AsString(text)))});
+  findings.applies = entry(&font, sink, &testOptions);
+  for (const Severity severity : sink.Severities().InOrder()) findings.severities.push_back(Word(severity));
+  for (const Finding& finding : sink.Findings()) {
+    findings.messages.push_back({Word(finding.severity), TextOf(sink, finding), PlaceOf(finding)});
   }
   return findings;
 }

@@ -25,7 +25,13 @@ inline constexpr bool kAddressSanitized = false;
 struct Message {
   std::string severity;
   std::string text;
-  bool operator==(const Message&) const = default;
+  /// Where the finding is: "glyf", "glyf glyph 3", "cmap offset 12", "morx offset 36 (Chain 0, subtable 2)". Compared
+  /// only where a test states it.
+  std::string place = {};
+  bool operator==(const Message& other) const {
+    return severity == other.severity && text == other.text &&
+           (place.empty() || other.place.empty() || place == other.place);
+  }
 };
 std::ostream& operator<<(std::ostream& out, const Message& message);
 
@@ -38,6 +44,7 @@ struct Findings {
 
 struct RunOptions {
   bool messages = true;
+  FindingSink::Limits limits = {};
   /// Severities enabled, by their last words; all of them by default.
   std::vector<std::string> severities = {"NonFontError", "Information", "TechnicalError",
                                          "MinorError",   "MajorError",  "FatalError"};

@@ -101,18 +101,6 @@ TEST(GlyfStructure, ComponentFlagsComeBeforeComponentGlyphs) {
             std::string::npos);
 }
 
-TEST(GlyfStructure, MessagesOfOverlappingGlyphsAreLimited) {
-  TableBuilder glyph = CompoundGlyph({});
-  for (int i = 0; i < 5000; ++i) glyph.U16(i < 4999 ? 0x8020 : 0x8000).U32(0);
-  FontBuilder font = OutlineFont({SquareGlyph(9), glyph});
-  TableBuilder loca;
-  const size_t start = SquareGlyph(9).Size() + SquareGlyph(9).Size() % 2;
-  for (int i = 0; i <= 220; ++i) loca.U32(i == 0 ? 0 : i % 2 == 1 ? start : font["glyf"].size());
-  const Findings findings = test::Run(TestStructure_glyf, font.Table("loca", loca).Table("maxp", MaxpTable(220)));
-  EXPECT_EQ(findings.messages.size(), size_t{kFTMaxMessagesOfTest});
-  EXPECT_EQ(findings.severities.size(), 3u);
-}
-
 TEST(LocaStructure, SizeFitsTheGlyphCount) {
   const struct {
     bool isLong;

@@ -14,13 +14,13 @@ using namespace test;
 template <uint32_t Kind>
 class StreamTester : public VornFontTester {
  public:
+  static constexpr TestIdentity kIdentity = {.identifier = "stream", .types = {TestType::kStructure}};
   using VornFontTester::VornFontTester;
   const FTFontTable* TestsTableWithTag(uint32_t tag) const override {
-    return tag == Kind ? dynamic_cast<const FTFont_sfnt*>(GetFont())->GetTaggedTable(FTTag("prog")) : nullptr;
+    return tag == Kind ? SfntFont().GetTaggedTable(FTTag("prog")) : nullptr;
   }
-  const char* GetStringTableName() const override { return nullptr; }
   bool ExecuteTest() const override {
-    const FTFontTable* table = dynamic_cast<const FTFont_sfnt*>(GetFont())->GetTaggedTable(FTTag("prog"));
+    const FTFontTable* table = SfntFont().GetTaggedTable(FTTag("prog"));
     CheckTrueTypeInstructionStream(this, table->Bytes(), table->GetSize(), nullptr, nullptr);
     return true;
   }
@@ -28,7 +28,7 @@ class StreamTester : public VornFontTester {
 
 template <uint32_t Kind = 0>
 Findings Walk(const Bytes& stream) {
-  return test::Run(RunTester<StreamTester<Kind>, FTFont_sfnt>, FontBuilder().Table("prog", stream));
+  return test::Run(RunTester<StreamTester<Kind>>, FontBuilder().Table("prog", stream));
 }
 
 std::vector<Message> Major(const std::vector<std::string>& texts) {
@@ -107,8 +107,9 @@ TEST(InstructionStream, TheKindOfProgramAddsRules) {
 
 TEST(InstructionStream, DefinitionsAreCounted) {
   const MemoryFont font(FontBuilder().Table("prog", Bytes(4)).Build());
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  const StreamTester<0> tester(&*font, nullptr, options.get());
+  FindingSink sink;
+  const TestOptions options;
+  const StreamTester<0> tester(&*font, sink, &options);
   const Bytes stream = {0x2C, 0x2D, 0x2C, 0x2D, 0x89, 0x2D, 0x2C, 0x7B, 0x2C};
   uint16_t functions = 7, instructions = 7;
   const Tova::ByteView bytes(stream.data(), stream.size());

@@ -111,29 +111,26 @@ TEST(HeadStructure, TheHeaderDependsOnTheKindOfFont) {
   ExpectMessages(empty, {{"FatalError", "head: The font is missing a 'head' table, required by the TrueType spec."}});
 }
 
-/// An entry function that checks the box, which the test itself does not.
-Tova::Array CheckBox(const FTFont* font, TovaMutableArrayRef messages, TovaDictionaryRef options) {
-  struct BoxTester : VornFontTesterStructure_head {
-    using VornFontTesterStructure_head::VornFontTesterStructure_head;
-    bool ExecuteTest() const override {
-      CheckBoundingBox();
-      return true;
-    }
-  };
-  return RunTester<BoxTester, FTFont_sfnt>(font, messages, options);
-}
+/// Checks the box, which the test itself does not.
+struct BoxTester : VornFontTesterStructure_head {
+  using VornFontTesterStructure_head::VornFontTesterStructure_head;
+  bool ExecuteTest() const override {
+    CheckBoundingBox();
+    return true;
+  }
+};
 
 TEST(HeadStructure, TheBoundingBoxIsThatOfTheGlyphsThatDraw) {
   FontBuilder font = OutlineFont({{}, SimpleGlyph({{{-20, 5}, {30, 400}}}), SimpleGlyph({{{1, 2}, {9, 9}}})});
   TableBuilder head = HeadTable();
   head.Patch("xMin", 0xFFFF - 19).Patch("yMin", 2).Patch("yMax", 400);
-  ExpectMessages(test::Run(CheckBox, font.Table("head", head)), {});
+  ExpectMessages(test::Run(RunTester<BoxTester>, font.Table("head", head)), {});
   head.Patch("xMin", 0).Patch("yMin", 0).Patch("yMax", 700);
-  ExpectMessages(test::Run(CheckBox, font.Table("head", head)),
+  ExpectMessages(test::Run(RunTester<BoxTester>, font.Table("head", head)),
                  {Minor(kHeader + "minimum x-value (0) is incorrect; it should be -20"),
                   Minor(kHeader + "minimum y-value (0) is incorrect; it should be 2"),
                   Minor(kHeader + "maximum y-value (700) is incorrect; it should be 400")});
-  ExpectMessages(test::Run(CheckBox, OutlineFont({{}, {}})), {});
+  ExpectMessages(test::Run(RunTester<BoxTester>, OutlineFont({{}, {}})), {});
 }
 
 }  // namespace

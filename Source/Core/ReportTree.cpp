@@ -1,0 +1,243 @@
+#include "Core/ReportTree.h"
+
+#include <VornFontTest/VornFontTest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+#include "Core/TestCatalogue.h"
+#include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
+#include "TableAccess/FontClasses/FTFont.h"
+
+namespace {
+
+/// About what the dictionaries of a font and of a test record take.
+constexpr uint64_t kFontBytes = 2000;
+constexpr uint64_t kRecordBytes = 700;
+
+TovaStringRef ConstantOf(Severity iSeverity) {
+  switch (iSeverity) {
+    case Severity::kNonFontError:
+      return kVornFontTestSeverityNonFontError;
+    case Severity::kInformation:
+      return kVornFontTestSeverityInformation;
+    case Severity::kTechnicalError:
+      return kVornFontTestSeverityTechnicalError;
+    case Severity::kMinorError:
+      return kVornFontTestSeverityMinorError;
+    case Severity::kMajorError:
+      return kVornFontTestSeverityMajorError;
+    case Severity::kFatalError:
+      break;
+  }
+  return kVornFontTestSeverityFatalError;
+}
+
+TovaStringRef FontTypeOf(const FTFont& iFont) {
+  try {
+    switch (iFont.GetType()) {
+      case 1:
+        return kVornFontTestFONDResource;
+      case 2:
+        return kVornFontTestNFNTResource;
+      case 3:
+        return kVornFontTestTrueTypeFontData;
+      case 4:
+        return kVornFontTestPostScriptFontData;
+      case 5:
+        return kVornFontTestSplicedFontData;
+      default:
+        return kVornFontTestGeneralFontData;
+    }
+  } catch (const FTException&) {
+    return kVornFontTestGeneralFontData;
+  }
+}
+
+uint64_t RoomFor(const ReportTree::Options& iOptions) {
+  if (iOptions.bytes != 0) return iOptions.bytes;
+  if (iOptions.messageLimit == 0) return kFTMaxReportBytes;
+  const uint64_t tMessages = std::min(iOptions.messageLimit, kFTMaxReportBytes / kFTReportBytesPerMessageAllowed);
+  return std::max(kFTMinReportBytes, tMessages * kFTReportBytesPerMessageAllowed);
+}
+
+/// A prefix as part of a format.
+std::string Escaped(std::string_view iPrefix) {
+  std::string tEscaped;
+  for (const char tCharacter : iPrefix) tEscaped.append(tCharacter == '%' ? 2 : 1, tCharacter);
+  return tEscaped;
+}
+
+void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64_t iNumber) {
+  const auto tNumber = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(iNumber)));
+  TovaDictionarySetValue(ioDictionary, iKey, tNumber.get());
+}
+
+}  // namespace
+
+ReportTree::ReportTree(const Options& iOptions)
+    : _fOptions(iOptions),
+      _fBytesForGrave(RoomFor(iOptions) / 4),
+      _fRoom(RoomFor(iOptions)),
+      _fRoomForLongNames(kFTLongNameBytes) {}
+
+Tova::MutableDictionary ReportTree::MakeFont(const FTFont& iFont) {
+  auto tFont = Tova::Adopt(TovaDictionaryCreateMutable());
+  if (!HasFonts()) return tFont;
+  AddFontDataToDictionary(tFont.get(), iFont);
+  for (const TovaStringRef tKey :
+       {kVornFontTestFontNameKey, kVornFontTestFontPostScriptNameKey, kVornFontTestFontIdentifierKey}) {
+    KeepName(tFont.get(), tKey);
+  }
+  Charge(kFontBytes);
+  return tFont;
+}
+
+/// Fonts of a collection may share a long name, which is then kept once; but whoever writes the report writes it for
+/// each, so that long names have a bound of their own.
+void ReportTree::KeepName(TovaMutableDictionaryRef ioFont, TovaStringRef iKey) {
+  constexpr std::string_view kCutMark = "...";
+  std::string_view tText = Tova::Text(Tova::AsString(TovaDictionaryGetValue(ioFont, iKey)));
+  if (tText.size() <= kFTLongName) return;
+  if (tText.size() <= _fRoomForLongNames) {
+    _fRoomForLongNames -= tText.size();
+    TovaDictionarySetValue(ioFont, iKey, KeptString(tText).get());
+    return;
+  }
+  size_t tEnd = kFTLongName;
+  while ((static_cast<uint8_t>(tText[tEnd]) & 0xC0) == 0x80) --tEnd;  // not inside a character
+  const std::string tCut = std::string(tText.substr(0, tEnd)).append(kCutMark);
+  TovaDictionarySetValue(ioFont, iKey, KeptString(tCut).get());
+}
+
+FindingSink ReportTree::MakeSink() const {
+  if (!HasMessages()) return FindingSink();
+  FindingSink::Limits tLimits{.bytes = _fRoom, .bytesForGrave = _fBytesForGrave};
+  if (_fOptions.messageLimit != 0) tLimits.findings = _fOptions.messageLimit;
+  return FindingSink(tLimits);
+}
+
+Tova::Dictionary ReportTree::MakeRecord(TovaDictionaryRef iDescription, TovaAbsoluteTime iTime,
+                                        const FindingSink& iSink) {
+  const auto tRecord =
+      Tova::Adopt(HasFonts() ? TovaDictionaryCreateMutableCopy(iDescription) : TovaDictionaryCreateMutable());
+  if (HasFonts()) {
+    TovaDictionaryAddValue(tRecord.get(), kVornFontTestTimeStampKey, Tova::Adopt(TovaDateCreate(iTime)).get());
+    Charge(kRecordBytes);
+  }
+  TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, MakeSeverityArray(iSink.Severities()).get());
+  if (const Tova::Array tMessages = MakeMessages(iSink); TovaArrayGetCount(tMessages.get()) > 0) {
+    TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
+  }
+  Charge(iSink.BytesKept());
+  return Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
+}
+
+Tova::Array ReportTree::MakeMessages(const FindingSink& iSink) {
+  auto tMessages = Tova::Adopt(TovaArrayCreateMutable());
+  for (const Finding& tFinding : iSink.Findings()) {
+    TovaArrayAppendValue(tMessages.get(), MakeMessage(iSink, tFinding).get());
+  }
+  if (iSink.LeftOut() > 0) {
+    FindingSink tLast(FindingSink::Limits{});
+    const Tova::FormatArgument tCount(iSink.LeftOut());
+    tLast.AppendMessage(Severity::kInformation, nullptr, "Localizable", "%d further messages were not recorded",
+                        {&tCount, 1}, {});
+    TovaArrayAppendValue(tMessages.get(), MakeMessage(tLast, tLast.Findings().front()).get());
+  }
+  return tMessages;
+}
+
+Tova::Dictionary ReportTree::MakeMessage(const FindingSink& iSink, const Finding& iFinding) {
+  const Tova::String tText = TextOf(iSink, iFinding);
+  if (!tText) return {};
+  auto tMessage = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(tMessage.get(), kVornFontTestResultKey, ConstantOf(iFinding.severity));
+  TovaDictionarySetValue(tMessage.get(), kVornFontTestMessageTextKey, tText.get());
+  if (_fOptions.messageDetails) AddDetails(tMessage.get(), iFinding);
+  return tMessage;
+}
+
+void ReportTree::AddDetails(TovaMutableDictionaryRef ioMessage, const Finding& iFinding) {
+  TovaDictionarySetValue(ioMessage, kVornFontTestMessageFormatKey, KeptString(iFinding.format).get());
+  if (iFinding.table != 0) {
+    std::string tTag;
+    for (int tShift = 24; tShift >= 0; tShift -= 8) tTag += static_cast<char>(iFinding.table >> tShift & 0xFF);
+    TovaDictionarySetValue(ioMessage, kVornFontTestMessageTableKey, KeptString(tTag).get());
+  }
+  if (iFinding.glyph) SetNumber(ioMessage, kVornFontTestMessageGlyphKey, *iFinding.glyph);
+  if (iFinding.offset) SetNumber(ioMessage, kVornFontTestMessageOffsetKey, *iFinding.offset);
+  if (iFinding.part) TovaDictionarySetValue(ioMessage, kVornFontTestMessagePartKey, KeptString(*iFinding.part).get());
+}
+
+/// A translation that does not fit its arguments gives way to the original; none when that does not fit either.
+Tova::String ReportTree::TextOf(const FindingSink& iSink, const Finding& iFinding) {
+  const auto tArguments = iSink.ArgumentsOf(iFinding);
+  for (const bool tTranslated : {true, false}) {
+    const Tova::String tFormat = FormatFor(iFinding, tTranslated);
+    Tova::String tText = Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size()));
+    if (tText) return tText;
+  }
+  return {};
+}
+
+Tova::String ReportTree::FormatFor(const Finding& iFinding, bool iTranslated) {
+  const char* tTable = iTranslated ? iFinding.stringTable : nullptr;
+  Tova::String& tKept = _fFormats[{tTable, iFinding.prefix, iFinding.format}];
+  if (!tKept) {
+    Tova::String tFormat = Tova::MakeString(iFinding.format);
+    if (tTable) {
+      tFormat = Tova::Adopt(TovaBundleCopyLocalizedString(TovaBundleGetMain(), tFormat.get(), tFormat.get(),
+                                                          Tova::MakeString(tTable).get()));
+    }
+    if (iFinding.prefix) tFormat = Tova::MakeString(Escaped(iFinding.prefix) + ": " + std::string(Tova::Text(tFormat)));
+    tKept = tFormat;
+  }
+  return tKept;
+}
+
+/// A string of the text, the same one for the same text.
+Tova::String ReportTree::KeptString(std::string_view iText) {
+  Tova::String& tKept = _fStrings[std::string(iText)];
+  if (!tKept) tKept = Tova::Adopt(TovaStringCreateWithLossyUTF8(iText.data(), iText.size()));
+  return tKept;
+}
+
+size_t ReportTree::FormatHash::operator()(const FormatKey& iKey) const {
+  const std::hash<const void*> tHash;
+  return tHash(iKey.format) ^ 31 * tHash(iKey.table) ^ 961 * tHash(iKey.prefix);
+}
+
+Tova::Array MakeSeverityArray(const SeveritySet& iSeverities) {
+  auto tArray = Tova::Adopt(TovaArrayCreateMutable());
+  for (const Severity tSeverity : iSeverities.InOrder()) TovaArrayAppendValue(tArray.get(), ConstantOf(tSeverity));
+  return tArray;
+}
+
+std::optional<Severity> SeverityOf(TovaTypeRef iConstant) {
+  for (const Severity tSeverity : kSeverities) {
+    if (TovaEqual(iConstant, ConstantOf(tSeverity))) return tSeverity;
+  }
+  return std::nullopt;
+}
+
+void AddFontDataToDictionary(TovaMutableDictionaryRef ioDictionary, const FTFont& iFont) {
+  const auto tAdd = [ioDictionary](TovaStringRef iKey, TovaStringRef iText, const char* iFallback) {
+    TovaDictionaryAddValue(ioDictionary, iKey, iText ? iText : LocalizedVersionOfString(iFallback).get());
+  };
+  try {
+    tAdd(kVornFontTestFontNameKey, iFont.GetName(), kNoFontName);
+    tAdd(kVornFontTestFontPostScriptNameKey, iFont.GetPostScriptName(), kNoFontName);
+  } catch (const FTException&) {
+    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font name>");
+  }
+  try {
+    tAdd(kVornFontTestFontIdentifierKey, iFont.GetIdentifier(), "<no font identifier>");
+  } catch (const FTException&) {
+    // quirk: identifier-under-name. The name's key is taken by now: such a font's dictionary has no identifier.
+    tAdd(kVornFontTestFontNameKey, nullptr, "<corrupt font identifier>");
+  }
+  TovaDictionaryAddValue(ioDictionary, kVornFontTestFontTypeKey, FontTypeOf(iFont));
+}
