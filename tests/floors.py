@@ -25,7 +25,7 @@ EXCEPTIONS = {(r"Source/Tests/VornFontTester_duplicate\.(h|cpp)", "Source/Core/R
 
 # Headers of a library -> the files that may include them.
 LIBRARIES = {
-    r"unicode/": r"Source/(Platform/TextEncoding|TableAccess/AncillaryClasses/FTEncoding)[^/]*",
+    r"unicode/": r"Source/(Platform/TextEncoding|TableAccess/AncillaryClasses/FTEncoding|Tests/VornFontTesterUsability_cmap)[^/]*",
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
     r"fontconfig/": r"Tools/(rundle-conduit|write-language-alphabets)/.*",

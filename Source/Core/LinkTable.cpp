@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 
+#include "Tests/VornFontTesterConsistency_cmap.h"
 #include "Tests/VornFontTesterInstructions_fpgm.h"
 #include "Tests/VornFontTesterInstructions_glyf.h"
 #include "Tests/VornFontTesterInstructions_prep.h"
+#include "Tests/VornFontTesterLanguageSupport.h"
 #include "Tests/VornFontTesterMetrics.h"
+#include "Tests/VornFontTesterStructure_OS_2.h"
 #include "Tests/VornFontTesterStructure_cmap.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
@@ -17,8 +20,10 @@
 #include "Tests/VornFontTesterStructure_maxp.h"
 #include "Tests/VornFontTesterStructure_name.h"
 #include "Tests/VornFontTesterStructure_post.h"
+#include "Tests/VornFontTesterStructure_sbit.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
+#include "Tests/VornFontTesterUsability_cmap.h"
 #include "Tests/VornFontTesterUsability_name.h"
 #include "Tests/VornFontTesterUsability_post.h"
 #include "Tests/VornFontTester_sfnt.h"
@@ -31,25 +36,18 @@ constexpr VornFontTestLink Link() {
 }
 
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
-    Link<VornFontTesterStructure_cmap>(),
-    Link<VornFontTesterInstructions_fpgm>(),
-    Link<VornFontTesterInstructions_glyf>(),
-    Link<VornFontTesterStructure_glyf>(),
-    Link<VornFontTesterStructure_hdmx>(),
-    Link<VornFontTesterStructure_head>(),
-    Link<VornFontTesterStructure_hhea>(),
-    Link<VornFontTesterStructure_hmtx>(),
-    Link<VornFontTesterStructure_loca>(),
-    Link<VornFontTesterStructure_maxp>(),
-    Link<VornFontTesterMetrics>(),
-    Link<VornFontTesterStructure_name>(),
-    Link<VornFontTesterUsability_name>(),
-    Link<VornFontTesterStructure_post>(),
-    Link<VornFontTesterUsability_post>(),
-    Link<VornFontTesterInstructions_prep>(),
-    Link<VornFontTester_sfnt>(),
-    Link<VornFontTesterStructure_vmtx>(),
-    Link<VornFontTesterUsability_Type1>(),
+    Link<VornFontTesterStructure_OS_2>(),    Link<VornFontTesterConsistency_cmap>(),
+    Link<VornFontTesterStructure_cmap>(),    Link<VornFontTesterUsability_cmap>(),
+    Link<VornFontTesterInstructions_fpgm>(), Link<VornFontTesterInstructions_glyf>(),
+    Link<VornFontTesterStructure_glyf>(),    Link<VornFontTesterStructure_hdmx>(),
+    Link<VornFontTesterStructure_head>(),    Link<VornFontTesterStructure_hhea>(),
+    Link<VornFontTesterStructure_hmtx>(),    Link<VornFontTesterLanguageSupport>(),
+    Link<VornFontTesterStructure_loca>(),    Link<VornFontTesterStructure_maxp>(),
+    Link<VornFontTesterMetrics>(),           Link<VornFontTesterStructure_name>(),
+    Link<VornFontTesterUsability_name>(),    Link<VornFontTesterStructure_post>(),
+    Link<VornFontTesterUsability_post>(),    Link<VornFontTesterInstructions_prep>(),
+    Link<VornFontTesterStructure_sbit>(),    Link<VornFontTester_sfnt>(),
+    Link<VornFontTesterStructure_vmtx>(),    Link<VornFontTesterUsability_Type1>(),
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

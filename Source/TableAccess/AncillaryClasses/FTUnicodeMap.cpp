@@ -157,6 +157,35 @@ std::vector<const FTGlyphPages::Page*> FTGlyphPages::Pages() const {
   return tPages;
 }
 
+std::optional<uint32_t> FTGlyphPages::FirstFrom(uint32_t iCharacter) const {
+  for (uint32_t tNumber = iCharacter / kPageSize; tNumber < _fPlaces.size(); ++tNumber) {
+    const Page* tPage = FindPage(tNumber);
+    if (!tPage) continue;
+    for (uint32_t c = std::max(iCharacter, tNumber * kPageSize); c < (tNumber + 1) * kPageSize; ++c) {
+      if (tPage->glyphs[c % kPageSize] != 0) return c;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<uint32_t> FTGlyphPages::LastUpTo(uint32_t iCharacter) const {
+  const auto tPages = std::min<uint64_t>(_fPlaces.size(), iCharacter / kPageSize + 1);
+  for (auto tNumber = static_cast<uint32_t>(tPages); tNumber-- > 0;) {
+    const Page* tPage = FindPage(tNumber);
+    if (!tPage) continue;
+    for (uint32_t c = std::min(iCharacter, tNumber * kPageSize + kPageSize - 1) + 1; c-- > tNumber * kPageSize;) {
+      if (tPage->glyphs[c % kPageSize] != 0) return c;
+    }
+  }
+  return std::nullopt;
+}
+
+bool FTUnicodeMap::Record::IsUnicode() const {
+  const bool tIsUnicodePlatform = platform == 0 && script != 5;
+  const bool tIsMicrosoftUnicode = platform == 3 && (script == 1 || script == 10);
+  return format != 14 && (tIsUnicodePlatform || tIsMicrosoftUnicode);
+}
+
 bool FTUnicodeMap::Record::IsFull() const { return platform == 3 ? script == 10 : script == 4 || script == 6; }
 
 bool FTUnicodeMap::Record::IsReadable() const {
@@ -171,16 +200,14 @@ FTUnicodeMap::FTUnicodeMap(Tova::ByteView iCmap, const Spend& iSpend) {
     const uint32_t tOffset = tBytes.U32(4);
     const Record tRecord = {static_cast<uint32_t>(i), tBytes.U16(0),          tBytes.U16(2), tOffset,
                             iCmap.U16(tOffset),       iCmap.Holds(tOffset, 2)};
-    const bool tTellsUnicode = (tRecord.platform == 0 && tRecord.script != 5) ||
-                               (tRecord.platform == 3 && (tRecord.script == 1 || tRecord.script == 10));
-    if (tTellsUnicode && tRecord.format != 14) _fRecords.push_back(tRecord);
+    _fRecords.push_back(tRecord);
   }
   bool tMayRead = true;
   for (const Record& tRecord : _fRecords) {
     if (_fEncodings.size() == kFTMaxUnicodeEncodings) break;
     const bool tKnown = std::ranges::any_of(
         _fEncodings, [&](const Encoding& iEncoding) { return iEncoding.record.offset == tRecord.offset; });
-    if (!tRecord.IsReadable() || tKnown) continue;
+    if (!tRecord.IsUnicode() || !tRecord.IsReadable() || tKnown) continue;
     Encoding& tEncoding = _fEncodings.emplace_back(Encoding{tRecord, {}, 0});
     const Tova::ByteView tBytes = iCmap.From(tRecord.offset);
     if (!tMayRead) continue;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "Platform/ByteView.h"
@@ -31,6 +32,9 @@ class FTGlyphPages {
   bool Empty() const { return _fCount == 0; }
   /// The pages with characters, ascending. A character's word is that of its bits 5 to 7.
   std::vector<const Page*> Pages() const;
+  /// The first character with a glyph from this one on, and the last one up to it; none without one.
+  std::optional<uint32_t> FirstFrom(uint32_t iCharacter) const;
+  std::optional<uint32_t> LastUpTo(uint32_t iCharacter) const;
   /// The page of this number, null when it has no characters.
   const Page* FindPage(uint32_t iNumber) const;
 
@@ -64,17 +68,19 @@ class FTUnicodeMap {
   /// Told the steps that the reading of an encoding took; false: those after it are left empty.
   using Spend = std::function<bool(uint64_t iSteps)>;
 
-  /// An encoding record that tells Unicode characters.
   struct Record {
-    uint32_t index;  ///< among all records of the table
+    uint32_t index;  ///< in the table
     uint16_t platform;
     uint16_t script;
     uint32_t offset;
     uint16_t format;
     bool inside;  ///< whether the format word lies in the table
 
+    /// Whether it tells Unicode characters; format 14 tells their variants only.
+    bool IsUnicode() const;
     /// Whether it is meant for all of Unicode, not only for the characters up to U+FFFF.
     bool IsFull() const;
+    /// Whether it is of a format that is read here.
     bool IsReadable() const;
   };
   /// A record that was read: the first one of its subtable.
@@ -88,9 +94,9 @@ class FTUnicodeMap {
   explicit FTUnicodeMap(
       Tova::ByteView iCmap, const Spend& iSpend = [](uint64_t) { return true; });
 
-  /// In table order; format 14 has no characters and is left out.
+  /// All encoding records that lie wholly in the table, in its order.
   const std::vector<Record>& Records() const { return _fRecords; }
-  /// In table order, and no more than kFTMaxUnicodeEncodings.
+  /// Those that were read, in table order: no more than kFTMaxUnicodeEncodings.
   const std::vector<Encoding>& Encodings() const { return _fEncodings; }
   /// Every character, with its glyph in the first full encoding that has it, else the first other one.
   const FTGlyphPages& Glyphs() const { return _fGlyphs; }
