@@ -43,17 +43,17 @@ std::u32string Characters(std::string_view iText) {
   return tCharacters;
 }
 
-std::string Shown(std::string_view iText) {
+Tova::String Shown(std::string_view iText) {
   constexpr size_t kMost = 63;
   std::string tShown;
   size_t tCount = 0;
   for (size_t tAt = 0; tAt < iText.size();) {
-    if (tCount++ == kMost) return tShown + "...";
+    if (tCount++ == kMost) return Tova::MakeString(tShown + "...");
     const Tova::Utf8Character tCharacter = Tova::ReadUtf8(iText, tAt);
     Tova::AppendUtf8(tShown, IsControl(tCharacter.code) ? Tova::kReplacementCharacter : tCharacter.code);
     tAt += tCharacter.length;
   }
-  return tShown;
+  return Tova::MakeString(tShown);
 }
 
 }  // namespace SfntFacts

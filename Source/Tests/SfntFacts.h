@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Tova/Tova.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,6 +36,6 @@ constexpr bool IsControl(uint32_t iCharacter) {
 }
 
 /// A text of the font as messages show it: no more than 63 characters, and U+FFFD in the place of control characters.
-std::string Shown(std::string_view iText);
+Tova::String Shown(std::string_view iText);
 
 }  // namespace SfntFacts

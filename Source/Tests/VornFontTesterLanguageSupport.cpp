@@ -122,7 +122,7 @@ void VornFontTesterLanguageSupport::CheckDeclared(const std::vector<NearlyCovere
     if (!tPage) continue;
     ReportResult(Severity::kMinorError,
                  "The font declares code page %d, but lacks %d characters of the language %@: %@",
-                 {tPage->number, tMissing.size(), tTag.c_str(), ListOf(tMissing).c_str()});
+                 {tPage->number, tMissing.size(), Tova::MakeString(tTag), Tova::MakeString(ListOf(tMissing))});
   }
 }
 
@@ -135,7 +135,7 @@ void VornFontTesterLanguageSupport::ReportCovered(const std::vector<std::string>
   std::string tList;
   for (const std::string& tTag : iTags) tList += (tList.empty() ? "" : ", ") + tTag;
   ReportResult(Severity::kInformation, "The font covers the alphabets of %d languages: %@",
-               {iTags.size(), tList.c_str()});
+               {iTags.size(), Tova::MakeString(tList)});
 }
 
 void VornFontTesterLanguageSupport::ReportNearlyCovered(const std::vector<NearlyCovered>& iLanguages,
@@ -150,5 +150,5 @@ void VornFontTesterLanguageSupport::ReportNearlyCovered(const std::vector<Nearly
   if (tCount == 0) return;
   if (tCount > kMostNamed) tList += ", ...";
   ReportResult(Severity::kInformation, "A few characters are missing for %d more languages: %@",
-               {tCount, tList.c_str()});
+               {tCount, Tova::MakeString(tList)});
 }

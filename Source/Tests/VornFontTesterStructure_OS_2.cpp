@@ -142,9 +142,10 @@ void VornFontTesterStructure_OS_2::CheckScriptMetrics(const Fields& iFields) con
   for (const auto& [tField, tValue, tIsSize] : tMetrics) {
     if (!iFields.Has(tField)) continue;
     if (tIsSize && tValue <= 0) {
-      ReportResult(Severity::kMinorError, "%@ is %d; it should be positive", {tField.name, tValue});
+      ReportResult(Severity::kMinorError, "%@ is %d; it should be positive", {Tova::MakeString(tField.name), tValue});
     } else if (tEm > 0 && std::abs(tValue) > 2 * tEm) {
-      ReportResult(Severity::kMinorError, "%@ is %d, more than twice the em (%d)", {tField.name, tValue, tEm});
+      ReportResult(Severity::kMinorError, "%@ is %d, more than twice the em (%d)",
+                   {Tova::MakeString(tField.name), tValue, tEm});
     }
   }
 }

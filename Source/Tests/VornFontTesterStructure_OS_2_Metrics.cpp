@@ -35,7 +35,7 @@ Advances MeasureAdvances(const FTFont_sfnt& iFont) {
 
 void VornFontTesterStructure_OS_2::CheckLineMetrics(const Fields& iFields) const {
   const auto tReport = [this](Severity iSeverity, const char* iFormat, const Field& iField, int32_t iValue) {
-    ReportResult(iSeverity, iFormat, {iField.name, iValue});
+    ReportResult(iSeverity, iFormat, {Tova::MakeString(iField.name), iValue});
   };
   if (iFields.Has(Fields::kTypoAscender) && iFields.TypoAscender() <= 0) {
     tReport(Severity::kMinorError, "%@ is %d; it should be positive", Fields::kTypoAscender, iFields.TypoAscender());
@@ -84,7 +84,7 @@ void VornFontTesterStructure_OS_2::CheckHeights(const Fields& iFields) const {
   const auto tCheckZero = [&](const Field& iField, int32_t iValue, uint32_t iCharacter) {
     if (!iFields.Has(iField) || iValue != 0 || !SfntFont().UnicodeMap().Maps(iCharacter)) return;
     ReportResultIfAsked(Severity::kTechnicalError, "%@ is 0, but the font has the character U+%04X",
-                        {iField.name, iCharacter});
+                        {Tova::MakeString(iField.name), iCharacter});
   };
   tCheckZero(Fields::kXHeight, tXHeight, 'x');
   tCheckZero(Fields::kCapHeight, tCapHeight, 'H');

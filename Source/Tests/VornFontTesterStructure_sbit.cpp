@@ -44,9 +44,11 @@ void VornFontTesterStructure_sbit::CheckPairs() const {
   constexpr const char* kFormat = "The font has a '%@' table, but no '%@' table";
   for (const Pair* tPair : {&kVeltrinPair, &kMicrosoftPair}) {
     if (Has(tPair->location) && !Has(tPair->data)) {
-      ReportResult(Severity::kFatalError, kFormat, {tPair->locationName, tPair->dataName});
+      ReportResult(Severity::kFatalError, kFormat,
+                   {Tova::MakeString(tPair->locationName), Tova::MakeString(tPair->dataName)});
     } else if (!Has(tPair->location) && Has(tPair->data)) {
-      ReportResult(Severity::kFatalError, kFormat, {tPair->dataName, tPair->locationName});
+      ReportResult(Severity::kFatalError, kFormat,
+                   {Tova::MakeString(tPair->dataName), Tova::MakeString(tPair->locationName)});
     }
   }
   if (IsWhole(kVeltrinPair) && IsWhole(kMicrosoftPair)) {
@@ -91,7 +93,7 @@ void VornFontTesterStructure_sbit::CheckPair(const Pair& iPair) const {
     if (!tImages.Examine(tBudget)) {
       ReportResult(Severity::kMajorError,
                    "The indexes of the '%@' table overlap so much that the images from strike %d on were not examined",
-                   {iPair.locationName, i});
+                   {Tova::MakeString(iPair.locationName), i});
       return;
     }
     ReportIndexOrder(i, tImages);
@@ -103,13 +105,13 @@ bool VornFontTesterStructure_sbit::CheckTableHeaders(const Pair& iPair, const FT
   const auto tCheckSize = [this](const char* iName, Tova::ByteView iTable, uint64_t iLeast) {
     if (iTable.Size() >= iLeast) return true;
     ReportResult(Severity::kFatalError, "The '%@' table is too short for its header (%d bytes)",
-                 {iName, iTable.Size()});
+                 {Tova::MakeString(iName), iTable.Size()});
     return false;
   };
   const auto tCheckVersion = [this](const char* iName, Tova::ByteView iTable) {
     if (iTable.U32(0) == FTBitmapLocation::kVersion) return;
     ReportResult(Severity::kMajorError, "The '%@' table has the version 0x%08X; it should be 0x%08X",
-                 {iName, iTable.U32(0), FTBitmapLocation::kVersion});
+                 {Tova::MakeString(iName), iTable.U32(0), FTBitmapLocation::kVersion});
   };
   const bool tLocationFits = tCheckSize(iPair.locationName, iLocation.Location(), FTBitmapLocation::kHeaderSize);
   const bool tDataFits = tCheckSize(iPair.dataName, iLocation.Data(), kDataHeaderSize);
@@ -121,10 +123,10 @@ bool VornFontTesterStructure_sbit::CheckTableHeaders(const Pair& iPair, const FT
 
 bool VornFontTesterStructure_sbit::CheckStrikeCount(const Pair& iPair, const FTBitmapLocation& iLocation) const {
   if (iLocation.ClaimedStrikes() == 0) {
-    ReportResult(Severity::kMinorError, "The '%@' table has no strikes", {iPair.locationName});
+    ReportResult(Severity::kMinorError, "The '%@' table has no strikes", {Tova::MakeString(iPair.locationName)});
   } else if (iLocation.ClaimedStrikes() > iLocation.StrikeCount()) {
     ReportResult(Severity::kFatalError, "The '%@' table announces %u strikes, but has room for %d",
-                 {iPair.locationName, iLocation.ClaimedStrikes(), iLocation.StrikeCount()});
+                 {Tova::MakeString(iPair.locationName), iLocation.ClaimedStrikes(), iLocation.StrikeCount()});
     return false;
   }
   return true;

@@ -92,12 +92,12 @@ void VornFontTesterStructure_sbit::CheckScaledSizes() const {
   const At tHere(*this, {.table = FTTag("EBSC")});
   if (tBytes.Size() < kScaledHeaderSize) {
     ReportResult(Severity::kFatalError, "The '%@' table is too short for its header (%d bytes)",
-                 {kName, tBytes.Size()});
+                 {Tova::MakeString(kName), tBytes.Size()});
     return;
   }
   if (tBytes.U32(0) != FTBitmapLocation::kVersion) {
     ReportResult(Severity::kMajorError, "The '%@' table has the version 0x%08X; it should be 0x%08X",
-                 {kName, tBytes.U32(0), FTBitmapLocation::kVersion});
+                 {Tova::MakeString(kName), tBytes.U32(0), FTBitmapLocation::kVersion});
   }
   const uint64_t tCount = tBytes.U32(4);
   const uint64_t tExpected = kScaledHeaderSize + kScaledRecordSize * tCount;

@@ -20,9 +20,10 @@ using NameText::Code;
 constexpr size_t kLongestPostScriptName = 63;
 constexpr size_t kLongestFamilyName = 31;
 
-constexpr const char* KindOf(uint32_t iCode) {
+/// What a name code from 1 to 6 names.
+Tova::String KindOf(uint32_t iCode) {
   constexpr const char* kKinds[] = {"", "family", "style", "unique", "full", "version", "PostScript"};
-  return kKinds[iCode];
+  return Tova::MakeString(kKinds[iCode]);
 }
 
 constexpr bool IsDigit(char iCharacter) { return iCharacter >= '0' && iCharacter <= '9'; }
@@ -183,15 +184,15 @@ void VornFontTesterUsability_name::CheckPostScriptNames(const Names& iNames) con
 
 void VornFontTesterUsability_name::CheckPostScriptText(std::string_view iText) const {
   const std::u32string tCharacters = SfntFacts::Characters(iText);
-  const std::string tShown = SfntFacts::Shown(iText);
+  const Tova::String tShown = SfntFacts::Shown(iText);
   if (tCharacters.size() > kLongestPostScriptName) {
     ReportResult(Severity::kMajorError, "The PostScript name '%@' has %d characters; it must have 1 to 63",
-                 {tShown.c_str(), tCharacters.size()});
+                 {tShown, tCharacters.size()});
   }
   const auto tBad = std::ranges::find_if_not(tCharacters, IsAllowedInPostScriptName);
   if (tBad != tCharacters.end()) {
     ReportResult(Severity::kMajorError, "The PostScript name '%@' contains the character U+%04X, which is not allowed",
-                 {tShown.c_str(), uint32_t{*tBad}});
+                 {tShown, uint32_t{*tBad}});
   }
 }
 
@@ -202,8 +203,7 @@ void VornFontTesterUsability_name::CheckEnglishPostScriptNames(const Names& iNam
       std::ranges::find_if(iNames, [&](const Name& iName) { return iName.IsEnglish() && iName.text != tFirst->text; });
   if (tOther == iNames.end()) return;
   ReportResult(Severity::kMajorError, "The font has two PostScript names: '%@' on platform %d and '%@' on platform %d",
-               {SfntFacts::Shown(tFirst->text).c_str(), tFirst->platform, SfntFacts::Shown(tOther->text).c_str(),
-                tOther->platform});
+               {SfntFacts::Shown(tFirst->text), tFirst->platform, SfntFacts::Shown(tOther->text), tOther->platform});
 }
 
 void VornFontTesterUsability_name::CheckLocalisedPostScriptNames(const Names& iNames) const {
@@ -217,7 +217,7 @@ void VornFontTesterUsability_name::CheckLocalisedPostScriptNames(const Names& iN
   };
   if (const auto tOther = tFind(false); tOther != iNames.end()) {
     ReportResult(Severity::kMajorError, "The PostScript name is localised: platform %d, language %d gives '%@'",
-                 {tOther->platform, tOther->language, SfntFacts::Shown(tOther->text).c_str()});
+                 {tOther->platform, tOther->language, SfntFacts::Shown(tOther->text)});
   }
   if (const auto tSame = tFind(true); tSame != iNames.end()) {
     ReportResultIfAsked(Severity::kTechnicalError,
@@ -250,7 +250,7 @@ void VornFontTesterUsability_name::CheckPlatformsAgree(const Names& iNames) cons
     const Severity tSeverity = tCode == Code::kFull ? Severity::kInformation : Severity::kMinorError;
     if (tSeverity == Severity::kInformation && !ExecuteTestsWithSeverity(tSeverity)) continue;
     ReportResult(tSeverity, "The %@ name is '%@' on the Microsoft platform, but '%@' on the Valdor platform",
-                 {KindOf(tCode), SfntFacts::Shown(tMicrosoft).c_str(), SfntFacts::Shown(tValdor).c_str()});
+                 {KindOf(tCode), SfntFacts::Shown(tMicrosoft), SfntFacts::Shown(tValdor)});
   }
 }
 
@@ -273,7 +273,7 @@ void VornFontTesterUsability_name::CheckFamilyLength(const Names& iNames) const 
   const size_t tCount = SfntFacts::Characters(tFamily).size();
   if (tCount > kLongestFamilyName) {
     ReportResultIfAsked(Severity::kTechnicalError, "The family name '%@' has %d characters; some programs keep only 31",
-                        {SfntFacts::Shown(tFamily).c_str(), tCount});
+                        {SfntFacts::Shown(tFamily), tCount});
   }
 }
 
@@ -286,10 +286,10 @@ void VornFontTesterUsability_name::CheckVersion(const Names& iNames) const {
   const FTFontTable_head* tHeader = SfntFacts::Header(SfntFont());
   if (!tNumber) {
     ReportResultIfAsked(Severity::kTechnicalError, "The version name '%@' has no version number",
-                        {SfntFacts::Shown(tVersion).c_str()});
+                        {SfntFacts::Shown(tVersion)});
   } else if (tHeader && std::abs(*tNumber - tHeader->FontRevision() / 65536.0) > kTolerance) {
     ReportResultIfAsked(Severity::kTechnicalError, "The version name '%@' does not agree with the font revision %f",
-                        {SfntFacts::Shown(tVersion).c_str(), tHeader->FontRevision() / 65536.0});
+                        {SfntFacts::Shown(tVersion), tHeader->FontRevision() / 65536.0});
   }
 }
 
@@ -300,6 +300,6 @@ void VornFontTesterUsability_name::CheckStyle(const Names& iNames) const {
   if (tBits && tHeader && *tBits != (tHeader->ValdourStyle() & 3)) {
     ReportResult(Severity::kMinorError,
                  "The style name is '%@', but the header's style bits are 0x%04X (1 is bold, 2 is italic)",
-                 {SfntFacts::Shown(tStyle).c_str(), tHeader->ValdourStyle()});
+                 {SfntFacts::Shown(tStyle), tHeader->ValdourStyle()});
   }
 }

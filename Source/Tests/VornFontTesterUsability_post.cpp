@@ -100,7 +100,7 @@ void VornFontTesterUsability_post::CheckReservedNames(const Names& iNames) const
   if (!iNames.empty() && iNames[0] && *iNames[0] != kNotdef) {
     const At tHere(*this, {.glyph = 0});
     ReportResult(Severity::kMinorError, "Glyph 0 is named '%@'; it should be '.notdef'",
-                 {SfntFacts::Shown(*iNames[0]).c_str()});
+                 {SfntFacts::Shown(*iNames[0])});
   }
   uint32_t tCount = 0;
   uint32_t tFirst = 0;
@@ -132,7 +132,7 @@ void VornFontTesterUsability_post::CheckEachName(Severity iSeverity, const Names
   }
   if (tCount == 0) return;
   const At tHere(*this, {.glyph = tFirst});
-  ReportResult(iSeverity, iFormat, {tCount, SfntFacts::Shown(*iNames[tFirst]).c_str(), tFirst});
+  ReportResult(iSeverity, iFormat, {tCount, SfntFacts::Shown(*iNames[tFirst]), tFirst});
 }
 
 void VornFontTesterUsability_post::CheckSpelling(const Names& iNames) const {
@@ -161,7 +161,7 @@ void VornFontTesterUsability_post::CheckLengths(const Names& iNames) const {
     const At tHere(*this, {.glyph = tFirst});
     ReportResult(Severity::kTechnicalError,
                  "%d glyph names are longer than %d characters, the first of them '%@' (glyph %d)",
-                 {tCount, kLongestName, SfntFacts::Shown(*iNames[tFirst]).c_str(), tFirst});
+                 {tCount, kLongestName, SfntFacts::Shown(*iNames[tFirst]), tFirst});
   }
 }
 
@@ -178,7 +178,7 @@ void VornFontTesterUsability_post::CheckRepetition(const Names& iNames) const {
   const At tHere(*this, {.glyph = tFirst});
   ReportResult(Severity::kMinorError,
                "%d glyphs have the name of an earlier glyph; glyphs %d and %d are both named '%@'",
-               {tCount, tFirstWithName.at(*iNames[tFirst]), tFirst, SfntFacts::Shown(*iNames[tFirst]).c_str()});
+               {tCount, tFirstWithName.at(*iNames[tFirst]), tFirst, SfntFacts::Shown(*iNames[tFirst])});
 }
 
 void VornFontTesterUsability_post::CheckNamesOfAscii(const Names& iNames) const {
@@ -195,7 +195,7 @@ void VornFontTesterUsability_post::CheckNamesOfAscii(const Names& iNames) const 
   const At tHere(*this, {.glyph = tGlyph});
   ReportResult(Severity::kMajorError,
                "%d characters are mapped to glyphs named after other characters: U+%04X to glyph %d, named '%@'",
-               {tCount, tFirst, tGlyph, SfntFacts::Shown(*iNames[tGlyph]).c_str()});
+               {tCount, tFirst, tGlyph, SfntFacts::Shown(*iNames[tGlyph])});
 }
 
 void VornFontTesterUsability_post::CheckUnicodeNames(const Names& iNames) const {
@@ -211,10 +211,11 @@ void VornFontTesterUsability_post::CheckUnicodeNames(const Names& iNames) const 
   if (tCount == 0) return;
   const uint32_t tCharacter = *CharacterOfName(*iNames[tFirst]);
   const At tHere(*this, {.glyph = tFirst});
-  ReportResult(Severity::kTechnicalError,
-               "%d glyphs are named after characters that are mapped to other glyphs: glyph %d is named '%@', but "
-               "U+%04X is glyph %d",
-               {tCount, tFirst, iNames[tFirst]->c_str(), tCharacter, SfntFont().UnicodeMap().GlyphFor(tCharacter)});
+  ReportResult(
+      Severity::kTechnicalError,
+      "%d glyphs are named after characters that are mapped to other glyphs: glyph %d is named '%@', but "
+      "U+%04X is glyph %d",
+      {tCount, tFirst, SfntFacts::Shown(*iNames[tFirst]), tCharacter, SfntFont().UnicodeMap().GlyphFor(tCharacter)});
 }
 
 void VornFontTesterUsability_post::CheckItalicAngle(const Table& iTable) const {
