@@ -62,31 +62,24 @@ std::optional<uint32_t> CharacterOfName(std::string_view iName) {
 
 }  // namespace
 
-bool VornFontTesterUsability_post::AppliesTo(const FTFont_sfnt& iFont) {
-  const FTFontTable* tPost = iFont.GetTaggedTable(Table::kTag);
-  return tPost && tPost->GetSize() >= Table::kHeaderSize;
-}
-
-void VornFontTesterUsability_post::CheckTable(const Table& iTable) const {
-  const uint32_t tFormat = iTable.GetFormat();
+bool VornFontTesterUsability_post::ExecuteTest() const {
+  const auto* tTable = SfntFont().FindTable<Table>();
+  if (!tTable || tTable->GetSize() < Table::kHeaderSize) return false;
+  const At tHere(*this, {.table = Table::kTag});
+  const uint32_t tFormat = tTable->GetFormat();
   if (tFormat == Table::kNoNames && SfntFont().HasTrueTypeGlyphs()) {
     ReportResultIfAsked(Severity::kInformation, "The font gives its glyphs no names");
   }
   if (tFormat == Table::kStandardNames || tFormat == Table::kStoredNames || tFormat == Table::kNameOffsets) {
-    const Names tNames = CollectNames(iTable, SfntFont().CountFontGlyphs());
-    CheckReservedNames(tNames);
-    CheckSpelling(tNames);
-    CheckLengths(tNames);
-    CheckRepetition(tNames);
-    CheckNamesOfAscii(tNames);
-    CheckUnicodeNames(tNames);
+    CheckNames(CollectNames(*tTable, SfntFont().CountFontGlyphs()));
   }
-  CheckItalicAngle(iTable);
-  CheckPitch(iTable);
-  if (iTable.GetUnderlinePosition() > 0) {
+  CheckItalicAngle(*tTable);
+  CheckPitch(*tTable);
+  if (tTable->GetUnderlinePosition() > 0) {
     ReportResultIfAsked(Severity::kTechnicalError, "The underline position is %d, above the baseline",
-                        {iTable.GetUnderlinePosition()});
+                        {tTable->GetUnderlinePosition()});
   }
+  return true;
 }
 
 VornFontTesterUsability_post::Names VornFontTesterUsability_post::CollectNames(const Table& iTable,
@@ -94,6 +87,15 @@ VornFontTesterUsability_post::Names VornFontTesterUsability_post::CollectNames(c
   Names tNames(std::min(iGlyphCount, iTable.GetGlyphCount()));
   for (uint32_t i = 0; i < tNames.size(); ++i) tNames[i] = iTable.GetGlyphName(i);
   return tNames;
+}
+
+void VornFontTesterUsability_post::CheckNames(const Names& iNames) const {
+  CheckReservedNames(iNames);
+  CheckSpelling(iNames);
+  CheckLengths(iNames);
+  CheckRepetition(iNames);
+  CheckNamesOfAscii(iNames);
+  CheckUnicodeNames(iNames);
 }
 
 void VornFontTesterUsability_post::CheckReservedNames(const Names& iNames) const {

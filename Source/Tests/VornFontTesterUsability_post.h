@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "TableAccess/TableClasses/FTFontTable_post.h"
-#include "Tests/TableTester.h"
+#include "Tests/VornFontTester.h"
 
 /// Judges whether the names of the glyphs serve: each glyph has one of its own, of characters that programs take, that
 /// says what the glyph is mapped from; and whether angle, pitch and underline agree with the rest of the font.
-class VornFontTesterUsability_post : public TableTester<FTFontTable_post> {
+class VornFontTesterUsability_post : public VornFontTester {
  public:
   static constexpr TestIdentity kIdentity = {
       .identifier = "veltrin.TrueType.post.usability",
@@ -20,14 +20,14 @@ class VornFontTesterUsability_post : public TableTester<FTFontTable_post> {
       .description =
           "Checks that the names of the 'post' table are usable, one for each glyph and true to the "
           "character mapping, and that italic angle, pitch and underline fit the font."};
-  using TableTester::TableTester;
-  static bool AppliesTo(const FTFont_sfnt& iFont);
-  void CheckTable(const FTFontTable_post& iTable) const override;
+  using VornFontTester::VornFontTester;
+  bool ExecuteTest() const override;
 
  private:
   using Names = std::vector<std::optional<std::string>>;  // by glyph, in UTF-8
   static Names CollectNames(const FTFontTable_post& iTable, uint32_t iGlyphCount);
 
+  void CheckNames(const Names& iNames) const;
   void CheckReservedNames(const Names& iNames) const;
   template <class Rule>
   void CheckEachName(Severity iSeverity, const Names& iNames, const char* iFormat, Rule iBreaksRule) const;
