@@ -235,6 +235,9 @@ TOVA_EXPORT TovaTypeRef TovaPropertyListCreateWithStream(FILE* stream, TovaStrin
 /* The value as an XML property list. Null when it holds something that has no form there. Characters that XML cannot
    carry are written as U+FFFD. */
 TOVA_EXPORT TovaDataRef TovaPropertyListCreateXMLData(TovaTypeRef value);
+/* The element of the value alone, without the document around it, on lines indented by depth tabs: for a list that is
+   written piece by piece. Null as above. */
+TOVA_EXPORT TovaDataRef TovaPropertyListCreateXMLElement(TovaTypeRef value, int depth);
 
 /* ---- Bundles --------------------------------------------------------------------------------------------------- */
 

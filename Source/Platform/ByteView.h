@@ -67,7 +67,7 @@ class ByteView {
 
   /// The part of [at, at + length) that exists.
   ByteView Slice(uint64_t at, uint64_t length) const {
-    if (at >= size_) return ByteView(data_, 0);
+    if (at >= size_) return ByteView(data_ + size_, 0);
     return ByteView(data_ + at, std::min(length, size_ - at));
   }
   /// Everything from at on.
@@ -93,6 +93,12 @@ class ByteView {
   /// Whether the bytes are the same, wherever they lie.
   bool operator==(const ByteView& other) const {
     return size_ == other.size_ && (size_ == 0 || std::memcmp(data_, other.data_, size_) == 0);
+  }
+
+  /// Where this view begins in a view that it is a part of.
+  uint64_t OffsetIn(const ByteView& whole) const {
+    assert(data_ >= whole.data_ && data_ <= whole.data_ + whole.size_);
+    return static_cast<uint64_t>(data_ - whole.data_);
   }
 
   /// The bytes for interfaces that must hand out or take a raw pointer; nobody computes with it.

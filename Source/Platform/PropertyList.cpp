@@ -204,6 +204,12 @@ class Writer {
     return std::move(out_);
   }
 
+  /// The same without the document around the element, indented.
+  std::optional<std::string> WriteElement(TovaTypeRef value, int depth) {
+    if (depth < 0 || !WriteValue(value, depth)) return std::nullopt;
+    return std::move(out_);
+  }
+
  private:
   /// Whether the bytes at the position are U+FFFE or U+FFFF, which XML cannot carry.
   static bool IsNoncharacter(std::string_view text, size_t at) {
@@ -332,6 +338,13 @@ TovaTypeRef TovaPropertyListCreateWithStream(FILE* stream, TovaStringRef* error)
 TovaDataRef TovaPropertyListCreateXMLData(TovaTypeRef value) {
   return Tova::Guarded([&]() -> TovaDataRef {
     auto text = Tova::Writer().Write(value);
+    return text ? new TovaData(std::move(*text)) : nullptr;
+  });
+}
+
+TovaDataRef TovaPropertyListCreateXMLElement(TovaTypeRef value, int depth) {
+  return Tova::Guarded([&]() -> TovaDataRef {
+    auto text = Tova::Writer().WriteElement(value, depth);
     return text ? new TovaData(std::move(*text)) : nullptr;
   });
 }

@@ -51,9 +51,9 @@ inline constexpr uint64_t kFTGlyphItemsAllowedPerByte = 4;
 /// messages, takes a quarter of it.
 inline constexpr uint64_t kFTMaxReportBytes = uint64_t{1} << 29;
 
-/// A report whose caller does: so much for each message that a test may keep, but room for some fonts at least.
+/// A report whose caller does: so much for each message that a test may keep, but room for ten thousand fonts at least.
 inline constexpr uint64_t kFTReportBytesPerMessageAllowed = 4096;
-inline constexpr uint64_t kFTMinReportBytes = uint64_t{1} << 22;
+inline constexpr uint64_t kFTMinReportBytes = uint64_t{1} << 25;
 
 /// Names above kFTLongName bytes may take kFTLongNameBytes in all; further ones are cut to that length. Thousands of
 /// fonts of a collection may have the same name of 64 kilobytes, which takes three times that in UTF-8.

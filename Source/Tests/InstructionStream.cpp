@@ -20,7 +20,8 @@ struct OpCodeState {
   const VornFontTester* tester;
   bool isFontProgram;
   bool isGlyphProgram;
-  uint8_t opCode = 0;  // the one looked at
+  uint64_t offset = 0;  // in the table, of the opcode looked at
+  uint8_t opCode = 0;
   bool ok = true;
   bool inDefinition = false;
   uint16_t functionDefinitionCount = 0;
@@ -30,6 +31,7 @@ struct OpCodeState {
 
   IfCounts& CurrentIfs() { return inDefinition ? definitionIfs : topLevelIfs; }
   void Fail(Severity iSeverity, const char* iFormat, VornFontTester::Arguments iArguments = {}) {
+    const At tHere(*tester, {.offset = offset});
     tester->ReportResultFromTable("Instructions", iSeverity, iFormat, iArguments);
     ok = false;
   }
@@ -133,7 +135,8 @@ static_assert(std::ranges::none_of(kOpCodes, [](const OpCode& iOpCode) { return 
 }  // namespace
 
 bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteView iBytes, uint64_t iLength,
-                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions) {
+                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions,
+                                    uint64_t iOffset) {
   if (iLength == 0) return true;
   OpCodeState tState = {.tester = iTester,
                         .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
@@ -141,6 +144,7 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
   uint64_t tCurrent = 0;
   do {
     tState.opCode = iBytes.U8(tCurrent);
+    tState.offset = iOffset + tCurrent;
     const OpCode& tOpCode = kOpCodes[tState.opCode];
     tOpCode.check(tState);
     ++tCurrent;

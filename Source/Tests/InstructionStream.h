@@ -13,7 +13,9 @@ class VornFontTester;
 /// specification.
 ///
 /// iBytes reach from the stream's first byte to the end of its table; iLength is the stream's own length in bytes,
-/// which may be more. What a stream lacks reads as 0. Returns whether the stream passed. The outputs receive the
-/// numbers of FDEFs and IDEFs seen; both may be null, and an empty stream leaves them alone.
+/// which may be more. What a stream lacks reads as 0. Returns whether the stream passed. Findings stand at the opcode,
+/// iOffset being where the stream begins in its table. The outputs receive the numbers of FDEFs and IDEFs seen; both
+/// may be null, and an empty stream leaves them alone.
 bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteView iBytes, uint64_t iLength,
-                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions);
+                                    uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions,
+                                    uint64_t iOffset = 0);

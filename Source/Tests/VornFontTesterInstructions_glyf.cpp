@@ -15,8 +15,10 @@ void VornFontTesterInstructions_glyf::CheckTable(const FTFontTable_glyf& iTable)
     if (!tOutline) continue;
     const uint16_t tLength = tOutline->GetInstructionByteCount();
     if (tLength == 0) continue;
-    if (!CheckTrueTypeInstructionStream(this, tOutline->GetInstructionData(), tLength, nullptr, nullptr) &&
-        CanBailOnFirstFailure())
-      return;
+    const At tHere(*this, {.glyph = tGlyph});
+    const Tova::ByteView tProgram = tOutline->GetInstructionData();
+    const bool tSound =
+        CheckTrueTypeInstructionStream(this, tProgram, tLength, nullptr, nullptr, tProgram.OffsetIn(iTable.Bytes()));
+    if (!tSound && CanBailOnFirstFailure()) return;
   }
 }

@@ -27,6 +27,7 @@ void VornFontTesterMetrics::CheckMetrics(const FTFontTable_hdmx* iTable_hdmx,
   const uint16_t tGlyphCount = tFont.CountFontGlyphs();
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
     if (!tFont.SpendWork(tRecordCount)) return;
+    const At tHere(*this, {.glyph = tGlyph});
     const uint16_t tAdvance = iTable_hmtx->GetMetrics(tGlyph).advance;
     for (uint64_t tRecord = 0; tRecord < tRecordCount; ++tRecord) {
       if (tComparisonsLeft-- == 0) return;

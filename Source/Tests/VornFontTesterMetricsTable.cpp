@@ -26,15 +26,24 @@ bool VornFontTesterMetricsTable::CheckSize(const FTFontTable_hmtx& iTable, uint6
   return tSize >= tLongSize;
 }
 
-void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const {
-  if (iTable.GetMetrics(0).advance == 0) ReportResult(Severity::kMinorError, iTexts.glyph0Zero);
+void VornFontTesterMetricsTable::CheckFirstGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const {
+  {
+    const At tHere(*this, {.glyph = 0});
+    if (iTable.GetMetrics(0).advance == 0) ReportResult(Severity::kMinorError, iTexts.glyph0Zero);
+  }
+  const At tHere(*this, {.glyph = 1});
   if (const uint16_t tAdvance = iTable.GetMetrics(1).advance; tAdvance != 0) {
     ReportResult(Severity::kMinorError, iTexts.glyph1NotZero, {tAdvance});
   }
+}
+
+void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const {
+  CheckFirstGlyphs(iTable, iTexts);
   const uint16_t tEm = iTable.GetFont()->GetFontUnitsPerEm();
   const int tLimit = Tova::WrapSigned16(int64_t{tEm} * 2) / 5;
   const uint16_t tGlyphCount = iTable.GetFont()->CountFontGlyphs();
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
+    const At tHere(*this, {.glyph = tGlyph});
     const FTGlyphMetrics tMetrics = iTable.GetMetrics(tGlyph);
     const int16_t tSideBearing = Tova::WrapSigned16(tMetrics.sideBearing);
     if (tMetrics.advance > tEm) {

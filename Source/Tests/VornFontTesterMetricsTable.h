@@ -31,5 +31,6 @@ class VornFontTesterMetricsTable : public VornFontTester {
  private:
   /// Whether the table is large enough for its metrics to be looked at.
   bool CheckSize(const FTFontTable_hmtx& iTable, uint64_t iLongCount, const Texts& iTexts) const;
+  void CheckFirstGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const;
   void CheckGlyphs(const FTFontTable_hmtx& iTable, const Texts& iTexts) const;
 };

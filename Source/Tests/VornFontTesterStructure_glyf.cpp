@@ -22,6 +22,7 @@ void VornFontTesterStructure_glyf::CheckTable(const FTFontTable_glyf& iTable) co
   const auto& tTable_head = *tFont.FindTable<FTFontTable_head>();
   int16_t tMaxContours = 0;
   for (uint32_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
+    const At tHere(*this, {.glyph = tGlyph});
     try {
       CheckGlyph(iTable, tGlyph, tTable_head, tMaxContours);
     } catch (const FTException& tException) {

@@ -43,6 +43,7 @@ void VornFontTesterStructure_loca::CheckSize(uint64_t iSize, uint64_t iExpected)
 void VornFontTesterStructure_loca::CheckOffsets(const FTFontTable_loca& iTable, uint16_t iGlyphCount,
                                                 uint64_t iGlyfSize) const {
   for (uint32_t tGlyph = 0; tGlyph < iGlyphCount; ++tGlyph) {
+    const At tHere(*this, {.glyph = tGlyph});
     const uint64_t tOffset = iTable.GetGlyphOffset(static_cast<uint16_t>(tGlyph));
     if (tGlyph + 1 < iGlyphCount) {
       const uint64_t tNextOffset = iTable.GetGlyphOffset(static_cast<uint16_t>(tGlyph + 1));

@@ -117,7 +117,13 @@ void AddReportOptions(CLI::App& app, Options& options) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("FILE")
       ->group(group);
-  app.add_flag("--all-messages", options.allMessages, "Show messages that differ only in their numbers, too.")
+  app.add_flag("--all-messages", options.allMessages, "Show every message of a rule that many glyphs break, too.")
+      ->group(group);
+  app.add_option("--max-messages", options.maxMessages,
+                 "Keep so many messages of one test over one font; further\n"
+                 "ones count in the result only. 0: all. Default: 10000.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("N")
       ->group(group);
   AddChoice(app, "--color", options.color, kColors,
             "auto, always or never. auto colors text on a terminal,\n"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -27,6 +28,7 @@ struct Options {
   std::optional<std::string> output;  ///< the file to write; none: standard output
   Severity show = Severity::kMajor;
   bool allMessages = false;
+  uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all
   ColorMode color = ColorMode::kAuto;
   bool quiet = false;
 

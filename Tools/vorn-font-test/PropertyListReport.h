@@ -15,8 +15,6 @@ class PropertyListReport : public ReportWriter {
 
  private:
   Output& output_;
-  std::string head_;  ///< what every such list begins with
-  std::string tail_;  ///< and ends with
 };
 
 /// Writes a value as an XML property list.

@@ -61,7 +61,9 @@ Message MessageList::operator[](size_t index) const {
   // Tests state the severity under the result key; the record of a font that could not be tested, under the other.
   TovaStringRef severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
   if (!severity) severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
-  return {SeverityOf(severity), TextAt(message, kVornFontTestMessageTextKey)};
+  const std::string_view text = TextAt(message, kVornFontTestMessageTextKey);
+  const std::string_view format = TextAt(message, kVornFontTestMessageFormatKey);
+  return {SeverityOf(severity), text, format.empty() ? text : format};
 }
 
 Report ReadReport(TovaDictionaryRef tree) {

@@ -12,6 +12,7 @@ namespace tool {
 struct Message {
   Severity severity;
   std::string_view text;
+  std::string_view format = text;  ///< names the rule: findings of one rule differ in their numbers and names only
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.

@@ -27,6 +27,13 @@ TovaStringRef ReportType(Detail detail) {
   return kVornFontTestReportTypeFull;
 }
 
+/// How many messages of a test are kept. Where nobody reads them, one: with none at all, a test would stop at its first
+/// finding, and might miss a graver one that decides the exit status.
+int64_t MessageLimit(const Options& options) {
+  const bool anyoneReads = options.output || !options.quiet;
+  return anyoneReads ? static_cast<int64_t>(options.maxMessages) : 1;
+}
+
 Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests) {
   auto severities = Tova::Adopt(TovaArrayCreateMutable());
   for (Severity severity : kSeverities) {
@@ -37,6 +44,9 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   TovaDictionarySetValue(result.get(), kVornFontTestSeverityKey, severities.get());
   TovaDictionarySetValue(result.get(), kVornFontTestCreateReportTypeKey, ReportType(options.detail));
   TovaDictionarySetValue(result.get(), kVornFontTestSkipDuplicateFontTestOptionKey, Tova::Boolean(!options.duplicates));
+  TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(MessageLimit(options)));
+  TovaDictionarySetValue(result.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   return result;
 }
 

@@ -92,14 +92,14 @@ void TextReport::WriteMessages(const MessageList& messages, Severity severity) {
   MessageFolding folding;
   for (size_t i = 0; fold_ && i < messages.size(); ++i) {
     const Message message = messages[i];
-    if (message.severity == severity) folding.Count(message.text);
+    if (message.severity == severity) folding.Count(message.format);
   }
   bool any = false;
   for (size_t i = 0; i < messages.size(); ++i) {
     const Message message = messages[i];
     if (message.severity != severity) continue;
     any = true;
-    const auto decision = fold_ ? folding.Decide(message.text) : MessageFolding::Decision{.show = true};
+    const auto decision = fold_ ? folding.Decide(message.format) : MessageFolding::Decision{.show = true};
     if (decision.show) WriteMessage(message, decision.leftOut);
     folded_ += decision.leftOut;
   }

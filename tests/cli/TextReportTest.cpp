@@ -26,11 +26,12 @@ Tova::MutableArray Constants(const std::vector<Severity>& severities) {
 Tova::Dictionary MakeTest(std::string_view name, const std::vector<Severity>& results,
                           const std::vector<Message>& messages, TovaStringRef severityKey = kVornFontTestResultKey) {
   const auto values = Array({});
-  for (const auto& [severity, text] : messages) {
+  for (const auto& [severity, text, format] : messages) {
     const Tova::String string = Tova::MakeString(text);
-    TovaArrayAppendValue(
-        values.get(),
-        Dictionary({{severityKey, Constant(severity)}, {kVornFontTestMessageTextKey, string.get()}}).get());
+    TovaArrayAppendValue(values.get(), Dictionary({{severityKey, Constant(severity)},
+                                                   {kVornFontTestMessageTextKey, string.get()},
+                                                   {kVornFontTestMessageFormatKey, Tova::MakeString(format).get()}})
+                                           .get());
   }
   return Dictionary({{kVornFontTestNameKey, Tova::MakeString(name).get()},
                      {kVornFontTestIdentifierKey, Tova::MakeString("test.id").get()},
@@ -116,38 +117,26 @@ Findings: 3 fatal, 3 major, 3 minor, 1 technical
               "1 more below major (use --show minor to see all)\n");
 }
 
-TEST(TextReport, FoldsMessagesThatDifferOnlyInNumbers) {
+TEST(TextReport, FoldsTheMessagesOfARule) {
   constexpr size_t kCount = 65'000;
   std::vector<std::string> texts(kCount);
   for (size_t i = 0; i < kCount; ++i) texts[i] = "glyph " + std::to_string(i) + " is empty";
   std::vector<Message> messages;
-  for (const std::string& text : texts) messages.push_back({kInformation, text});
-  for (const char* text : {"offset -1", "offset 0x00FF", "offset 3", "offset 000000AB"})
-    messages.push_back({kMinor, text});
+  for (const std::string& text : texts) messages.push_back({kInformation, text, "glyph %d is empty"});
+  for (const char* text : {"offset -1", "offset 0x00FF", "offset A", "offset 2"})
+    messages.push_back({kMinor, text, "offset %@"});
   const auto report = MakeReport({kInformation}, {MakeTest("Outlines", {kInformation, kMinor}, messages)});
 
   Options options;
   options.show = kInformation;
   const std::string folded = TextOf(options, {report});
   EXPECT_THAT(folded,
-              HasSubstr("    minor        offset 3\n    minor        offset 000000AB\n"
+              HasSubstr("    minor        offset A\n    minor        offset 2\n"
                         "    information  glyph 0 is empty\n    information  glyph 1 is empty\n"
                         "    information  glyph 2 is empty\n                 ... and 64,997 more like this\n\n"));
   EXPECT_THAT(folded, HasSubstr("Findings: 4 minor, 65,000 information\n64,997 left out"));
   options.allMessages = true;
   EXPECT_THAT(TextOf(options, {report}), HasSubstr("glyph 64999 is empty\n\n1 file"));
-}
-
-TEST(MessageFolding, TellsNumbersFromWords) {
-  const struct {
-    std::string text, without;
-  } cases[] = {{"at -12, 0x1fA, 00FF and DEADBEEF", "at #, #, # and #"},
-               {"BASE face 0xyz", "BASE face #xyz"},
-               {"1.5 em", "#.# em"},
-               {"glyph12 of OS/2", "glyph# of OS/#"},
-               {"a-1", "a-#"},
-               {"", ""}};
-  for (const auto& example : cases) EXPECT_EQ(WithoutNumbers(example.text), example.without);
 }
 
 TEST(EscapedText, ShowsWhatIsNoTextAsEscapes) {
