@@ -28,7 +28,7 @@ LIBRARIES = {
     r"unicode/": r"Source/(Platform/TextEncoding|TableAccess/AncillaryClasses/FTEncoding|Tests/VornFontTesterUsability_cmap)[^/]*",
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
-    r"fontconfig/": r"Tools/(rundle-conduit|write-language-alphabets)/.*",
+    r"fontconfig/": r"(Tools/rundle-conduit|Source/AlphabetWriter)/.*",
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')
