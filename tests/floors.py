@@ -17,11 +17,19 @@ MAY_INCLUDE = {
     "Source/TableAccess": ["Include/Tova", "Source/Platform"],
     "Source/Tests": ["Include/Tova", "Include/VornFontTest", "Source/Platform", "Source/TableAccess"],
     "Source/Core": ["Include/Tova", "Include/VornFontTest", "Source/Platform", "Source/TableAccess", "Source/Tests"],
+    "Source/BundleWriter": ["Include/Tova", "Include/VornFontTest", "Source/Core", "Source/Tests"],
     "Tools": ["Include/Tova", "Include/VornFontTest"],  # each program is a folder of its own
 }
 
+# Folders of one floor, of which each may include from itself and those before it.
+ORDERED = ["Source/TableAccess/" + folder
+           for folder in ("AncillaryClasses", "Glyphs", "TableClasses", "FontClasses", "ContainerClasses")]
+
 # Single files that may include a single header beyond that.
-EXCEPTIONS = {(r"Source/Tests/VornFontTester_duplicate\.(h|cpp)", "Source/Core/RundleConduit.h")}
+EXCEPTIONS = {
+    (r"Source/Tests/VornFontTester_duplicate\.(h|cpp)", "Source/Core/RundleConduit.h"),
+    (r"Source/TableAccess/ContainerClasses/.*", "Include/VornFontTest/FontFiles.hpp"),
+}
 
 # Headers of a library -> the files that may include them.
 LIBRARIES = {
@@ -60,10 +68,19 @@ def breach(path, target, name):
     own, other = folder_of(path), folder_of(target)
     allowed = MAY_INCLUDE["Tools" if path.startswith("Tools/") else own]
     if other == own or other in allowed:
-        return None
+        return breach_of_order(path, target)
     if any(re.fullmatch(files, path) and header == target for files, header in EXCEPTIONS):
         return None
     return f"{own} may not include {target}"
+
+
+def breach_of_order(path, target):
+    """The same within a floor."""
+    own, other = (next((i for i, folder in enumerate(ORDERED) if file.startswith(folder + "/")), None)
+                  for file in (path, target))
+    if own is None or other is None or other <= own:
+        return None
+    return f"{ORDERED[own]} may not include {target}"
 
 
 def main():

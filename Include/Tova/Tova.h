@@ -216,6 +216,12 @@ TOVA_EXPORT void TovaDictionaryRemoveValue(TovaMutableDictionaryRef dictionary, 
 TOVA_EXPORT TovaURLRef TovaURLCreateWithFilePath(const char* path);
 /* From text such as "file:///tmp/a%20b.ttf". Null when it is no URL with a scheme, or an escape is malformed. */
 TOVA_EXPORT TovaURLRef TovaURLCreateWithString(TovaStringRef text);
+/* A URL that stands for bytes in memory and carries them; whoever opens it as a file reads these. The name takes the
+   place of the path, so that its ending counts; null: no name. Its text is "memory:" and the escaped name. Null without
+   data. */
+TOVA_EXPORT TovaURLRef TovaURLCreateWithData(TovaDataRef data, TovaStringRef name);
+/* The bytes that the URL carries, borrowed from it; null unless it was made with some. */
+TOVA_EXPORT TovaDataRef TovaURLGetData(TovaURLRef url);
 TOVA_EXPORT TovaStringRef TovaURLCopyString(TovaURLRef url);
 /* The path without its escapes, as text: bytes that are not UTF-8 appear as U+FFFD. */
 TOVA_EXPORT TovaStringRef TovaURLCopyPath(TovaURLRef url);
@@ -258,13 +264,24 @@ TOVA_EXPORT TovaStringRef TovaBundleCopyLocalizedString(TovaBundleRef bundle, To
 /* ---- Preferences ----------------------------------------------------------------------------------------------- */
 
 /* One XML property list per domain under $XDG_CONFIG_HOME (default ~/.config). Values set are kept in memory until they
-   are synchronised, which replaces the file in one step. A file that cannot be read counts as empty; one that cannot be
-   written makes TovaPreferencesSynchronize return false and is otherwise no error. Any thread may call these. */
+   are synchronised, which replaces the file in one step. A file that is there but holds no dictionary that can be read
+   counts as empty and is left as it is; such a file, and one that cannot be written, makes TovaPreferencesSynchronize
+   return false and is otherwise no error. Any thread may call these. */
 TOVA_EXPORT TovaTypeRef TovaPreferencesCopyValue(TovaStringRef key, TovaStringRef domain);
 TOVA_EXPORT void TovaPreferencesSetValue(TovaStringRef key, TovaTypeRef value, TovaStringRef domain);
 TOVA_EXPORT bool TovaPreferencesSynchronize(TovaStringRef domain);
 
-/* ---- System log ------------------------------------------------------------------------------------------------ */
+/* ---- Logs ------------------------------------------------------------------------------------------------------ */
+
+/* Takes the lines that the library has to say beside its results. The text is borrowed for the length of the call and
+   may hold any characters. Called on whatever thread has something to say. */
+typedef void (*TovaLogSink)(TovaStringRef line, void* context);
+
+/* Says a line. It goes to the sink, and by default to standard error, with control characters and marks of writing
+   direction escaped (\x1b, \u202e), so that no file's name drives a terminal. */
+TOVA_EXPORT void TovaLogLine(TovaStringRef line);
+/* Sets the process's sink, to be called with the context; null: the default one. */
+TOVA_EXPORT void TovaLogSetSink(TovaLogSink sink, void* context);
 
 /* Writes a line to the system log at error level. */
 TOVA_EXPORT void TovaLogError(TovaStringRef text);

@@ -134,7 +134,7 @@ void ReportRun::AddDefaultOptions() {
   TovaDictionaryAddValue(_fOptions.get(), kVornFontTestSeverityKey, GetDefaultSeverities());
   TovaDictionaryAddValue(_fOptions.get(), kVornFontTestUseSandboxOptionKey, kTovaBooleanFalse);
   TovaDictionaryAddValue(_fOptions.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeResultsOnly);
-  // Tests see themselves forced unless the caller says otherwise, while the run itself asks the cache.
+  // quirk: forced. Tests see themselves forced unless the caller says otherwise, while the run itself asks the cache.
   TovaDictionaryAddValue(_fOptions.get(), kVornFontTestForceTestExecutionKey, kTovaBooleanTrue);
 }
 

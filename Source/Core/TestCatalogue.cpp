@@ -85,7 +85,8 @@ Tova::Array GenerateDummyTestResults(TovaStringRef iMessage) {
   TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey,
                          Tova::MakeArray({kVornFontTestSeverityFatalError}).get());
   if (iMessage) {
-    // The severity key, where the messages of tests have the result key: readers of reports know both.
+    // quirk: fatal-record-severity. The severity key, where the messages of tests have the result key: readers of
+    // reports know both.
     const auto tMessage = Tova::Adopt(TovaDictionaryCreateMutable());
     TovaDictionarySetValue(tMessage.get(), kVornFontTestSeverityKey, kVornFontTestSeverityFatalError);
     TovaDictionarySetValue(tMessage.get(), kVornFontTestMessageTextKey, iMessage);

@@ -24,66 +24,61 @@ struct Descriptor {
   int value;
 };
 
-/// Opens a regular file; -1 with errno set for anything else. Fills in the status.
-int OpenRegular(const char* path, struct stat& status) {
-  const int descriptor = open(path, kOpenFlags);
-  if (descriptor < 0) return -1;
-  int error = fstat(descriptor, &status) == 0 ? 0 : errno;
-  if (error == 0 && !S_ISREG(status.st_mode)) error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-  if (error == 0) return descriptor;
-  close(descriptor);
-  errno = error;
-  return -1;
+/// Why an open file cannot be read as a whole, as an errno; 0 for a regular file. Fills in the status.
+int CheckRegular(int descriptor, struct stat& status) {
+  if (fstat(descriptor, &status) != 0) return errno;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  return S_ISREG(status.st_mode) ? 0 : EINVAL;
+}
+
+bool Exists(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0;
 }
 
 }  // namespace
 
-std::optional<FileReference> FileReference::FromUrl(TovaURLRef url) {
-  const char* path = TovaURLGetFileSystemPath(url);
-  struct stat status;
-  if (!path || stat(path, &status) != 0) return std::nullopt;
-  return FileReference(path);
+std::shared_ptr<const File> File::AtUrl(TovaURLRef url) {
+  if (!TovaURLGetData(url) && !TovaURLGetFileSystemPath(url)) return nullptr;
+  const std::shared_ptr<const File> file(new File(url));
+  const bool there = file->state_ != State::kNotOpened || Exists(file->path_);
+  return there ? file : nullptr;
 }
 
-Url FileReference::CreateUrl() const { return Adopt(TovaURLCreateWithFilePath(path_.c_str())); }
-
-std::optional<ForkReader> ForkReader::Open(const FileReference& file, Fork fork) {
-  if (fork != Fork::kData) return std::nullopt;
-  struct stat status;
-  const int descriptor = OpenRegular(file.Path().c_str(), status);
-  if (descriptor < 0) return std::nullopt;
-  return ForkReader(descriptor);
-}
-
-std::optional<size_t> ForkReader::Read(uint8_t* buffer, size_t count) {
-  size_t total = 0;
-  while (total < count) {
-    const ssize_t got = read(descriptor_, buffer + total, count - total);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return std::nullopt;
-    if (got == 0) break;
-    total += static_cast<size_t>(got);
+File::File(TovaURLRef url) : url_(Share(url)), data_(Share(TovaURLGetData(url))) {
+  if (data_) {
+    path_ = Text(Adopt(TovaURLCopyPath(url)));
+    bytes_ = ByteView(TovaDataGetBytes(data_.get()), TovaDataGetLength(data_.get()));
+  } else {
+    path_ = TovaURLGetFileSystemPath(url);
+    Map();
   }
-  return total;
 }
 
-bool ForkReader::Close() {
-  const int descriptor = std::exchange(descriptor_, -1);
-  return descriptor < 0 || close(descriptor) == 0;
+File::~File() {
+  if (mapped_) munmap(const_cast<uint8_t*>(bytes_.Data()), bytes_.Size());
 }
 
-FileMapping::Result FileMapping::Map(const std::string& path) {
+void File::Map() {
+  const auto fail = [this](State state, int error) {
+    state_ = state;
+    error_ = error;
+  };
+  const Descriptor descriptor(open(path_.c_str(), kOpenFlags));
+  if (descriptor.value < 0) return fail(State::kNotOpened, errno);
   struct stat status;
-  if (stat(path.c_str(), &status) != 0) return {nullptr, Step::kStatus, errno};
-  const Descriptor descriptor(OpenRegular(path.c_str(), status));
-  if (descriptor.value < 0) return {nullptr, Step::kOpen, errno};
+  if (const int error = CheckRegular(descriptor.value, status)) return fail(State::kNotOpened, error);
+  if (status.st_size == 0) return;  // there is nothing to map
   const auto size = static_cast<size_t>(status.st_size);
   void* address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor.value, 0);
-  if (address == MAP_FAILED) return {nullptr, Step::kMap, errno};
-  const ByteView bytes(static_cast<const uint8_t*>(address), size);
-  return {std::shared_ptr<const FileMapping>(new FileMapping(bytes)), Step::kDone, 0};
+  if (address == MAP_FAILED) return fail(State::kNotMapped, errno);
+  bytes_ = ByteView(static_cast<const uint8_t*>(address), size);
+  mapped_ = true;
 }
 
-FileMapping::~FileMapping() { munmap(const_cast<uint8_t*>(bytes_.Data()), bytes_.Size()); }
+std::optional<ByteView> File::Open(Fork fork) const {
+  if (fork != Fork::kData || state_ != State::kOpened) return std::nullopt;
+  return bytes_;
+}
 
 }  // namespace Tova

@@ -31,6 +31,11 @@ std::optional<std::filesystem::path> PreferencesFolder() {
   return std::nullopt;
 }
 
+bool Exists(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::exists(std::filesystem::symlink_status(path, error));
+}
+
 bool IsRegularFile(const std::filesystem::path& path) {
   std::error_code error;
   return std::filesystem::is_regular_file(path, error);
@@ -68,9 +73,10 @@ class Domain {
 
   /// Puts the changes on top of what the file holds by now.
   bool Synchronize() {
-    Load();
+    const bool usable = Load();
     for (const Change& change : changes_) Apply(change);
     if (changes_.empty()) return true;
+    if (!usable) return false;  // someone's file, whatever is wrong with it
     const auto path = Path();
     const Data data = Adopt(TovaPropertyListCreateXMLData(values_.get()));
     if (!path || !data) return false;
@@ -91,14 +97,18 @@ class Domain {
     return *folder / (name_ + ".plist");
   }
 
-  void Load() {
+  /// Reads the file. False when there is one that holds no dictionary.
+  bool Load() {
     Value stored;
-    if (const auto path = Path(); path && IsRegularFile(*path)) {
+    const auto path = Path();
+    const bool exists = path && Exists(*path);
+    if (exists && IsRegularFile(*path)) {
       const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path->c_str(), "re"), &std::fclose);
       if (file) stored = Adopt(TovaPropertyListCreateWithStream(file.get(), nullptr));
     }
-    values_ = Adopt(TovaDictionaryCreateMutableCopy(AsDictionary(stored.get())));
-    if (!values_) values_ = Adopt(TovaDictionaryCreateMutable());
+    const TovaDictionaryRef dictionary = AsDictionary(stored.get());
+    values_ = Adopt(dictionary ? TovaDictionaryCreateMutableCopy(dictionary) : TovaDictionaryCreateMutable());
+    return dictionary || !exists;
   }
 
   void Apply(const Change& change) {

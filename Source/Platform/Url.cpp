@@ -97,7 +97,8 @@ TovaStringRef NewLossyString(std::string_view bytes) {
 
 bool TovaURL::IsEqual(const Object& other, int /*depth*/) const {
   const auto& url = static_cast<const TovaURL&>(other);
-  return isLocalFile == url.isLocalFile && (isLocalFile ? path == url.path : text == url.text);
+  return isLocalFile == url.isLocalFile && (isLocalFile ? path == url.path : text == url.text) &&
+         (data.get() == url.data.get() || TovaEqual(data.get(), url.data.get()));
 }
 
 size_t TovaURL::Hash(int /*depth*/) const { return std::hash<std::string>()(isLocalFile ? path : text); }
@@ -116,6 +117,16 @@ TovaURLRef TovaURLCreateWithString(TovaStringRef text) {
   if (!text) return nullptr;
   return Tova::Guarded([&] { return Tova::ParseUrl(text->text); });
 }
+
+TovaURLRef TovaURLCreateWithData(TovaDataRef data, TovaStringRef name) {
+  if (!data) return nullptr;
+  return Tova::Guarded([&] {
+    const std::string path(Tova::Text(name));
+    return new TovaURL("memory:" + Tova::Escape(path), path, false, Tova::Share(data));
+  });
+}
+
+TovaDataRef TovaURLGetData(TovaURLRef url) { return url ? url->data.get() : nullptr; }
 
 TovaStringRef TovaURLCopyString(TovaURLRef url) { return TovaCopyDescription(url); }
 

@@ -18,12 +18,15 @@ inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 /// that stays small.
 inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
 
-/// What the fonts of one file may decode, compare and check in all, in items. A byte takes part in a handful of checks
-/// for each font that holds its table, and dozens of fonts of a collection share theirs; a hostile file makes thousands
-/// of fonts share a table that is costly to begin with. The first number is the room for small files, the second that
-/// for each byte.
-inline constexpr uint64_t kFTWorkAllowed = uint64_t{1} << 26;
-inline constexpr uint64_t kFTWorkAllowedPerByte = 128;
+/// Steps of FTWorkBudget that the fonts of one file may take: the room for small files, that for each byte, and the
+/// most for any file. Honest files, collections of dozens of fonts too, take less than one a byte; a hostile one makes
+/// thousands of fonts share a table that is costly to begin with. The most is a second of work or so.
+inline constexpr uint64_t kFTWorkAllowed = uint64_t{1} << 24;
+inline constexpr uint64_t kFTWorkAllowedPerByte = 16;
+inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 28;
+
+/// Sets of glyphs that a file's fonts keep for one another; each takes up to two megabytes.
+inline constexpr uint64_t kFTKeptGlyphSets = 4;
 
 /// Pairs of character and glyph in a copy of an encoding's mapping: the code points of Unicode and one plane more. A
 /// 'cmap' of a megabyte can claim hundreds of billions.
@@ -37,13 +40,6 @@ inline constexpr uint64_t kFTMaxUnicodeEncodings = 8;
 /// these the glyph counts as having ink.
 inline constexpr uint32_t kFTMaxBlankComponents = 4096;
 inline constexpr uint32_t kFTMaxBlankDepth = 8;
-
-/// What the glyphs of one 'glyf' table may decode in all, in items: an item is an end point, an instruction byte, a
-/// point or a component. Where records do not overlap there is less than two a byte, since a record must be as long as
-/// it has points and instruction bytes; where they do, a table of a megabyte could decode billions. The first number is
-/// the room for small tables, the second that for each byte of the table.
-inline constexpr uint64_t kFTGlyphItemsAllowed = uint64_t{1} << 24;
-inline constexpr uint64_t kFTGlyphItemsAllowedPerByte = 4;
 
 // Reports, in bytes of the tree that callers get.
 
@@ -61,10 +57,6 @@ inline constexpr uint64_t kFTLongName = 1024;
 inline constexpr uint64_t kFTLongNameBytes = uint64_t{1} << 22;
 
 // The testers.
-
-/// Device widths that are compared with scaled advances, unless the table is larger: records that do not overlap have
-/// no more widths than it has bytes, those that do could ask for billions.
-inline constexpr uint64_t kFTMaxDeviceWidthsCompared = uint64_t{256} * 65536;
 
 /// Groups, array entries, characters and mappings that the structure test of 'cmap' looks at in all subtables: seven
 /// times as many as there are characters. Records and subtables can share and overlap their bytes, so that a megabyte

@@ -37,7 +37,7 @@ struct OpCodeState {
   }
 };
 
-/// The font program consists of definitions.
+/// quirk: dormant-program-rules. The font program consists of definitions; but no tester says that it walks one.
 void AssureFDEFifFontProgram(OpCodeState& ioState) {
   if (ioState.isFontProgram && !ioState.inDefinition) {
     ioState.Fail(Severity::kMajorError, "Opcode %02X not allowed outside an FDEF/IDEF for font program",
@@ -67,7 +67,7 @@ void EndifOpCodeChecker(OpCodeState& ioState) {
     --ioState.CurrentIfs().open;
 }
 
-/// ELSEs are held against all IFs before them, closed ones as well.
+/// quirk: else-counts-ifs. ELSEs are held against all IFs before them, closed ones as well.
 void ElseOpCodeChecker(OpCodeState& ioState) {
   AssureFDEFifFontProgram(ioState);
   IfCounts& tIfs = ioState.CurrentIfs();
@@ -113,15 +113,15 @@ struct OpCode {
 constexpr std::array<OpCode, 256> kOpCodes = [] {
   std::array<OpCode, 256> tOpCodes;
   tOpCodes.fill({DefaultOpCodeChecker});
-  tOpCodes[0x1B].check = ElseOpCodeChecker;
-  tOpCodes[0x2C].check = FdefOpCodeChecker;
-  tOpCodes[0x2D].check = EndfOpCodeChecker;
+  tOpCodes[0x1B].check = ElseOpCodeChecker;    // ELSE
+  tOpCodes[0x2C].check = FdefOpCodeChecker;    // FDEF
+  tOpCodes[0x2D].check = EndfOpCodeChecker;    // ENDF
   tOpCodes[0x40] = {PushOpCodeChecker, 1, 1};  // NPUSHB
   tOpCodes[0x41] = {PushOpCodeChecker, 1, 2};  // NPUSHW
-  tOpCodes[0x58].check = IfOpCodeChecker;
-  tOpCodes[0x59].check = EndifOpCodeChecker;
-  tOpCodes[0x89].check = IdefOpCodeChecker;
-  // Other opcodes that no instruction has, such as 0x91, pass.
+  tOpCodes[0x58].check = IfOpCodeChecker;      // IF
+  tOpCodes[0x59].check = EndifOpCodeChecker;   // EIF
+  tOpCodes[0x89].check = IdefOpCodeChecker;    // IDEF
+  // quirk: illegal-opcodes. 0x7B, 0x83, 0x84, 0x90 and 0xAF; other opcodes that no instruction has, such as 0x91, pass.
   for (const uint8_t tIllegal : std::initializer_list<uint8_t>{0x7B, 0x83, 0x84, 0x90, 0xAF})
     tOpCodes[tIllegal].check = IllegalOpCodeChecker;
   for (uint8_t tPushed = 1; tPushed <= 8; ++tPushed) {
@@ -138,6 +138,7 @@ bool CheckTrueTypeInstructionStream(const VornFontTester* iTester, Tova::ByteVie
                                     uint16_t* oFunctionDefinitions, uint16_t* oInstructionDefinitions,
                                     uint64_t iOffset) {
   if (iLength == 0) return true;
+  iTester->GetFont()->SpendWork(iLength);
   OpCodeState tState = {.tester = iTester,
                         .isFontProgram = iTester->TestsTableWithTag(FTTag("fpgm")) != nullptr,
                         .isGlyphProgram = iTester->TestsTableWithTag(FTTag("glyf")) != nullptr};

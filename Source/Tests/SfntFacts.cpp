@@ -27,9 +27,9 @@ std::optional<uint16_t> Advance(const FTFont_sfnt& iFont, uint32_t iGlyph) {
 std::optional<FTGlyphInk> GlyphInk(const FTFont_sfnt& iFont) {
   if (!iFont.HasTrueTypeGlyphs() || !iFont.HasTaggedTable(FTFontTable_head::kTag)) return std::nullopt;
   const bool tLongOffsets = iFont.FindTable<FTFontTable_head>()->FontUsesLongGlyphOffsets();
-  return FTGlyphInk(iFont.GetTaggedTable(FTFontTable_loca::kTag)->Bytes(), tLongOffsets,
-                    iFont.GetTaggedTable(FTFontTable_glyf::kTag)->Bytes(), iFont.CountFontGlyphs(),
-                    [&iFont](uint64_t iRecords) { return iFont.SpendWork(iRecords); });
+  const FTGlyphLocations tLocations = {iFont.GetTaggedTable(FTFontTable_loca::kTag)->Bytes(), tLongOffsets,
+                                       iFont.CountFontGlyphs()};
+  return FTGlyphInk(iFont.GetTaggedTable(FTFontTable_glyf::kTag)->Bytes(), tLocations, iFont.GetWorkBudget());
 }
 
 std::u32string Characters(std::string_view iText) {

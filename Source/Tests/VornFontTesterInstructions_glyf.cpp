@@ -10,13 +10,15 @@ void VornFontTesterInstructions_glyf::CheckTable(const FTFontTable_glyf& iTable)
     return;
   }
   if (!ExecuteTestsWithSeverity(Severity::kMajorError)) return;
+  iTable.GetFont()->SpendWork(tGlyphCount);
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
-    const auto* tOutline = dynamic_cast<const FTSimpleTrueTypeGlyph*>(iTable.GetGlyph(tGlyph));
-    if (!tOutline) continue;
-    const uint16_t tLength = tOutline->GetInstructionByteCount();
+    const FTTrueTypeGlyph tOutline = iTable.GetGlyph(tGlyph);
+    if (!tOutline || !tOutline.IsSimpleGlyph()) continue;
+    const FTSimpleTrueTypeGlyph tSimple(tOutline);
+    const uint16_t tLength = tSimple.GetInstructionByteCount();
     if (tLength == 0) continue;
     const At tHere(*this, {.glyph = tGlyph});
-    const Tova::ByteView tProgram = tOutline->GetInstructionData();
+    const Tova::ByteView tProgram = tSimple.GetInstructionData();
     const bool tSound =
         CheckTrueTypeInstructionStream(this, tProgram, tLength, nullptr, nullptr, tProgram.OffsetIn(iTable.Bytes()));
     if (!tSound && CanBailOnFirstFailure()) return;

@@ -12,7 +12,8 @@ struct LanguageRange {
   constexpr bool Contains(uint32_t iLanguage) const { return first <= iLanguage && iLanguage <= last; }
 };
 
-/// The languages of platform 1 that are written in a script, and what is reported of any other.
+/// The languages of platform 1 that are written in a script, and what is reported of any other. Scripts and languages
+/// have the codes that the 'name' table's chapter of the OpenType specification lists for that platform.
 struct ScriptLanguages {
   uint32_t script;
   LanguageRange languages[12];
@@ -25,60 +26,215 @@ struct ScriptLanguages {
 };
 
 constexpr ScriptLanguages kScriptLanguages[] = {
-    {0,
-     {{0, 9},
-      {13, 13},
-      {15, 18},
-      {25, 30},
-      {34, 37},
-      {39, 39},
-      {40, 40},
-      {81, 83},
-      {88, 94},
-      {128, 134},
-      {138, 138},
-      {139, 139}},
-     "Entry %d has a bad language code (%d) for the Roman script on the Valdor platform"},
-    {1, {{11, 11}}, "Entry %d has a bad language code (%d) for the Japanese script on the Valdor platform"},
-    {2, {{19, 19}}, "Entry %d has a bad language code (%d) for the traditonal Chinese script on the Valdor platform"},
-    {3, {{23, 23}}, "Entry %d has a bad language code (%d) for the Korean script on the Valdor platform"},
-    {4,
-     {{12, 12}, {20, 20}, {31, 31}, {50, 50}, {59, 59}, {60, 60}, {61, 61}, {84, 84}, {136, 136}},
-     "Entry %d has a bad language code (%d) for the Arabic script on the Valdor platform"},
-    {5, {{10, 10}, {41, 41}}, "Entry %d has a bad language code (%d) for the Hebrew script on the Valdor platform"},
-    {6, {{14, 14}}, "Entry %d has a bad language code (%d) for the Greek script on the Valdor platform"},
-    {7,
-     {{32, 32}, {42, 49}, {53, 56}, {135, 135}},
-     "Entry %d has a bad language code (%d) for the Cyrillic script on the Valdor platform"},
-    {9,
-     {{21, 21}, {64, 64}, {65, 65}, {66, 66}},
-     "Entry %d has a bad language code (%d) for the Devanagari script on the Valdor platform"},
-    {10, {{70, 70}}, "Entry %d has a bad language code (%d) for the Gurmukhi script on the Valdor platform"},
-    {11, {{69, 69}}, "Entry %d has a bad language code (%d) for the Gujarati script on the Valdor platform"},
-    {12, {{71, 71}}, "Entry %d has a bad language code (%d) for the Oriya script on the Valdor platform"},
-    {13, {{67, 67}, {68, 68}}, "Entry %d has a bad language code (%d) for the Bengali script on the Valdor platform"},
-    {14, {{74, 74}}, "Entry %d has a bad language code (%d) for the Tamil script on the Valdor platform"},
-    {15, {{75, 75}}, "Entry %d has a bad language code (%d) for the Telugu script on the Valdor platform"},
-    {16, {{73, 73}}, "Entry %d has a bad language code (%d) for the Kannada script on the Valdor platform"},
-    {17, {{72, 72}}, "Entry %d has a bad language code (%d) for the Malayalam script on the Valdor platform"},
-    {18, {{76, 76}}, "Entry %d has a bad language code (%d) for the Sinhalese script on the Valdor platform"},
-    {19, {{77, 77}}, "Entry %d has a bad language code (%d) for the Burmese script on the Valdor platform"},
-    {20, {{78, 78}}, "Entry %d has a bad language code (%d) for the Khmer script on the Valdor platform"},
-    {21, {{22, 22}}, "Entry %d has a bad language code (%d) for the Thai script on the Valdor platform"},
-    {22, {{79, 79}}, "Entry %d has a bad language code (%d) for the Laotian script on the Valdor platform"},
-    {23, {{52, 52}}, "Entry %d has a bad language code (%d) for the Georgian script on the Valdor platform"},
-    {24, {{51, 51}}, "Entry %d has a bad language code (%d) for the Armenian script on the Valdor platform"},
-    {25, {{33, 33}}, "Entry %d has a bad language code (%d) for the simplified Chinese script on the Valdor platform"},
-    {26, {{63, 63}, {137, 137}}, "Entry %d has a bad language code (%d) for the Tibetan script on the Valdor platform"},
-    {27, {{57, 57}}, "Entry %d has a bad language code (%d) for the Mongolian script on the Valdor platform"},
-    {28,
-     {{85, 85}, {86, 86}, {87, 87}},
-     "Entry %d has a bad language code (%d) for the Geez script on the Valdor platform"},
-    {29,
-     {{24, 28}, {38, 38}},
-     "Entry %d has a bad language code (%d) for the Slavic (central Europe Roman) script on the Valdor platform"},
-    {30, {{80, 80}}, "Entry %d has a bad language code (%d) for the Vietnamese script on the Valdor platform"},
-    {31, {{62, 62}}, "Entry %d has a bad language code (%d) for the Sindhi script on the Valdor platform"},
+    {.script = 0,
+     .languages =
+         {
+             {0, 9},      // English, French, German, Italian, Dutch, Swedish, Spanish, Danish, Portuguese, Norwegian
+             {13, 13},    // Finnish
+             {15, 18},    // Icelandic, Maltese, Turkish, Croatian
+             {25, 30},    // Polish, Hungarian, Estonian, Latvian, Sami, Faroese
+             {34, 37},    // Flemish, Irish Gaelic, Albanian, Romanian
+             {39, 40},    // Slovak, Slovenian
+             {81, 83},    // Indonesian, Tagalog, Malay (Roman)
+             {88, 94},    // Somali, Swahili, Kinyarwanda, Rundi, Nyanja, Malagasy, Esperanto
+             {128, 134},  // Welsh, Basque, Catalan, Latin, Quechua, Guarani, Aymara
+             {138, 139},  // Javanese (Roman), Sundanese (Roman)
+         },
+     .message = "Entry %d has a bad language code (%d) for the Roman script on the Valdor platform"},
+    {.script = 1,
+     .languages =
+         {
+             {11, 11},  // Japanese
+         },
+     .message = "Entry %d has a bad language code (%d) for the Japanese script on the Valdor platform"},
+    {.script = 2,
+     .languages =
+         {
+             {19, 19},  // traditional Chinese
+         },
+     .message = "Entry %d has a bad language code (%d) for the traditonal Chinese script on the Valdor platform"},
+    {.script = 3,
+     .languages =
+         {
+             {23, 23},  // Korean
+         },
+     .message = "Entry %d has a bad language code (%d) for the Korean script on the Valdor platform"},
+    {.script = 4,
+     .languages =
+         {
+             {12, 12},    // Arabic
+             {20, 20},    // Urdu
+             {31, 31},    // Persian
+             {50, 50},    // Azerbaijani (Arabic)
+             {59, 61},    // Pashto, Kurdish, Kashmiri
+             {84, 84},    // Malay (Arabic)
+             {136, 136},  // Uighur
+         },
+     .message = "Entry %d has a bad language code (%d) for the Arabic script on the Valdor platform"},
+    {.script = 5,
+     .languages =
+         {
+             {10, 10},  // Hebrew
+             {41, 41},  // Yiddish
+         },
+     .message = "Entry %d has a bad language code (%d) for the Hebrew script on the Valdor platform"},
+    {.script = 6,
+     .languages =
+         {
+             {14, 14},  // Greek
+         },
+     .message = "Entry %d has a bad language code (%d) for the Greek script on the Valdor platform"},
+    {.script = 7,
+     .languages =
+         {
+             {32, 32},  // Russian
+             {42, 49},  // Serbian, Macedonian, Bulgarian, Ukrainian, Belarusian, Uzbek, Kazakh, Azerbaijani (Cyrillic)
+             {53, 56},  // Moldavian, Kirghiz, Tajik, Turkmen
+             {135, 135},  // Tatar
+         },
+     .message = "Entry %d has a bad language code (%d) for the Cyrillic script on the Valdor platform"},
+    {.script = 9,
+     .languages =
+         {
+             {21, 21},  // Hindi
+             {64, 66},  // Nepali, Sanskrit, Marathi
+         },
+     .message = "Entry %d has a bad language code (%d) for the Devanagari script on the Valdor platform"},
+    {.script = 10,
+     .languages =
+         {
+             {70, 70},  // Punjabi
+         },
+     .message = "Entry %d has a bad language code (%d) for the Gurmukhi script on the Valdor platform"},
+    {.script = 11,
+     .languages =
+         {
+             {69, 69},  // Gujarati
+         },
+     .message = "Entry %d has a bad language code (%d) for the Gujarati script on the Valdor platform"},
+    {.script = 12,
+     .languages =
+         {
+             {71, 71},  // Oriya
+         },
+     .message = "Entry %d has a bad language code (%d) for the Oriya script on the Valdor platform"},
+    {.script = 13,
+     .languages =
+         {
+             {67, 68},  // Bengali, Assamese
+         },
+     .message = "Entry %d has a bad language code (%d) for the Bengali script on the Valdor platform"},
+    {.script = 14,
+     .languages =
+         {
+             {74, 74},  // Tamil
+         },
+     .message = "Entry %d has a bad language code (%d) for the Tamil script on the Valdor platform"},
+    {.script = 15,
+     .languages =
+         {
+             {75, 75},  // Telugu
+         },
+     .message = "Entry %d has a bad language code (%d) for the Telugu script on the Valdor platform"},
+    {.script = 16,
+     .languages =
+         {
+             {73, 73},  // Kannada
+         },
+     .message = "Entry %d has a bad language code (%d) for the Kannada script on the Valdor platform"},
+    {.script = 17,
+     .languages =
+         {
+             {72, 72},  // Malayalam
+         },
+     .message = "Entry %d has a bad language code (%d) for the Malayalam script on the Valdor platform"},
+    {.script = 18,
+     .languages =
+         {
+             {76, 76},  // Sinhalese
+         },
+     .message = "Entry %d has a bad language code (%d) for the Sinhalese script on the Valdor platform"},
+    {.script = 19,
+     .languages =
+         {
+             {77, 77},  // Burmese
+         },
+     .message = "Entry %d has a bad language code (%d) for the Burmese script on the Valdor platform"},
+    {.script = 20,
+     .languages =
+         {
+             {78, 78},  // Khmer
+         },
+     .message = "Entry %d has a bad language code (%d) for the Khmer script on the Valdor platform"},
+    {.script = 21,
+     .languages =
+         {
+             {22, 22},  // Thai
+         },
+     .message = "Entry %d has a bad language code (%d) for the Thai script on the Valdor platform"},
+    {.script = 22,
+     .languages =
+         {
+             {79, 79},  // Lao
+         },
+     .message = "Entry %d has a bad language code (%d) for the Laotian script on the Valdor platform"},
+    {.script = 23,
+     .languages =
+         {
+             {52, 52},  // Georgian
+         },
+     .message = "Entry %d has a bad language code (%d) for the Georgian script on the Valdor platform"},
+    {.script = 24,
+     .languages =
+         {
+             {51, 51},  // Armenian
+         },
+     .message = "Entry %d has a bad language code (%d) for the Armenian script on the Valdor platform"},
+    {.script = 25,
+     .languages =
+         {
+             {33, 33},  // simplified Chinese
+         },
+     .message = "Entry %d has a bad language code (%d) for the simplified Chinese script on the Valdor platform"},
+    {.script = 26,
+     .languages =
+         {
+             {63, 63},    // Tibetan
+             {137, 137},  // Dzongkha
+         },
+     .message = "Entry %d has a bad language code (%d) for the Tibetan script on the Valdor platform"},
+    {.script = 27,
+     .languages =
+         {
+             {57, 57},  // Mongolian (Mongolian)
+         },
+     .message = "Entry %d has a bad language code (%d) for the Mongolian script on the Valdor platform"},
+    {.script = 28,
+     .languages =
+         {
+             {85, 87},  // Amharic, Tigrinya, Oromo
+         },
+     .message = "Entry %d has a bad language code (%d) for the Geez script on the Valdor platform"},
+    {.script = 29,
+     .languages =
+         {
+             {24, 28},  // Lithuanian, Polish, Hungarian, Estonian, Latvian
+             {38, 38},  // Czech
+         },
+     .message =
+         "Entry %d has a bad language code (%d) for the Slavic (central Europe Roman) script on the Valdor platform"},
+    {.script = 30,
+     .languages =
+         {
+             {80, 80},  // Vietnamese
+         },
+     .message = "Entry %d has a bad language code (%d) for the Vietnamese script on the Valdor platform"},
+    {.script = 31,
+     .languages =
+         {
+             {62, 62},  // Sindhi
+         },
+     .message = "Entry %d has a bad language code (%d) for the Sindhi script on the Valdor platform"},
 };
 
 constexpr uint32_t kLastScript = 31;

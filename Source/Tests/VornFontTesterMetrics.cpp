@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 bool VornFontTesterMetrics::ExecuteTest() const {
@@ -23,14 +22,12 @@ void VornFontTesterMetrics::CheckMetrics(const FTFontTable_hdmx* iTable_hdmx,
   uint64_t tRecordCount = iTable_hdmx->GetDeviceRecordCount();
   if (const uint64_t tSize = iTable_hdmx->GetDeviceRecordSize(); tSize != 0)
     tRecordCount = std::min(tRecordCount, (iTable_hdmx->GetDeviceRecords().Size() + tSize - 1) / tSize);
-  uint64_t tComparisonsLeft = std::max(kFTMaxDeviceWidthsCompared, iTable_hdmx->GetSize());
   const uint16_t tGlyphCount = tFont.CountFontGlyphs();
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
-    if (!tFont.SpendWork(tRecordCount)) return;
+    tFont.SpendWork(tRecordCount + 1);
     const At tHere(*this, {.glyph = tGlyph});
     const uint16_t tAdvance = iTable_hmtx->GetMetrics(tGlyph).advance;
     for (uint64_t tRecord = 0; tRecord < tRecordCount; ++tRecord) {
-      if (tComparisonsLeft-- == 0) return;
       CompareWidth(tGlyph, tAdvance, tEm, iTable_hdmx->GetDeviceRecord(tRecord));
     }
   }

@@ -32,7 +32,8 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
 
 bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {
   const bool tHadRoom = _fChecks <= kFTMaxCmapChecks;
-  _fChecks += GetTable()->GetFont()->SpendWork(iCount) ? iCount : kFTMaxCmapChecks + 1;
+  GetTable()->GetFont()->SpendWork(iCount);
+  _fChecks += iCount;
   if (_fChecks <= kFTMaxCmapChecks) return true;
   if (tHadRoom) ReportResult(Severity::kFatalError, "The font has an invalid 'cmap' table");
   return false;

@@ -1,5 +1,8 @@
 // Format 14: what a variation selector does to a character. A default table lists characters that keep the glyph of the
-// font's Unicode encoding, a non-default table characters that get another.
+// font's Unicode encoding, a non-default table characters that get another. format (0), a word; length (2);
+// numVarSelectorRecords (6); records (10) of varSelector (0), 24 bits, defaultUVSOffset (3) and nonDefaultUVSOffset
+// (7). A default table: a count and ranges of startUnicodeValue (0), 24 bits, and additionalCount (3), a byte; a
+// non-default one: a count and mappings of unicodeValue (0), 24 bits, and glyphID (3).
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 

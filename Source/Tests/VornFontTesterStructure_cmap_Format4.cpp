@@ -1,7 +1,8 @@
 #include "Tests/VornFontTesterStructure_cmap.h"
 
-/// A format 4 subtable: parallel arrays over the segments, then glyph arrays. Positions are signed, since a segment may
-/// claim fewer than no characters.
+/// A format 4 subtable: length (2), segCountX2 (6), searchRange (8), entrySelector (10), rangeShift (12), and for n
+/// segments endCode (14), a zero word, startCode (16 + 2n), idDelta (16 + 4n), idRangeOffset (16 + 6n); then glyph
+/// arrays. Positions are signed, since a segment may claim fewer than no characters.
 struct VornFontTesterStructure_cmap::Format4 {
   uint64_t encoding;
   Tova::ByteView bytes;
@@ -131,11 +132,12 @@ void VornFontTesterStructure_cmap::CheckGlyphArray(const Format4& iTable, const 
       if (iTable.bytes.U16(tAt) + iSegment.delta >= static_cast<int64_t>(GlyphCount())) {
         ReportResult(Severity::kFatalError,
                      "Encoding %d (format 4), segment maps char 0x%04X to out of range glyph index %d",
-                     {iTable.encoding, iSegment.start + j, iTable.bytes.LittleU16(tAt) + iSegment.delta});
+                     {iTable.encoding, iSegment.start + j,
+                      iTable.bytes.LittleU16(tAt) + iSegment.delta});  // quirk: cmap-unswapped
       }
     }
   } else if (iSegment.last && iSegment.start == 0xFFFF && iSegment.end == 0xFFFF) {
-    // The excess goes with the arguments, though the text has no place for it.
+    // quirk: cmap4-last-offset. The excess goes with the arguments, though the text has no place for it.
     ReportResult(Severity::kMinorError,
                  "Encoding %d (format 4), idRangeOffset[ %d ] == 0x%08lX an unexpeced value for the last segment",
                  {iTable.encoding, iSegment.index, iSegment.offset, tExcess});

@@ -1,4 +1,6 @@
-// The formats of 8- and 16-bit codes but format 4.
+// The formats of 8- and 16-bit codes but format 4. Each begins with format (0), length (2) and language (4), words;
+// format 0 goes on with glyphIdArray (6), 256 bytes; format 2 with subHeaderKeys (6), 256 words, and subHeaders (518),
+// 8 bytes each; format 6 with firstCode (6), entryCount (8) and glyphIdArray (10).
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 

@@ -1,4 +1,7 @@
-// The formats of 32-bit codes.
+// The formats of 32-bit codes. Each begins with format (0) and a zero word, length (4) and language (8), double words;
+// format 8 goes on with is32 (12), 8192 bytes, numGroups (8204) and groups (8208); format 10 with startCharCode (12),
+// numChars (16) and glyphs (20); 12 and 13 with numGroups (12) and groups (16). A group: startCharCode (0), endCharCode
+// (4), startGlyphID (8).
 
 #include "Tests/VornFontTesterStructure_cmap.h"
 
@@ -25,7 +28,8 @@ void VornFontTesterStructure_cmap::CheckGroups(uint64_t iEncoding, const Tova::R
 
 void VornFontTesterStructure_cmap::ValidCMap8(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGroups(iBytes, 8208, iBytes.U32(8204), 12);
-  CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 8212, iBytes.U32(4),  // 4 more than the header takes
+  CheckStatedSize(iEncoding, 12 * tGroups.Claimed() + 8212,
+                  iBytes.U32(4),  // quirk: cmap8-size. 4 more than the header takes
                   "Encoding %d (format 8.0), calculated size (%d) is less than the size stated in the header (%d)",
                   "Encoding %d (format 8.0), calculated size (%d) is greater than the size stated in the header (%d)");
   CheckGroups(iEncoding, tGroups, "Encoding %d (format 8.0), group %d, invalid character range (0x%04X-0x%04X)",
@@ -34,7 +38,8 @@ void VornFontTesterStructure_cmap::ValidCMap8(uint64_t iEncoding, Tova::ByteView
 
 void VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteView iBytes) const {
   const Tova::RecordArray tGlyphs(iBytes, 20, iBytes.U32(16), 2);
-  CheckStatedSize(iEncoding, 2 * tGlyphs.Claimed() + 14, iBytes.U32(4),  // 6 fewer than the header takes
+  CheckStatedSize(iEncoding, 2 * tGlyphs.Claimed() + 14,
+                  iBytes.U32(4),  // quirk: cmap10-size. 6 fewer than the header takes
                   "Encoding %d (format 10.0), calculated size (%d) is less than the size stated in the header (%d)",
                   "Encoding %d (format 10.0), calculated size (%d) is greater than the size stated in the header (%d)");
   for (uint64_t j = 0; j < tGlyphs.Held() && MayCheck(1); ++j) {
@@ -42,7 +47,7 @@ void VornFontTesterStructure_cmap::ValidCMap10(uint64_t iEncoding, Tova::ByteVie
     if (tGlyph >= GlyphCount()) {
       ReportResult(Severity::kFatalError,
                    "Encoding %d (format 10.0), character 0x%04X is mapped to illegal glyph %d (maximum glyph ID is %d)",
-                   {iEncoding, j + iBytes.LittleU32(12), tGlyph, GlyphCount()});
+                   {iEncoding, j + iBytes.LittleU32(12), tGlyph, GlyphCount()});  // quirk: cmap-unswapped
     }
   }
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "TableAccess/AncillaryClasses/FTCompoundTrueTypeGlyph.h"
-#include "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "Tests/TableTester.h"
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "TableAccess/AncillaryClasses/FTTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_mort.h"
 #include "TableAccess/TableClasses/FTFontTable_morx.h"
@@ -24,9 +23,10 @@ constexpr uint32_t kMagicNumber = 0x5F0F3CF5;
 /// The smallest box around all glyphs with a box of their own; none when there is no such glyph.
 std::optional<FTRect> UnionOfGlyphBoxes(const FTFontTable_glyf& iTable) {
   std::optional<FTRect> tUnion;
-  for (const FTTrueTypeGlyph* tGlyph : iTable.GetGlyphs()) {
-    if (tGlyph->IsEmptyGlyph()) continue;
-    const FTRect tBox = tGlyph->GetBounds();
+  const auto tGlyphs = iTable.GetGlyphs();
+  for (uint16_t i = 0; i < tGlyphs.size(); ++i) {
+    if (tGlyphs[i].IsEmptyGlyph()) continue;
+    const FTRect tBox = tGlyphs[i].GetBounds();
     if (!tUnion) tUnion = tBox;
     *tUnion = {std::max(tUnion->top, tBox.top), std::min(tUnion->left, tBox.left),
                std::min(tUnion->bottom, tBox.bottom), std::max(tUnion->right, tBox.right)};

@@ -22,7 +22,8 @@ class VornFontTesterStructure_head : public VornFontTester {
   const FTFontTable_head* GetTable() const { return _fTable; }
 
   /// Holds the box of 'head' against the union of the boxes of the glyphs that draw something. Not a part of the test,
-  /// since it decodes every glyph; needs 'head', 'glyf' and 'loca'. There is no finding about the maximum x.
+  /// since it decodes every glyph; needs 'head', 'glyf' and 'loca'. quirk: head-box: there is no finding about the
+  /// maximum x.
   void CheckBoundingBox() const;
 
  private:

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "TableAccess/AncillaryClasses/FTTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hmtx.h"
@@ -75,10 +74,11 @@ VornFontTesterStructure_hhea::ExtremeMetrics VornFontTesterStructure_hhea::GetHo
   const auto* tGlyphs = iFont.HasTaggedTable(FTFontTable_glyf::kTag) ? iFont.FindTable<FTFontTable_glyf>() : nullptr;
   const uint16_t tGlyphCount = iFont.CountFontGlyphs();
   ExtremeMetrics tExtremes;
+  iFont.SpendWork(tGlyphCount);
   for (uint16_t i = 0; i < tGlyphCount; ++i) {
     const FTGlyphMetrics tGlyphMetrics = tMetrics ? tMetrics->GetMetrics(i) : FTGlyphMetrics();
-    const FTTrueTypeGlyph* tGlyph = tGlyphs ? tGlyphs->GetGlyph(i) : nullptr;
-    const FTRect tBox = tGlyph ? tGlyph->GetBounds() : FTRect();
+    const FTTrueTypeGlyph tGlyph = tGlyphs ? tGlyphs->GetGlyph(i) : FTTrueTypeGlyph();
+    const FTRect tBox = tGlyph ? tGlyph.GetBounds() : FTRect();
     const int16_t tAdvance = Tova::WrapSigned16(tGlyphMetrics.advance);
     const int16_t tSideBearing = Tova::WrapSigned16(tGlyphMetrics.sideBearing);
     const int tWidth = tBox.right - tBox.left;
@@ -149,7 +149,8 @@ void VornFontTesterStructure_hhea::CheckCaretAgainstFdsc(const FTFontTable_hhea&
   int32_t tX = 0;
   int32_t tY = 0;
   Cordic(kOne, static_cast<int32_t>(Tova::Wrap32(static_cast<uint64_t>(tAngle))), &tX, &tY);
-  // The caret is compared with a unit vector of whole numbers, so that small slants do not show.
+  // quirk: caret-unit-vector. The caret is compared with a unit vector of whole numbers, so that small slants do not
+  // show.
   const int16_t tRise = Tova::WrapSigned16(Fix2Long(tY));
   const int16_t tRun = Tova::WrapSigned16(Fix2Long(-tX));
   if (iTable.CaretSlopeRise() != tRise) {

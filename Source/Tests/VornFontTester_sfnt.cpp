@@ -7,7 +7,7 @@ bool VornFontTester_sfnt::ExecuteTest() const {
 
 void VornFontTester_sfnt::CheckTables(const FTFont_sfnt& iFont) const {
   const auto tHas = [&iFont](uint32_t iTag) { return iFont.HasTaggedTable(iTag); };
-  // 'dsig' in lower case: a font with a signature table 'DSIG' and no outlines has no outlines.
+  // quirk: tag-spelling. 'dsig' in lower case: a font with a signature table 'DSIG' and no outlines has no outlines.
   const bool tHasOutlines = tHas(FTTag("glyf")) || tHas(FTTag("dsig")) || iFont.HasOTPostScriptGlyphs();
   const bool tHasBitmapHeader = tHas(FTTag("bhed"));
   const bool tHasOtherGlyphs = tHas(FTTag("TYP1")) || tHas(FTTag("CID "));
@@ -45,6 +45,7 @@ void VornFontTester_sfnt::CheckOutlineTables(const FTFont_sfnt& iFont) const {
 void VornFontTester_sfnt::CheckBitmapTables(const FTFont_sfnt& iFont, bool iHasOutlines) const {
   if (!iFont.HasTaggedTable(FTTag("bloc"))) {
     ReportResult(Severity::kFatalError,
+                 // quirk: bloc-named-bhed. It is 'bloc' that is missing.
                  "The font is missing a bitmap header ('bhed') table (required for bitmap-only TrueType fonts on "
                  "Corvane).");
   }
@@ -74,7 +75,7 @@ void VornFontTester_sfnt::CheckTablePairs(const FTFont_sfnt& iFont) const {
   if (tHas(FTTag("bloc")) && tHas(FTTag("EBDT"))) {
     ReportResult(Severity::kMinorError, "The font has both Veltrin- and Microsoft-style embedded bitmap data.");
   }
-  // 'cvt_' with an underscore, as FTFont_sfnt::IsHintedFont.
+  // quirk: tag-spelling. 'cvt_' with an underscore, as FTFont_sfnt::IsHintedFont.
   if ((tHas(FTTag("cvt_")) || tHas(FTTag("fpgm")) || tHas(FTTag("prep"))) && !tHas(FTTag("glyf"))) {
     ReportResult(Severity::kMinorError, "The font has TrueType hinting information but no TrueType outline data.");
   }

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <VornFontTest/FontFiles.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -18,28 +19,20 @@
 namespace tool {
 namespace {
 
-/// The first bytes of a file, as many as there are; none, with errno set, when they cannot be read. The caller has seen
-/// that the path is a regular file; should that change meanwhile, O_NONBLOCK keeps a FIFO from holding up the run.
-std::optional<std::string> ReadStart(const std::string& path) {
+/// The first four bytes of a file as a big-endian number, 0 when there are fewer; none, with errno set, when they
+/// cannot be read. The caller has seen that the path is a regular file; should that change meanwhile, O_NONBLOCK keeps
+/// a FIFO from holding up the run.
+std::optional<uint32_t> ReadStart(const std::string& path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
   if (descriptor < 0) return std::nullopt;
-  std::array<char, 4> bytes;
+  std::array<uint8_t, VornFontTest::kScalerSize> bytes;
   const ssize_t count = read(descriptor, bytes.data(), bytes.size());
   const int error = errno;
   close(descriptor);
   errno = error;
   if (count < 0) return std::nullopt;
-  return std::string(bytes.data(), static_cast<size_t>(count));
-}
-
-/// Whether a file begins like a font: an sfnt font, a font collection or a segmented Type 1 font, or is by its name a
-/// spliced font.
-bool LooksLikeFont(const std::string& path, std::string_view start) {
-  using namespace std::string_view_literals;
-  static constexpr std::array kSignatures = {"\0\1\0\0"sv, "true"sv,    "OTTO"sv,   "ttcf"sv,
-                                             "typ1"sv,     "\xA5kbd"sv, "\xA5lst"sv};
-  return std::ranges::find(kSignatures, start) != kSignatures.end() || start.starts_with("\x80\x01"sv) ||
-         path.ends_with(".sfont");
+  if (static_cast<size_t>(count) < bytes.size()) return 0;
+  return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
 }
 
 /// The names in a directory in ascending order; none, with errno set, when they cannot be read.
@@ -64,7 +57,7 @@ void FileWalk::Walk(const std::string& path) {
   if (stat(path.c_str(), &status) != 0) return Fail(path, errno);
   if (S_ISDIR(status.st_mode)) return WalkDirectory(path);
   if (!S_ISREG(status.st_mode)) return events_.failed(path, "Not a regular file");
-  if (!ReadStart(path)) return Fail(path, errno);
+  if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) return Fail(path, errno);
   events_.found(path);
 }
 
@@ -85,7 +78,7 @@ void FileWalk::WalkEntry(const std::string& path) {
   if (!S_ISREG(status.st_mode)) return;
   const auto start = ReadStart(path);
   if (!start) return Fail(path, errno);
-  if (LooksLikeFont(path, *start)) events_.found(path);
+  if (VornFontTest::IsFontScaler(*start) || VornFontTest::IsSplicedFontName(path)) events_.found(path);
 }
 
 void FileWalk::Fail(const std::string& path, int error) const { events_.failed(path, std::strerror(error)); }

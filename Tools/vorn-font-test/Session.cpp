@@ -62,11 +62,35 @@ void RefuseToOverwriteInput(const Options& options) {
   }
 }
 
+/// Passes what the libraries say beside their results on to standard error, with the file it is about, unless the user
+/// wants quiet. For the length of a scope.
+class LogLines {
+ public:
+  explicit LogLines(bool quiet) : quiet_(quiet) { TovaLogSetSink(&LogLines::Pass, this); }
+  LogLines(const LogLines&) = delete;
+  LogLines& operator=(const LogLines&) = delete;
+  ~LogLines() { TovaLogSetSink(nullptr, nullptr); }
+
+  void SetFile(const std::string& path) { path_ = path; }
+
+ private:
+  static void Pass(TovaStringRef line, void* context) {
+    const auto& self = *static_cast<const LogLines*>(context);
+    if (!self.quiet_) PrintError(self.path_ + ": " + std::string(Tova::Text(line)));
+  }
+
+  bool quiet_;
+  std::string path_;
+};
+
 /// Tests one file after the other and remembers what the exit status is to say.
 class Session {
  public:
   Session(const Options& options, const Tova::Array& tests, ReportWriter* writer)
-      : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), writer_(writer) {}
+      : failOn_(options.failOn),
+        libraryOptions_(LibraryOptions(options, tests)),
+        writer_(writer),
+        logLines_(options.quiet) {}
 
   void Test(const std::vector<std::string>& paths) {
     FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
@@ -85,6 +109,7 @@ class Session {
  private:
   void TestFile(const std::string& path) {
     ++files_;
+    logLines_.SetFile(path);
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
     RequireMemory();
@@ -97,6 +122,7 @@ class Session {
   std::optional<Severity> failOn_;
   Tova::Dictionary libraryOptions_;
   ReportWriter* writer_;  ///< null when no report is wanted
+  LogLines logLines_;
   size_t files_ = 0;
   size_t unreadable_ = 0;
   bool found_ = false;

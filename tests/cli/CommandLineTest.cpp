@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -134,6 +135,27 @@ TEST_F(CommandLine, UnreadablePathsAreNamedAndTheOthersDone) {
                                               "vorn-font-test: : No such file or directory"));
   EXPECT_THAT(outcome.out, HasSubstr(Good() + ": Good Regular (Good-Regular), TrueType font data"));
   EXPECT_THAT(outcome.out, HasSubstr("3 paths could not be read"));
+}
+
+TEST_F(CommandLine, WhatTheLibrarySaysNamesTheFileUnlessQuietIsWanted) {
+  const std::string path = folder_.Write("odd\x1b.ttf", GoodFont().TableCount(5000).Build());
+  const Outcome outcome = RunProgram({"-t", kTrueTypeTest, path});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err, StartsWith("vorn-font-test: " + folder_.File("odd\\x1b.ttf") + ": FTException: Error -1 ("));
+  EXPECT_THAT(RunProgram({"-q", path}).err, IsEmpty());
+}
+
+TEST_F(CommandLine, PathsMayBeAsLongAsTheSystemAllows) {
+  namespace fs = std::filesystem;
+  fs::path deep = folder_.Path();
+  while (deep.native().size() < 1100) deep /= std::string(200, 'd');
+  fs::create_directories(deep);
+  fs::copy_file(Good(), deep / "good.ttf");
+  EXPECT_EQ(RunProgram({deep / "good.ttf"}).status, 0);
+  EXPECT_THAT(RunProgram({folder_.File(std::string(5000, 'x'))}).status, 2);
+  if (geteuid() == 0) return;  // who may read anything
+  fs::permissions(deep / "good.ttf", fs::perms::none);
+  EXPECT_THAT(RunProgram({deep / "good.ttf"}).status, 2);
 }
 
 TEST_F(CommandLine, DirectoriesAreSearchedForFontsInOrder) {

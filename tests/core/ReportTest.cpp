@@ -154,6 +154,21 @@ TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
   EXPECT_EQ(type1.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestGeneralFontData");
 }
 
+TEST_F(ReportCreation, BytesInMemoryNeedNoFile) {
+  const auto create = [&](const Bytes& bytes, const char* name) {
+    const auto data = Tova::Adopt(TovaDataCreate(bytes.data(), bytes.size()));
+    const auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), Tova::MakeString(name).get()));
+    return Report(VornFontTestCreateReport(url.get(), full_.get()));
+  };
+  const Report report = create(BuildCollection({GoodFont(), GoodFont().Remove("name")}), "memory.ttc");
+  ASSERT_EQ(report.Count({kFonts}), 2);
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontNameKey}), "memory.ttc");
+  EXPECT_EQ(create(Bytes(7, 's'), "memory.sfont").Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "73737373");
+  EXPECT_EQ(create({}, "empty.ttf").Count({kFonts}), 0);
+  EXPECT_EQ(create({}, "empty.sfont").Count({kFonts}), 0);
+}
+
 class Consolidation : public testing::Test {
  protected:
   static Tova::MutableDictionary Font(TovaStringRef type, const char* name, TovaTypeRef record, TovaTypeRef severity) {

@@ -4,6 +4,8 @@
 #include <filesystem>
 
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "TableAccess/TableClasses/FTFontTable_glyf.h"
+#include "support/GlyphBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
@@ -51,6 +53,28 @@ TEST_F(Container, ACollectionHoldsAFontForEachOffset) {
   EXPECT_EQ(Name(container->GetIndFont(1)), "good.ttc") << "the file's name stands in";
   ExpectThrow("An attempt was made to access an array element outside of the array bounds",
               [&] { container->GetIndFont(2); });
+}
+
+TEST_F(Container, FontsOverTheSameTablesShareTheirGlyphsOneAfterTheOther) {
+  TableBuilder collection;
+  collection.Text("ttcf").U32(0x00010000).U32(2).U32(20).U32(20);
+  collection.Append(OutlineFont({SquareGlyph(9), SquareGlyph(9).Truncate(9)}, false).Build(20));
+  const auto container = Open("shared.ttc", collection);
+  const auto glyph = [&](uint64_t font, uint16_t index) {
+    return dynamic_cast<const FTFont_sfnt&>(*container->GetIndFont(font))
+        .FindTable<FTFontTable_glyf>()
+        ->GetGlyph(index);
+  };
+  glyph(0, 0).ReadData();
+  EXPECT_FALSE(glyph(1, 0).DataRead()) << "lent to the first font";
+  container->GetIndFont(0)->ForgetTables();
+  container->GetIndFont(1)->ForgetTables();
+  EXPECT_TRUE(glyph(0, 0).DataRead() || glyph(1, 0).DataRead());
+  for (const uint64_t font : {0, 1}) {  // what is wrong with a glyph is said for each
+    ExpectThrow("A glyph contains bad data", [&] { glyph(font, 1).ReadData(); });
+    ExpectThrow("A compound glyph contains itself as a component", [&] { glyph(font, 1).ReadData(); });
+    container->GetIndFont(font)->ForgetTables();
+  }
 }
 
 TEST_F(Container, ACollectionsHeaderIsReadAsFarAsItGoes) {

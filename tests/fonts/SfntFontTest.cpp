@@ -1,5 +1,5 @@
+#include "TableAccess/AncillaryClasses/FTLookupTable.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
-#include "TableAccess/FontClasses/FTLookupTable.h"
 #include "support/TestRun.h"
 
 namespace {

@@ -11,77 +11,74 @@ namespace {
 
 using namespace test;
 namespace fs = std::filesystem;
-using Tova::FileMapping;
-using Tova::FileReference;
-using Tova::Fork;
-using Tova::ForkReader;
+using State = Tova::File::State;
 
-class Files : public testing::Test {
- protected:
-  Files() {
-    fs::create_directory(folder_ / "folder");
-    std::ofstream(folder_ / "file") << "0123456789";
-    std::ofstream(folder_ / "empty");
-    mkfifo((folder_ / "fifo").c_str(), 0600);
-    fs::create_symlink("file", folder_ / "link");
-    fs::create_symlink("nothing", folder_ / "dangling");
-  }
-
-  std::optional<FileReference> Reference(const char* name) const {
-    return FileReference::FromUrl(FileUrl(folder_ / name).get());
-  }
-
-  TemporaryFolder temporary_;
-  fs::path folder_ = temporary_.Path();
-};
-
-TEST_F(Files, OnlyRegularFilesOpen) {
+TEST(Files, OnlyRegularFilesOpen) {
+  const TemporaryFolder temporary;
+  const fs::path folder = temporary.Path();
+  fs::create_directory(folder / "folder");
+  std::ofstream(folder / "file") << "0123456789";
+  std::ofstream(folder / "empty");
+  mkfifo((folder / "fifo").c_str(), 0600);
+  fs::create_symlink("file", folder / "link");
+  fs::create_symlink("nothing", folder / "dangling");
   const struct {
     const char* name;
-    bool exists, opens;
-    FileMapping::Step reached;
+    bool exists;
+    State state;
     int error;
-  } cases[] = {{"file", true, true, FileMapping::Step::kDone, 0},
-               {"link", true, true, FileMapping::Step::kDone, 0},
-               {"empty", true, true, FileMapping::Step::kMap, EINVAL},
-               {"folder", true, false, FileMapping::Step::kOpen, EISDIR},
-               {"fifo", true, false, FileMapping::Step::kOpen, EINVAL},
-               {"dangling", false, false, FileMapping::Step::kStatus, ENOENT},
-               {"missing", false, false, FileMapping::Step::kStatus, ENOENT},
-               {"file/below", false, false, FileMapping::Step::kStatus, ENOTDIR}};
+    uint64_t size;
+  } cases[] = {{"file", true, State::kOpened, 0, 10},
+               {"link", true, State::kOpened, 0, 10},
+               {"empty", true, State::kOpened, 0, 0},
+               {"folder", true, State::kNotOpened, EISDIR, 0},
+               {"fifo", true, State::kNotOpened, EINVAL, 0},
+               {"dangling", false, State::kNotOpened, ENOENT, 0},
+               {"missing", false, State::kNotOpened, ENOENT, 0},
+               {"file/below", false, State::kNotOpened, ENOTDIR, 0}};
   for (const auto& c : cases) {
-    const auto reference = Reference(c.name);
-    EXPECT_EQ(reference.has_value(), c.exists) << c.name;
-    if (reference) {
-      EXPECT_EQ(ForkReader::Open(*reference, Fork::kData).has_value(), c.opens) << c.name;
-      EXPECT_FALSE(ForkReader::Open(*reference, Fork::kResource)) << c.name;
-      EXPECT_EQ(TovaURLGetFileSystemPath(reference->CreateUrl().get()), reference->Path());
-    }
-    const auto result = FileMapping::Map((folder_ / c.name).string());
-    EXPECT_EQ(result.reached, c.reached) << c.name;
-    EXPECT_EQ(result.error, c.error) << c.name;
-    EXPECT_EQ(result.mapping != nullptr, c.reached == FileMapping::Step::kDone) << c.name;
+    const auto file = Tova::File::AtUrl(FileUrl(folder / c.name).get());
+    ASSERT_EQ(file != nullptr, c.exists) << c.name;
+    if (!file) continue;
+    EXPECT_EQ(file->GetState(), c.state) << c.name;
+    EXPECT_EQ(file->Error(), c.error) << c.name;
+    EXPECT_EQ(file->Path(), folder / c.name);
+    const auto fork = file->Open(Tova::Fork::kData);
+    EXPECT_EQ(fork.has_value(), c.state == State::kOpened) << c.name;
+    EXPECT_EQ(fork.value_or(Tova::ByteView()).Size(), c.size) << c.name;
   }
-  EXPECT_FALSE(FileReference::FromUrl(nullptr));
+  EXPECT_FALSE(Tova::File::AtUrl(nullptr));
 }
 
-TEST_F(Files, ReadingEndsWithTheFileAndAMappingOutlivesIt) {
-  auto reader = ForkReader::Open(*Reference("file"), Fork::kData);
-  ASSERT_TRUE(reader);
-  uint8_t buffer[16] = {};
-  EXPECT_EQ(reader->Read(buffer, 4), 4U);
-  EXPECT_EQ(reader->Read(buffer, 16), 6U);
-  EXPECT_EQ(buffer[5], '9');
-  EXPECT_EQ(reader->Read(buffer, 16), 0U);
-  ForkReader moved = std::move(*reader);
-  EXPECT_TRUE(moved.Close());
-  EXPECT_FALSE(moved.Read(buffer, 1)) << "read from a closed fork";
+TEST(Files, WhatWasOpenedStaysWhenTheFileGoes) {
+  const TemporaryFolder temporary;
+  const std::string path = temporary.Write("file", {'0', '1', '2'});
+  const auto file = Tova::File::AtUrl(FileUrl(path).get());
+  fs::remove(path);
+  EXPECT_TRUE(file->IsMapped());
+  EXPECT_TRUE(file->Open(Tova::Fork::kData)->Matches(0, "012"));
+}
 
-  auto mapping = FileMapping::Map((folder_ / "file").string()).mapping;
-  fs::remove(folder_ / "file");
-  ASSERT_TRUE(mapping);
-  EXPECT_TRUE(mapping->Bytes().Matches(0, "0123456789"));
-  EXPECT_EQ(mapping->Bytes().Size(), 10U);
+TEST(Files, BytesInMemoryPassForAFile) {
+  const uint8_t bytes[] = {'a', 'b', 'c'};
+  auto data = Tova::Adopt(TovaDataCreate(bytes, sizeof bytes));
+  auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), Tova::MakeString("folder/a b.ttf").get()));
+  const auto same = Tova::Adopt(TovaURLCreateWithData(data.get(), Tova::MakeString("folder/a b.ttf").get()));
+  const auto other = Tova::Adopt(TovaURLCreateWithData(Tova::Adopt(TovaDataCreate(bytes, 2)).get(), nullptr));
+  EXPECT_TRUE(TovaEqual(url.get(), same.get()));
+  EXPECT_FALSE(TovaEqual(url.get(), other.get()));
+  EXPECT_EQ(Description(url.get()), "memory:folder/a%20b.ttf");
+  EXPECT_EQ(Tova::Text(Tova::Adopt(TovaURLCopyLastPathComponent(url.get()))), "a b.ttf");
+  EXPECT_EQ(TovaURLGetFileSystemPath(url.get()), nullptr);
+  EXPECT_EQ(TovaURLCreateWithData(nullptr, nullptr), nullptr);
+
+  const auto file = Tova::File::AtUrl(url.get());
+  data = {};
+  url = {};
+  ASSERT_TRUE(file);
+  EXPECT_FALSE(file->IsMapped());
+  EXPECT_EQ(file->Path(), "folder/a b.ttf");
+  EXPECT_TRUE(file->Open(Tova::Fork::kData)->Matches(0, "abc"));
 }
 
 }  // namespace

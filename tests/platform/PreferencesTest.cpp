@@ -71,12 +71,14 @@ TEST_F(Preferences, WhatCannotBeReadIsEmptyAndWhatCannotBeWrittenFails) {
   for (const char* domain : {"test.malformed", "test.other", "test.folder", "../test", ""}) {
     EXPECT_EQ(Get("key", domain), "none") << domain;
   }
-  for (const char* domain : {"test.folder", "../test", ""}) {
+  for (const char* domain : {"test.malformed", "test.other", "test.folder", "../test", ""}) {
     Set("key", text_.get(), domain);
     EXPECT_EQ(Get("key", domain), "text") << domain;
     EXPECT_FALSE(Synchronize(domain)) << domain;
     EXPECT_EQ(Get("key", domain), "text") << domain;
   }
+  EXPECT_EQ(ReadFile("test.malformed"), "<plist><dict>") << "left as it was";
+  EXPECT_EQ(ReadFile("test.other"), "<plist><array/></plist>");
   Set("key", FileUrl("/x").get(), "test.unwritable");
   EXPECT_FALSE(Synchronize("test.unwritable"));
 }

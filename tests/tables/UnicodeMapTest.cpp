@@ -2,6 +2,7 @@
 
 #include "TableAccess/AncillaryClasses/FTGlyphInk.h"
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
 
@@ -9,7 +10,10 @@ namespace {
 
 using namespace test;
 
-FTUnicodeMap MapOf(const Bytes& table) { return FTUnicodeMap(Tova::ByteView(table.data(), table.size())); }
+FTUnicodeMap MapOf(const Bytes& table) {
+  FTWorkBudget budget;
+  return FTUnicodeMap(Tova::ByteView(table.data(), table.size()), budget);
+}
 FTUnicodeMap MapOf(const TableBuilder& subtable) { return MapOf(CmapTable({{3, 10, subtable}}).Data()); }
 
 /// The glyphs of these characters.
@@ -61,12 +65,13 @@ TEST(UnicodeMap, FullEncodingsComeFirstAndSharedSubtablesCountOnce) {
   EXPECT_EQ(map.Glyphs().LastUpTo('@'), std::nullopt);
 }
 
-TEST(UnicodeMap, StopsWhenItMayNotWork) {
-  const Bytes table = CmapTable({{0, 3, CmapFormat6('A', {1})}, {3, 10, CmapGroups(12, {{'A', 'B', 7}})}});
-  const FTUnicodeMap map(Tova::ByteView(table.data(), table.size()), [](uint64_t) { return false; });
-  ASSERT_EQ(map.Encodings().size(), 2u);
-  EXPECT_EQ(map.Encodings()[0].glyphs.Count(), 1u);
-  EXPECT_TRUE(map.Encodings()[1].glyphs.Empty());
+TEST(UnicodeMap, EveryClaimIsCharged) {
+  const std::vector<CmapGroup> everything(1, {0, 0x10FFFF, 1});
+  const Bytes table = CmapTable({{3, 10, CmapGroups(13, everything)}});
+  FTWorkBudget budget;
+  const auto make = [&] { FTUnicodeMap(Tova::ByteView(table.data(), table.size()), budget); };
+  for (int i = 0; i < 15; ++i) make();
+  EXPECT_THROW(make(), FTWorkBudgetEnd);
 }
 
 /// Whether glyph 0 of these is blank.
@@ -74,9 +79,10 @@ bool IsBlank(const std::vector<Bytes>& glyphs, uint32_t glyph = 0) {
   FontBuilder font = OutlineFont(glyphs);
   const Bytes& loca = font["loca"];
   const Bytes& glyf = font["glyf"];
-  return FTGlyphInk(Tova::ByteView(loca.data(), loca.size()), true, Tova::ByteView(glyf.data(), glyf.size()),
-                    static_cast<uint32_t>(glyphs.size()), [](uint64_t) { return true; })
-      .IsBlank(glyph);
+  FTWorkBudget budget;
+  const FTGlyphLocations locations = {Tova::ByteView(loca.data(), loca.size()), true,
+                                      static_cast<uint16_t>(glyphs.size())};
+  return FTGlyphInk(Tova::ByteView(glyf.data(), glyf.size()), locations, budget).IsBlank(glyph);
 }
 
 TEST(GlyphInk, BlankGlyphsDrawNothing) {

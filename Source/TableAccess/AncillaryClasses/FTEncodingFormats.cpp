@@ -31,7 +31,11 @@ void AddArray(Ranges& ioRanges, Tova::ByteView iBytes, uint32_t iFirst, uint64_t
   ioRanges.push_back({iFirst, Tova::Wrap32(iFirst + tCount - 1), Tova::Wrap32(iPosition), iDelta, Rule::kArray});
 }
 
-/// The byte encoding table: every one of the 256 codes is mapped, be it to glyph 0.
+// Where fields stand is said as in the 'cmap' chapter of the OpenType specification: "format (0)" for a field of that
+// name at byte 0 of the subtable. Formats 0 to 6 begin with format (0), length (2), language (4), words all; the others
+// but 14 with format (0) and a zero word, length (4) and language (8), double words.
+
+/// The byte encoding table: glyphIdArray (6), 256 bytes. Every one of the 256 codes is mapped, be it to glyph 0.
 Ranges ReadFormat0(Tova::ByteView iBytes) {
   Ranges tRanges;
   for (uint32_t tCode = 0; tCode < 256; ++tCode) {
@@ -40,8 +44,9 @@ Ranges ReadFormat0(Tova::ByteView iBytes) {
   return tRanges;
 }
 
-/// Mixed 8- and 16-bit codes: 256 keys lead from a high byte to a subheader; key 0 stands for a single byte, which
-/// subheader 0 maps.
+/// Mixed 8- and 16-bit codes: subHeaderKeys (6), 256 words, lead from a high byte to a subheader, 8 times its index;
+/// key 0 stands for a single byte, which subheader 0 maps. subHeaders (518): firstCode (0), entryCount (2), idDelta
+/// (4), idRangeOffset (6), which counts from its own place.
 Ranges ReadFormat2(Tova::ByteView iBytes) {
   Ranges tRanges;
   for (uint32_t tHigh = 0; tHigh < 256; ++tHigh) {
@@ -62,7 +67,12 @@ Ranges ReadFormat2(Tova::ByteView iBytes) {
   return tRanges;
 }
 
-/// Segments: parallel arrays of end codes, start codes, deltas and offsets, and after them the glyph arrays.
+/// Segments: segCountX2 (6), searchRange (8), entrySelector (10), rangeShift (12), and for n segments endCode (14), a
+/// zero word, startCode (16 + 2n), idDelta (16 + 4n), idRangeOffset (16 + 6n), each of which counts from its own place;
+/// after them the glyph arrays.
+///
+/// quirk: cmap4-plain-sums. Glyphs are plain sums, not sums modulo 65,536, entries of arrays get no delta, and the code
+/// 0xFFFF is never mapped.
 Ranges ReadFormat4(Tova::ByteView iBytes) {
   const uint64_t tCount = iBytes.U16(6) / 2;
   if (tCount == 0 || iBytes.U16(14 + 2 * (tCount - 1)) != 0xFFFF) {
@@ -85,6 +95,7 @@ Ranges ReadFormat4(Tova::ByteView iBytes) {
   return tRanges;
 }
 
+/// The trimmed table: firstCode (6), entryCount (8), glyphIdArray (10).
 Ranges ReadFormat6(Tova::ByteView iBytes) {
   const uint32_t tFirst = iBytes.U16(6);
   const uint32_t tCount = iBytes.U16(8);
@@ -94,13 +105,15 @@ Ranges ReadFormat6(Tova::ByteView iBytes) {
   return tRanges;
 }
 
+/// The trimmed array: startCharCode (12), numChars (16), glyphs (20).
 Ranges ReadFormat10(Tova::ByteView iBytes) {
   Ranges tRanges;
   AddArray(tRanges, iBytes, iBytes.U32(12), iBytes.U32(16), 20);
   return tRanges;
 }
 
-/// Formats 8, 12 and 13: groups of first character, last character and glyph, which their count precedes.
+/// Formats 8 (numGroups (8204), after is32 (12), 8192 bytes), 12 and 13 (numGroups (12)): groups of startCharCode (0),
+/// endCharCode (4) and startGlyphID (8), which their count precedes.
 Ranges ReadGroups(Tova::ByteView iBytes, uint64_t iCountAt, Rule iRule) {
   Ranges tRanges;
   for (const Tova::ByteView tGroup : Tova::RecordArray(iBytes, iCountAt + 4, iBytes.U32(iCountAt), 12)) {

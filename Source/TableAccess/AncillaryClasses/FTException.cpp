@@ -74,14 +74,17 @@ TovaStringRef FTException::GetUIMessageString() const {
   return _fUIMessage.get();
 }
 
-void FTException::PrintReport() const { std::fprintf(stderr, "FTException: %s\n", GetDetailedMessage()); }
+void FTException::PrintReport() const {
+  const std::string tLine = std::string("FTException: ") + GetDetailedMessage();
+  TovaLogLine(Tova::Adopt(TovaStringCreateWithLossyUTF8(tLine.data(), tLine.size())).get());
+}
 
 void FTThrow(const char* iAssertion, const char* iDetail, FTSourcePlace iPlace) {
   throw FTException(iAssertion, -1, iDetail, SourceName(iPlace.file).c_str(), iPlace.line);
 }
 
-void FTThrowAt(const char* iAssertion, const char* iDetail, const char* iFile, uint32_t iLine) {
-  throw FTException(iAssertion, -1, iDetail, iFile, iLine);
+void FTThrow(const FTFault& iFault) {
+  throw FTException(iFault.assertion, -1, iFault.detail, iFault.file, iFault.line);
 }
 
 Tova::String GetUIMessageString(int32_t iCode) {

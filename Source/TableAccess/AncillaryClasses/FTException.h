@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "TableAccess/AncillaryClasses/FTErrorCodes.h"
+#include "TableAccess/AncillaryClasses/FTFaults.h"
 
 /// The one exception of the library: font data that cannot be used, or a broken precondition. Thrown by value, caught
 /// by reference. Carries the failed condition as it stands at the throw site, a code, and where it was thrown; where a
@@ -29,7 +30,7 @@ class FTException {
   virtual uint32_t GetLine() const { return _fLine; }
   /// The detailed message as a string; owned by the exception. The first call also prints the report.
   virtual TovaStringRef GetUIMessageString() const;
-  /// Writes "FTException: " and the detailed message as a line to standard error.
+  /// Says "FTException: " and the detailed message as a line in the log.
   virtual void PrintReport() const;
   virtual const char* GetDetailedMessage() const { return _fDetailedMessage.data(); }
 
@@ -54,8 +55,8 @@ struct FTSourcePlace {
 
 /// Throws with code -1 and the place of the call; the file is named as in "TableAccess/FontClasses/FTFont_sfnt".
 [[noreturn]] void FTThrow(const char* iAssertion, const char* iDetail, FTSourcePlace iPlace = FTSourcePlace::Current());
-/// Throws with code -1 and a place that is part of the message's published form.
-[[noreturn]] void FTThrowAt(const char* iAssertion, const char* iDetail, const char* iFile, uint32_t iLine);
+/// Throws a fault of FTFaults.h with code -1.
+[[noreturn]] void FTThrow(const FTFault& iFault);
 
 /// The text of a code in the user's language, from the string table "VornFTMessages"; the code's name without one. A
 /// number outside the table gives an empty string.

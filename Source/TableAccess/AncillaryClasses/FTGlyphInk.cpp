@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
 #include "TableAccess/FTLimits.h"
 
 namespace {
@@ -28,16 +29,16 @@ uint64_t ComponentSize(uint16_t iFlags) {
 
 bool FTGlyphInk::IsBlank(uint32_t iGlyph) const {
   uint32_t tComponents = 0;
-  const bool tBlank = IsBlank(iGlyph, 0, tComponents);
-  return _fSpend(uint64_t{1} + tComponents) && tBlank;
+  return IsBlank(iGlyph, 0, tComponents);
 }
 
 bool FTGlyphInk::IsBlank(uint32_t iGlyph, uint32_t iDepth, uint32_t& ioComponents) const {
-  if (iGlyph >= _fGlyphCount) return true;
-  const uint64_t tStart = Offset(iGlyph);
-  const uint64_t tEnd = std::min(Offset(iGlyph + 1), _fGlyf.Size());
+  _fBudget->Charge(1);
+  if (iGlyph >= _fLocations.glyphCount) return true;
+  const uint64_t tStart = _fLocations.Offset(iGlyph);
+  const uint64_t tEnd = std::min(_fLocations.Offset(iGlyph + 1), _fBytes.Size());
   if (tEnd < tStart + kHeaderSize) return true;
-  const Tova::ByteView tRecord = _fGlyf.Slice(tStart, tEnd - tStart);
+  const Tova::ByteView tRecord = _fBytes.Slice(tStart, tEnd - tStart);
   const int16_t tContours = tRecord.S16(0);
   if (tContours < 0) return AreComponentsBlank(tRecord, iDepth + 1, ioComponents);
   const bool tHasArea = tRecord.S16(2) != tRecord.S16(6) && tRecord.S16(4) != tRecord.S16(8);
@@ -52,8 +53,4 @@ bool FTGlyphInk::AreComponentsBlank(Tova::ByteView iRecord, uint32_t iDepth, uin
     if (!IsBlank(iRecord.U16(tAt + 2), iDepth, ioComponents)) return false;
   }
   return true;
-}
-
-uint64_t FTGlyphInk::Offset(uint32_t iIndex) const {
-  return _fLongOffsets ? _fLoca.U32(uint64_t{4} * iIndex) : uint64_t{2} * _fLoca.U16(uint64_t{2} * iIndex);
 }

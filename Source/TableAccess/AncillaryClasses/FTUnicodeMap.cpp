@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
 #include "TableAccess/FTLimits.h"
 
 namespace {
@@ -13,13 +14,16 @@ constexpr uint32_t kLastSegmentCode = 0xFFFE;
 /// The part of a segment or group that those before it have not covered.
 class Uncovered {
  public:
-  explicit Uncovered(uint32_t iLimit) : _fLimit(iLimit) {}
+  Uncovered(uint32_t iLimit, FTWorkBudget& ioBudget) : _fLimit(iLimit), _fBudget(ioBudget) {}
 
   /// Calls the action with each code from iFirst to iLast that lies behind all ranges so far.
   template <class Action>
   void ForEach(uint32_t iFirst, uint32_t iLast, Action iAction) {
     if (iFirst > iLast) return;
-    for (uint64_t c = std::max<uint64_t>(iFirst, _fNext); c <= std::min(iLast, _fLimit); ++c) {
+    const uint64_t tFirst = std::max<uint64_t>(iFirst, _fNext);
+    const uint64_t tEnd = uint64_t{std::min(iLast, _fLimit)} + 1;
+    if (tFirst < tEnd) _fBudget.Charge(tEnd - tFirst);
+    for (uint64_t c = tFirst; c < tEnd; ++c) {
       iAction(static_cast<uint32_t>(c));
     }
     Skip(iFirst, iLast);
@@ -30,16 +34,17 @@ class Uncovered {
 
  private:
   uint32_t _fLimit;
+  FTWorkBudget& _fBudget;
   uint64_t _fNext = 0;
 };
 
-void ReadFormat4(Tova::ByteView iBytes, FTGlyphPages& oGlyphs) {
+void ReadFormat4(Tova::ByteView iBytes, FTWorkBudget& ioBudget, FTGlyphPages& oGlyphs) {
   const uint64_t tCount = iBytes.U16(6) / 2;
   const uint64_t tEnds = 14;
   const uint64_t tStarts = tEnds + 2 * tCount + 2;
   const uint64_t tDeltas = tStarts + 2 * tCount;
   const uint64_t tOffsets = tDeltas + 2 * tCount;
-  Uncovered tUncovered(kLastSegmentCode);
+  Uncovered tUncovered(kLastSegmentCode, ioBudget);
   for (uint64_t i = 0; i < tCount; ++i) {
     const uint32_t tStart = iBytes.U16(tStarts + 2 * i);
     const uint16_t tDelta = iBytes.U16(tDeltas + 2 * i);
@@ -54,9 +59,10 @@ void ReadFormat4(Tova::ByteView iBytes, FTGlyphPages& oGlyphs) {
 
 /// Formats 6 and 10: glyph words for the characters from iFirst on. Returns the last of these, 0 without any.
 uint64_t ReadWords(Tova::ByteView iBytes, uint32_t iFirst, uint64_t iCount, uint64_t iWords, uint32_t iLimit,
-                   FTGlyphPages& oGlyphs) {
+                   FTWorkBudget& ioBudget, FTGlyphPages& oGlyphs) {
   const uint64_t tRoom = iBytes.Size() > iWords ? (iBytes.Size() - iWords) / 2 : 0;
   const uint64_t tHeld = std::min(iCount, tRoom);
+  ioBudget.Charge(tHeld);
   for (uint64_t i = 0; i < tHeld && iFirst + i <= iLimit; ++i) {
     oGlyphs.Add(static_cast<uint32_t>(iFirst + i), iBytes.U16(iWords + 2 * i));
   }
@@ -64,12 +70,12 @@ uint64_t ReadWords(Tova::ByteView iBytes, uint32_t iFirst, uint64_t iCount, uint
 }
 
 /// Formats 12 and 13. Returns the highest end of a group.
-uint64_t ReadGroups(Tova::ByteView iBytes, bool iOneGlyph, FTGlyphPages& oGlyphs) {
+uint64_t ReadGroups(Tova::ByteView iBytes, bool iOneGlyph, FTWorkBudget& ioBudget, FTGlyphPages& oGlyphs) {
   constexpr uint64_t kGroups = 16;
   constexpr uint64_t kGroupSize = 12;
   const uint64_t tRoom = iBytes.Size() > kGroups ? (iBytes.Size() - kGroups) / kGroupSize : 0;
   const uint64_t tHeld = std::min<uint64_t>(iBytes.U32(12), tRoom);
-  Uncovered tUncovered(kLastCharacter);
+  Uncovered tUncovered(kLastCharacter, ioBudget);
   uint64_t tReach = 0;
   for (uint64_t i = 0; i < tHeld; ++i) {
     const Tova::ByteView tGroup = iBytes.Slice(kGroups + kGroupSize * i, kGroupSize);
@@ -89,20 +95,20 @@ uint64_t ReadGroups(Tova::ByteView iBytes, bool iOneGlyph, FTGlyphPages& oGlyphs
 }
 
 /// Reads the subtable and returns its reach.
-uint64_t ReadGlyphs(Tova::ByteView iBytes, FTGlyphPages& oGlyphs) {
+uint64_t ReadGlyphs(Tova::ByteView iBytes, FTWorkBudget& ioBudget, FTGlyphPages& oGlyphs) {
   switch (iBytes.U16(0)) {
     case 4:
-      ReadFormat4(iBytes, oGlyphs);
+      ReadFormat4(iBytes, ioBudget, oGlyphs);
       return 0;
     case 6:
-      ReadWords(iBytes, iBytes.U16(6), iBytes.U16(8), 10, 0xFFFF, oGlyphs);
+      ReadWords(iBytes, iBytes.U16(6), iBytes.U16(8), 10, 0xFFFF, ioBudget, oGlyphs);
       return 0;
     case 10:
-      return ReadWords(iBytes, iBytes.U32(12), iBytes.U32(16), 20, kLastCharacter, oGlyphs);
+      return ReadWords(iBytes, iBytes.U32(12), iBytes.U32(16), 20, kLastCharacter, ioBudget, oGlyphs);
     case 12:
-      return ReadGroups(iBytes, false, oGlyphs);
+      return ReadGroups(iBytes, false, ioBudget, oGlyphs);
     default:
-      return ReadGroups(iBytes, true, oGlyphs);
+      return ReadGroups(iBytes, true, ioBudget, oGlyphs);
   }
 }
 
@@ -192,7 +198,7 @@ bool FTUnicodeMap::Record::IsReadable() const {
   return inside && (format == 4 || format == 6 || format == 10 || format == 12 || format == 13);
 }
 
-FTUnicodeMap::FTUnicodeMap(Tova::ByteView iCmap, const Spend& iSpend) {
+FTUnicodeMap::FTUnicodeMap(Tova::ByteView iCmap, FTWorkBudget& ioBudget) {
   const uint64_t tRoom = iCmap.Size() > 4 ? (iCmap.Size() - 4) / 8 : 0;
   const uint64_t tHeld = std::min<uint64_t>(iCmap.U16(2), tRoom);
   for (uint64_t i = 0; i < tHeld; ++i) {
@@ -202,17 +208,13 @@ FTUnicodeMap::FTUnicodeMap(Tova::ByteView iCmap, const Spend& iSpend) {
                             iCmap.U16(tOffset),       iCmap.Holds(tOffset, 2)};
     _fRecords.push_back(tRecord);
   }
-  bool tMayRead = true;
   for (const Record& tRecord : _fRecords) {
     if (_fEncodings.size() == kFTMaxUnicodeEncodings) break;
     const bool tKnown = std::ranges::any_of(
         _fEncodings, [&](const Encoding& iEncoding) { return iEncoding.record.offset == tRecord.offset; });
     if (!tRecord.IsUnicode() || !tRecord.IsReadable() || tKnown) continue;
     Encoding& tEncoding = _fEncodings.emplace_back(Encoding{tRecord, {}, 0});
-    const Tova::ByteView tBytes = iCmap.From(tRecord.offset);
-    if (!tMayRead) continue;
-    tEncoding.reach = ReadGlyphs(tBytes, tEncoding.glyphs);
-    tMayRead = iSpend(tEncoding.glyphs.Count() + std::min<uint64_t>(tBytes.Size(), kLastCharacter));
+    tEncoding.reach = ReadGlyphs(iCmap.From(tRecord.offset), ioBudget, tEncoding.glyphs);
   }
   for (const bool tFull : {true, false}) {
     for (const Encoding& tEncoding : _fEncodings) {

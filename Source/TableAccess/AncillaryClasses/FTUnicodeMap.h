@@ -2,11 +2,12 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <vector>
 
 #include "Platform/ByteView.h"
+
+class FTWorkBudget;
 
 /// Characters and their glyphs, kept in pages of 256 characters. A character has one glyph, never 0; those that honest
 /// fonts map take some three bytes each, all of Unicode two and a half megabytes.
@@ -65,9 +66,6 @@ class FTGlyphPages {
 /// step for each code. Borrows the table's bytes while it is made only.
 class FTUnicodeMap {
  public:
-  /// Told the steps that the reading of an encoding took; false: those after it are left empty.
-  using Spend = std::function<bool(uint64_t iSteps)>;
-
   struct Record {
     uint32_t index;  ///< in the table
     uint16_t platform;
@@ -91,8 +89,8 @@ class FTUnicodeMap {
   };
 
   FTUnicodeMap() = default;
-  explicit FTUnicodeMap(
-      Tova::ByteView iCmap, const Spend& iSpend = [](uint64_t) { return true; });
+  /// Charges a step for each code that a segment, a group or a glyph array claims.
+  FTUnicodeMap(Tova::ByteView iCmap, FTWorkBudget& ioBudget);
 
   /// All encoding records that lie wholly in the table, in its order.
   const std::vector<Record>& Records() const { return _fRecords; }

@@ -2,18 +2,20 @@
 
 #include <Tova/Tova.hpp>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 #include "Platform/File.h"
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
 
 /// A file whose fonts lie in its data fork: one sfnt font, a font collection, one Type 1 font, one spliced font. The
 /// collection header is that of "Font Collections" in the OpenType specification; its version is not looked at, and
-/// each font validates its own directory. The fonts share one mapping of the file.
+/// each font validates its own directory. The fonts look into the one file.
 class FTDiskBasedFontContainer : public FTFontContainer {
  public:
   /// Throws "An error occurred" when there is no file at the URL.
   FTDiskBasedFontContainer(TovaURLRef iURL, bool iReadOnly);
-  FTDiskBasedFontContainer(const Tova::FileReference& iFile, bool iReadOnly);
+  FTDiskBasedFontContainer(std::shared_ptr<const Tova::File> iFile, bool iReadOnly);
   FTDiskBasedFontContainer(const FTDiskBasedFontContainer& iOther);
   FTDiskBasedFontContainer& operator=(const FTDiskBasedFontContainer& iOther);
 
@@ -22,11 +24,12 @@ class FTDiskBasedFontContainer : public FTFontContainer {
   void ReadData() const override;
 
   virtual Tova::String CopyPath() const;
-  virtual const Tova::FileReference& GetFile() const { return _fFile; }
-  virtual TovaURLRef GetFileURL() const { return _fFileURL.get(); }
+  virtual const Tova::File& GetFile() const { return *_fFile; }
+  virtual TovaURLRef GetFileURL() const { return _fFile->GetUrl(); }
 
  private:
-  Tova::FileReference _fFile;
-  Tova::Url _fFileURL;
+  std::vector<uint64_t> DirectoryOffsets(Tova::ByteView iFork) const;
+
+  std::shared_ptr<const Tova::File> _fFile;
   mutable Tova::String _fName;
 };

@@ -1,57 +1,45 @@
 #include "TableAccess/ContainerClasses/FTFontContainer.h"
 
-#include <array>
+#include <VornFontTest/FontFiles.hpp>
 #include <string_view>
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
 #include "TableAccess/FTLimits.h"
-#include "TableAccess/FontClasses/FTScalerTypes.h"
 
 namespace {
 
 /// The longest path, in bytes with its closing NUL, whose ending is looked at.
 constexpr size_t kPathBufferSize = 4096;
 
-bool HasSplicedFontName(std::string_view iPath) {
-  if (iPath.size() >= kPathBufferSize) return false;
-  const size_t tPoint = iPath.rfind('.');
-  return tPoint != iPath.npos && iPath.substr(tPoint + 1) == "sfont";
-}
-
 }  // namespace
 
 std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromTovaURLRef(TovaURLRef iURL, bool iReadOnly) {
-  const std::optional<Tova::FileReference> tFile = Tova::FileReference::FromUrl(iURL);
+  std::shared_ptr<const Tova::File> tFile = Tova::File::AtUrl(iURL);
   if (!tFile) FTThrow("TovaURLGetFSRef( iURL, &tFile )", "A file IO operation failed");
-  return FontContainerFromFSRef(*tFile, iReadOnly);
+  return FontContainerFromFSRef(std::move(tFile), iReadOnly);
 }
 
-std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromFSRef(const Tova::FileReference& iFile,
+std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromFSRef(std::shared_ptr<const Tova::File> iFile,
                                                                          bool iReadOnly) {
   // Resources come first: a file with both is a file of resource fonts.
   bool tIsDataforkSuitcase = false;
   bool tHasPOST = false;
-  if (HasFontsInResourceFork(iFile, tIsDataforkSuitcase, tHasPOST) || !HasFontsInDataFork(iFile)) return nullptr;
-  return std::make_unique<FTDiskBasedFontContainer>(iFile, iReadOnly);
+  if (HasFontsInResourceFork(*iFile, tIsDataforkSuitcase, tHasPOST) || !HasFontsInDataFork(*iFile)) return nullptr;
+  return std::make_unique<FTDiskBasedFontContainer>(std::move(iFile), iReadOnly);
 }
 
-bool FTFontContainer::HasFontsInResourceFork(const Tova::FileReference&, bool& oIsDataforkSuitcase, bool& oHasPOST) {
+bool FTFontContainer::HasFontsInResourceFork(const Tova::File&, bool& oIsDataforkSuitcase, bool& oHasPOST) {
   oIsDataforkSuitcase = false;
   oHasPOST = false;
   return false;
 }
 
-bool FTFontContainer::HasFontsInDataFork(const Tova::FileReference& iFile) {
-  if (auto tFork = Tova::ForkReader::Open(iFile, Tova::Fork::kData)) {
-    std::array<uint8_t, 4> tBytes = {};
-    if (tFork->Read(tBytes.data(), tBytes.size()) == tBytes.size() &&
-        FTIsKnownScaler(Tova::ByteView(tBytes.data(), tBytes.size()).U32(0))) {
-      return true;
-    }
-  }
-  return HasSplicedFontName(iFile.Path());
+bool FTFontContainer::HasFontsInDataFork(const Tova::File& iFile) {
+  const std::optional<Tova::ByteView> tFork = iFile.Open(Tova::Fork::kData);
+  if (tFork && VornFontTest::IsFontScaler(tFork->U32(0))) return true;
+  return iFile.Path().size() < kPathBufferSize && VornFontTest::IsSplicedFontName(iFile.Path());
 }
 
 FTFontContainer::FTFontContainer(const FTFontContainer& iOther) : _fReadOnly(iOther._fReadOnly) { CopyFonts(iOther); }
@@ -67,7 +55,7 @@ FTFontContainer& FTFontContainer::operator=(const FTFontContainer& iOther) {
 void FTFontContainer::CopyFonts(const FTFontContainer& iOther) {
   FontArray tFonts;
   for (const auto& tFont : iOther.Fonts()) tFonts.push_back(std::make_unique<FTFont>(*tFont));
-  _fFonts = std::move(tFonts);
+  SetFonts(std::move(tFonts));
 }
 
 const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
@@ -76,10 +64,10 @@ const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
   return *_fFonts;
 }
 
-bool FTFontContainer::SpendWork(uint64_t iItems) const {
-  _fWork += iItems;
-  const uint64_t tFileSize = Fonts().empty() ? 0 : Fonts().front()->GetUnswappedDataLength();
-  return _fWork <= kFTWorkAllowed + kFTWorkAllowedPerByte * tFileSize;
+void FTFontContainer::SetFonts(FontArray iFonts) const {
+  _fGlyphSets = {};
+  _fBudget = FTWorkBudget(iFonts.empty() ? 0 : iFonts.front()->GetUnswappedDataLength());
+  _fFonts = std::move(iFonts);
 }
 
 const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {

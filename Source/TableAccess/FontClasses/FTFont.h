@@ -6,8 +6,8 @@
 
 #include "Platform/ByteView.h"
 #include "Platform/File.h"
-
-class FTFontContainer;
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
+#include "TableAccess/FontClasses/FTFontOwner.h"
 
 /// A font of any kind: its bytes, its container and what every font can be asked.
 ///
@@ -21,13 +21,11 @@ class FTFont {
 
   FTFont() = default;
   /// Borrows the bytes when the container is read-only (the caller keeps them alive), copies them otherwise.
-  FTFont(const FTFontContainer* iContainer, Tova::ByteView iBytes);
+  FTFont(const FTFontOwner* iOwner, Tova::ByteView iBytes);
   /// Takes one more reference when the container is read-only, copies otherwise.
-  FTFont(const FTFontContainer* iContainer, const Tova::Data& iData);
-  /// Maps the file. Throws "A file IO operation failed".
-  FTFont(const FTFontContainer* iContainer, const Tova::FileReference& iFile);
-  /// Looks into a mapping that others may look into as well.
-  FTFont(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping);
+  FTFont(const FTFontOwner* iOwner, const Tova::Data& iData);
+  /// Looks into a file, as others may. Throws "A file IO operation failed" for one that could not be mapped.
+  FTFont(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile);
   /// Shares the bytes of a read-only font, copies those of another. Throws "A file IO operation failed" for a read-only
   /// font over a mapped file: a copy never keeps a file mapped.
   FTFont(const FTFont& iOther);
@@ -41,8 +39,8 @@ class FTFont {
   virtual TovaStringRef GetName() const;
   virtual TovaStringRef GetPostScriptName() const { return nullptr; }
   virtual uint32_t GetType() const { return kBase; }
-  virtual const FTFontContainer* GetContainer() const { return _fContainer; }
-  virtual void SetContainer(const FTFontContainer* iContainer) { _fContainer = iContainer; }
+  virtual const FTFontContainer* GetContainer() const { return _fOwner ? _fOwner->AsContainer() : nullptr; }
+  virtual void SetContainer(const FTFontOwner* iOwner) { _fOwner = iOwner; }
   virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
   virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
   virtual bool IsReadOnly() const;
@@ -50,23 +48,29 @@ class FTFont {
   /// word on: a view that starts at the value, or an empty one where the table has none for the glyph.
   virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;
 
-  /// As FTFontContainer::SpendWork; a font without a container may always work.
-  bool SpendWork(uint64_t iItems) const;
-  /// Gives up what is made on first use and can be made again: the tables, and all that was read of them. What they
-  /// lent out is gone; the font's names stay.
+  /// The budget of the font's file; a font without a container has one of its own.
+  FTWorkBudget& GetWorkBudget() const { return _fOwner ? _fOwner->GetWorkBudget() : _fOwnBudget; }
+  /// Charges work to it, before it is done: throws FTWorkBudgetEnd once the fonts of the file together ask for more
+  /// than its size explains.
+  void SpendWork(uint64_t iSteps) const { GetWorkBudget().Charge(iSteps); }
+  /// Gives up what is made on first use and can be made again: the tables, and all that was read of them, names
+  /// included. What they lent out is gone.
   virtual void ForgetTables() const {}
 
   /// The font's bytes, for reading.
   Tova::ByteView Bytes() const { return _fBytes; }
 
-  /// Maps a file for the fonts in it. Throws "A file IO operation failed".
-  static std::shared_ptr<const Tova::FileMapping> MapFile(const Tova::FileReference& iFile);
+ protected:
+  const FTFontOwner* Owner() const { return _fOwner; }
+  /// Who keeps a mapped file's bytes; null for other bytes.
+  const std::shared_ptr<const Tova::File>& GetFile() const { return _fFile; }
 
  private:
   void CopyUnswappedData(const FTFont& iOther);
 
-  const FTFontContainer* _fContainer = nullptr;
-  Tova::Data _fData;                                   // owns the bytes, or
-  std::shared_ptr<const Tova::FileMapping> _fMapping;  // keeps them mapped, or neither: they are borrowed
+  const FTFontOwner* _fOwner = nullptr;
+  mutable FTWorkBudget _fOwnBudget;
+  Tova::Data _fData;                         // owns the bytes, or
+  std::shared_ptr<const Tova::File> _fFile;  // keeps them mapped, or neither: they are borrowed
   Tova::ByteView _fBytes;
 };

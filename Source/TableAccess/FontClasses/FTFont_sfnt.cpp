@@ -1,14 +1,13 @@
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <initializer_list>
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
-#include "TableAccess/ContainerClasses/FTFontContainer.h"
+#include "TableAccess/Glyphs/FTGlyphSets.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
@@ -33,20 +32,14 @@ int CompareSigned(uint32_t iFirst, uint32_t iSecond) {
 
 }  // namespace
 
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iBytes)
-    : FTFont(iContainer, iBytes), _fScaler(Bytes().U32(0)) {}
+FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes)
+    : FTFont(iOwner, iBytes), _fScaler(Bytes().U32(0)) {}
 
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData)
-    : FTFont(iContainer, iData), _fScaler(Bytes().U32(0)) {}
+FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, const Tova::Data& iData)
+    : FTFont(iOwner, iData), _fScaler(Bytes().U32(0)) {}
 
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset)
-    : FTFont_sfnt(iContainer, MapFile(iFile), iDirectoryOffset) {}
-
-FTFont_sfnt::FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
-                         uint64_t iDirectoryOffset)
-    : FTFont(iContainer, std::move(iMapping)),
-      _fDirectoryOffset(iDirectoryOffset),
-      _fScaler(Bytes().U32(iDirectoryOffset)) {}
+FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile, uint64_t iDirectoryOffset)
+    : FTFont(iOwner, std::move(iFile)), _fDirectoryOffset(iDirectoryOffset), _fScaler(Bytes().U32(iDirectoryOffset)) {}
 
 FTFont_sfnt::FTFont_sfnt(const FTFont_sfnt& iOther)
     : FTFont(iOther), _fDirectoryOffset(iOther._fDirectoryOffset), _fScaler(iOther._fScaler) {}
@@ -57,9 +50,6 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
   _fDirectoryOffset = iOther._fDirectoryOffset;
   _fScaler = iOther._fScaler;
   ForgetTables();
-  _fIdentifier = {};
-  _fPostScriptName = {};
-  _fFullName = {};
   _fGlyphCount = iOther._fGlyphCount;
   _fHorizontalLongMetricsCount = iOther._fHorizontalLongMetricsCount;
   _fVerticalLongMetricsCount = iOther._fVerticalLongMetricsCount;
@@ -68,11 +58,6 @@ FTFont_sfnt& FTFont_sfnt::operator=(const FTFont_sfnt& iOther) {
 }
 
 FTFont_sfnt::~FTFont_sfnt() = default;
-
-void FTFont_sfnt::ForgetTables() const {
-  _fTables.reset();
-  _fUnicodeMap.reset();
-}
 
 const void* FTFont_sfnt::TestBasicUsability() const {
   ValidateHeader();
@@ -85,12 +70,21 @@ const void* FTFont_sfnt::TestBasicUsability() const {
 
 // Directory and tables.
 
+void FTFont_sfnt::ForgetTables() const {
+  _fTables.reset();
+  _fTableIndex = {};
+  _fUnicodeMap.reset();
+  _fIdentifier = {};
+  _fPostScriptName = {};
+  _fFullName = {};
+}
+
 void FTFont_sfnt::ValidateHeader() const {
   const FTSfntDirectory::Fault tFault = FTSfntDirectory(Bytes(), _fDirectoryOffset).Validate();
   if (!tFault.detail) return;
   if (tFault.tooMuchData) {
-    const TovaStringRef tName = GetContainer() ? GetContainer()->GetName() : nullptr;
-    std::fprintf(stderr, "##### ERROR IN FONT FILE\n%s\n", tName ? TovaStringGetUTF8(tName) : "");
+    TovaLogLine(Tova::MakeString("##### ERROR IN FONT FILE").get());
+    if (Owner()) TovaLogLine(Owner()->GetName());
   }
   FTThrow(tFault.assertion, tFault.detail);
 }
@@ -106,8 +100,16 @@ const FTFont_sfnt::Tables& FTFont_sfnt::GetTables() const {
       tTables->push_back(FTFontTable::CreateTable(this, tEntry.tag, tEntry.offset, tEntry.length, tEntry.checksum));
     }
     _fTables = std::move(tTables);
+    IndexTables();
   }
   return *_fTables;
+}
+
+void FTFont_sfnt::IndexTables() const {
+  _fTableIndex.clear();
+  _fTableIndex.reserve(_fTables->size());
+  for (uint32_t i = 0; i < _fTables->size(); ++i) _fTableIndex.push_back({(*_fTables)[i]->GetTag(), i});
+  std::ranges::stable_sort(_fTableIndex, {}, &TagAndIndex::tag);
 }
 
 uint64_t FTFont_sfnt::CountTables() const { return GetTables().size(); }
@@ -123,11 +125,9 @@ uint32_t FTFont_sfnt::GetIndTableTag(uint64_t iIndex) const {
 }
 
 uint64_t FTFont_sfnt::IndexOfTaggedTable(uint32_t iTag) const {
-  const Tables& tTables = GetTables();
-  for (uint64_t i = 0; i < tTables.size(); ++i) {
-    if (tTables[i]->GetTag() == iTag) return i;
-  }
-  return ~uint64_t{0};
+  GetTables();
+  const auto tPlace = std::ranges::lower_bound(_fTableIndex, iTag, {}, &TagAndIndex::tag);
+  return tPlace != _fTableIndex.end() && tPlace->tag == iTag ? tPlace->index : ~uint64_t{0};
 }
 
 const FTFontTable* FTFont_sfnt::GetTaggedTable(uint32_t iTag) const { return GetIndTable(IndexOfTaggedTable(iTag)); }
@@ -138,6 +138,11 @@ bool FTFont_sfnt::HasTaggedTable(uint32_t iTag) const {
 }
 
 // What the tables say of the font.
+
+std::shared_ptr<FTGlyphSet> FTFont_sfnt::GetGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocations) const {
+  if (!Owner() || !GetFile()) return std::make_shared<FTGlyphSet>(iGlyphs, iLocations, GetWorkBudget());
+  return Owner()->GetGlyphSets().Get(iGlyphs, iLocations, GetWorkBudget(), GetFile());
+}
 
 uint16_t FTFont_sfnt::GetFontUnitsPerEm() const {
   const auto* tHead = FindTable<FTFontTable_head>();
@@ -151,13 +156,15 @@ uint32_t FTFont_sfnt::GetChecksumAdjustment() const {
 }
 
 uint16_t FTFont_sfnt::CountFontGlyphs() const {
-  if (_fGlyphCount != 0) return _fGlyphCount;
-  if (const auto* tMaxp = FindTable<FTFontTable_maxp>()) {
-    _fGlyphCount = tMaxp->NumGlyphs();
-  } else if (const auto* tCID = FindTable<FTFontTable_CID_>()) {
-    _fGlyphCount = Tova::Wrap16(tCID->NumGlyphs());
+  if (!_fGlyphCount) {
+    if (const auto* tMaxp = FindTable<FTFontTable_maxp>())
+      _fGlyphCount = tMaxp->NumGlyphs();
+    else if (const auto* tCID = FindTable<FTFontTable_CID_>())
+      _fGlyphCount = Tova::Wrap16(tCID->NumGlyphs());
+    else
+      _fGlyphCount = uint16_t{0};
   }
-  return _fGlyphCount;
+  return *_fGlyphCount;
 }
 
 uint64_t FTFont_sfnt::CountFontNames() const {
@@ -171,17 +178,19 @@ uint64_t FTFont_sfnt::CountFontEncodings() const {
 }
 
 uint16_t FTFont_sfnt::CountHorizontalLongMetrics() const {
-  if (_fHorizontalLongMetricsCount == 0) {
-    if (const auto* tHhea = FindTable<FTFontTable_hhea>()) _fHorizontalLongMetricsCount = tHhea->NumberLongMetrics();
+  if (!_fHorizontalLongMetricsCount) {
+    const auto* tHhea = FindTable<FTFontTable_hhea>();
+    _fHorizontalLongMetricsCount = tHhea ? tHhea->NumberLongMetrics() : uint16_t{0};
   }
-  return _fHorizontalLongMetricsCount;
+  return *_fHorizontalLongMetricsCount;
 }
 
 uint16_t FTFont_sfnt::CountVerticalLongMetrics() const {
-  if (_fVerticalLongMetricsCount == 0) {
-    if (const auto* tVhea = FindTable<FTFontTable_vhea>()) _fVerticalLongMetricsCount = tVhea->NumberLongMetrics();
+  if (!_fVerticalLongMetricsCount) {
+    const auto* tVhea = FindTable<FTFontTable_vhea>();
+    _fVerticalLongMetricsCount = tVhea ? tVhea->NumberLongMetrics() : uint16_t{0};
   }
-  return _fVerticalLongMetricsCount;
+  return *_fVerticalLongMetricsCount;
 }
 
 uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinateCount; }
@@ -204,7 +213,8 @@ bool FTFont_sfnt::IsSbitOnly() const {
 }
 
 bool FTFont_sfnt::IsHintedFont() const {
-  // 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not hinted.
+  // quirk: tag-spelling. 'cvt_' with an underscore: a font whose only hinting is a control-value table 'cvt ' is not
+  // hinted.
   for (const uint32_t tTag : {FTTag("cvar"), FTTag("cvt_"), FTTag("fpgm"), FTTag("prep")}) {
     if (HasTaggedTable(tTag)) return true;
   }
@@ -307,8 +317,7 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
 const FTUnicodeMap& FTFont_sfnt::UnicodeMap() const {
   if (!_fUnicodeMap) {
     const FTFontTable* tCmap = GetTaggedTable(FTFontTable_cmap::kTag);
-    _fUnicodeMap = tCmap ? std::make_unique<const FTUnicodeMap>(tCmap->Bytes(),
-                                                                [this](uint64_t iSteps) { return SpendWork(iSteps); })
+    _fUnicodeMap = tCmap ? std::make_unique<const FTUnicodeMap>(tCmap->Bytes(), GetWorkBudget())
                          : std::make_unique<const FTUnicodeMap>();
   }
   return *_fUnicodeMap;

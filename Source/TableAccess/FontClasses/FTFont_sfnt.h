@@ -11,6 +11,7 @@
 #include "TableAccess/FontClasses/FTIdealTableOrder.h"
 #include "TableAccess/FontClasses/FTSfntDirectory.h"
 #include "TableAccess/TableClasses/FTFontTable.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 class FTEncoding;
 class FTFont_FOND;
@@ -26,7 +27,7 @@ struct FTFeatureName;
 ///
 /// Tables, names and counts are made on first use and kept. Strings, tables and encodings that are returned belong to
 /// the font. Directory faults throw FTException from every operation that needs a table.
-class FTFont_sfnt : public FTFont {
+class FTFont_sfnt : public FTFont, public FTTableOwner {
  public:
   /// Stands for "any" where a platform, script or language is asked for.
   static constexpr uint32_t kAny = 0xFFFFFFFF;
@@ -35,11 +36,9 @@ class FTFont_sfnt : public FTFont {
   using Tables = std::vector<std::unique_ptr<const FTFontTable>>;
 
   FTFont_sfnt() = default;
-  FTFont_sfnt(const FTFontContainer* iContainer, Tova::ByteView iBytes);
-  FTFont_sfnt(const FTFontContainer* iContainer, const Tova::Data& iData);
-  FTFont_sfnt(const FTFontContainer* iContainer, const Tova::FileReference& iFile, uint64_t iDirectoryOffset = 0);
-  FTFont_sfnt(const FTFontContainer* iContainer, std::shared_ptr<const Tova::FileMapping> iMapping,
-              uint64_t iDirectoryOffset);
+  FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes);
+  FTFont_sfnt(const FTFontOwner* iOwner, const Tova::Data& iData);
+  FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile, uint64_t iDirectoryOffset = 0);
   FTFont_sfnt(const FTFont_sfnt& iOther);
   FTFont_sfnt& operator=(const FTFont_sfnt& iOther);
   ~FTFont_sfnt() override;
@@ -61,9 +60,9 @@ class FTFont_sfnt : public FTFont {
   virtual uint32_t GetIndTableTag(uint64_t iIndex) const;
   virtual const FTFontTable* GetIndTable(uint64_t iIndex) const;
   /// The accessor of the first entry with the tag, null without one.
-  virtual const FTFontTable* GetTaggedTable(uint32_t iTag) const;
+  const FTFontTable* GetTaggedTable(uint32_t iTag) const override;
   /// Whether the first entry with the tag has bytes: a table of length 0 counts as absent.
-  virtual bool HasTaggedTable(uint32_t iTag) const;
+  bool HasTaggedTable(uint32_t iTag) const override;
   /// The index of that entry; all bits set without one.
   virtual uint64_t IndexOfTaggedTable(uint32_t iTag) const;
   virtual uint32_t GetScaler() const { return _fScaler; }
@@ -78,11 +77,11 @@ class FTFont_sfnt : public FTFont {
   virtual bool IsSbitOnly() const;
   virtual TovaStringRef GetUniqueName() const;
   virtual TovaStringRef GetFullName() const;
-  virtual uint16_t CountFontGlyphs() const;
+  uint16_t CountFontGlyphs() const override;
   virtual uint64_t CountFontNames() const;
   virtual uint64_t CountFontEncodings() const;
-  virtual uint16_t CountHorizontalLongMetrics() const;
-  virtual uint16_t CountVerticalLongMetrics() const;
+  uint16_t CountHorizontalLongMetrics() const override;
+  uint16_t CountVerticalLongMetrics() const override;
   virtual uint64_t CountGlobalCoordinates() const;
   /// The glyph of a Unicode character; kNone without one, and never glyph 0.
   virtual uint32_t UnicodeToGlyphID(uint32_t iCharacter) const;
@@ -116,25 +115,34 @@ class FTFont_sfnt : public FTFont {
   static int TableEntryOffsetOrderCompareFunction(const FTSfntDirectoryEntry& iFirst,
                                                   const FTSfntDirectoryEntry& iSecond);
 
-  /// The accessor as its class T (whose kTag names it), null without the table: FindTable<FTFontTable_head>().
-  template <class T>
-  const T* FindTable() const {
-    return dynamic_cast<const T*>(GetTaggedTable(T::kTag));
+  // What its tables ask; FindTable<FTFontTable_head>() is of use to all.
+  const FTFont_sfnt* AsFont() const override { return this; }
+  Tova::ByteView FontBytes() const override { return Bytes(); }
+  FTWorkBudget& GetWorkBudget() const override { return FTFont::GetWorkBudget(); }
+  Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const override {
+    return FTFont::DoGenericLookup(iTable, iGlyph);
   }
+  std::shared_ptr<FTGlyphSet> GetGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocations) const override;
 
  private:
   void ValidateHeader() const;
+  void IndexTables() const;
   TovaStringRef FindNameString(uint32_t iNameCode) const;
 
   uint64_t _fDirectoryOffset = 0;
   uint32_t _fScaler = 0;
+  struct TagAndIndex {
+    uint32_t tag;
+    uint32_t index;
+  };
   mutable std::unique_ptr<const Tables> _fTables;
+  mutable std::vector<TagAndIndex> _fTableIndex;  // ascending by tag, the first entry of each
   mutable std::unique_ptr<const FTUnicodeMap> _fUnicodeMap;
   mutable Tova::String _fIdentifier;
   mutable Tova::String _fPostScriptName;
   mutable Tova::String _fFullName;
-  mutable uint16_t _fGlyphCount = 0;
-  mutable uint16_t _fHorizontalLongMetricsCount = 0;
-  mutable uint16_t _fVerticalLongMetricsCount = 0;
+  mutable std::optional<uint16_t> _fGlyphCount;
+  mutable std::optional<uint16_t> _fHorizontalLongMetricsCount;
+  mutable std::optional<uint16_t> _fVerticalLongMetricsCount;
   mutable uint64_t _fGlobalCoordinateCount = 0;
 };

@@ -63,7 +63,7 @@ std::optional<FTTableOrder> FTTableOrderFromPreference(TovaTypeRef iValue) {
 
 Tova::Array FTPreferenceFromTableOrder(const FTTableOrder& iOrder) {
   const auto tTexts = Tova::Adopt(TovaArrayCreateMutable());
-  for (const uint32_t tTag : iOrder) {
+  for (const uint32_t tTag : iOrder) {  // quirk: tags-as-stored
     std::array<char, sizeof(tTag)> tText;
     std::memcpy(tText.data(), &tTag, sizeof(tTag));
     TovaArrayAppendValue(tTexts.get(), Tova::MakeString(std::string_view(tText.data(), tText.size())).get());

@@ -35,6 +35,7 @@ class LaterEntries {
     if (tFirst == iAll.size()) return Meeting::kNone;
     const Range tOther = iAll[tFirst];
     const bool tInside = tOther.start <= iRange.start && iRange.end <= tOther.end;
+    // quirk: one-sided-overlap. An entry may lie inside a later one, but not around it.
     return tInside ? Meeting::kInsideAnother : Meeting::kPartial;
   }
 

@@ -1,15 +1,16 @@
 #include "TableAccess/TableClasses/FTFontTable.h"
 
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
-FTFontTable::FTFontTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset, uint64_t iLength,
+FTFontTable::FTFontTable(const FTTableOwner* iOwner, uint32_t iTag, uint64_t iOffset, uint64_t iLength,
                          uint32_t iChecksum)
-    : _fFont(iFont), _fTag(iTag), _fOffset(iOffset), _fChecksum(iChecksum) {
-  if (iFont) _fBytes = iFont->Bytes().Slice(iOffset, iLength);
+    : _fOwner(iOwner), _fTag(iTag), _fOffset(iOffset), _fChecksum(iChecksum) {
+  if (iOwner) _fBytes = iOwner->FontBytes().Slice(iOffset, iLength);
 }
 
 FTFontTable::FTFontTable(const FTFontTable& iOther)
-    : _fFont(iOther._fFont),
+    : _fOwner(iOther._fOwner),
       _fTag(iOther._fTag),
       _fOffset(iOther._fOffset),
       _fChecksum(iOther._fChecksum),
@@ -18,7 +19,7 @@ FTFontTable::FTFontTable(const FTFontTable& iOther)
 
 FTFontTable& FTFontTable::operator=(const FTFontTable& iOther) {
   if (this == &iOther) return *this;
-  _fFont = iOther._fFont;
+  _fOwner = iOther._fOwner;
   _fTag = iOther._fTag;
   _fOffset = iOther._fOffset;
   _fChecksum = iOther._fChecksum;
@@ -28,6 +29,8 @@ FTFontTable& FTFontTable::operator=(const FTFontTable& iOther) {
   return *this;
 }
 
+const FTFont_sfnt* FTFontTable::GetFont() const { return _fOwner ? _fOwner->AsFont() : nullptr; }
+
 void FTFontTable::ReadData() const {
   if (_fDataRead) return;
   _fDataRead = true;
@@ -35,5 +38,9 @@ void FTFontTable::ReadData() const {
 }
 
 Tova::ByteView FTFontTable::DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const {
-  return _fFont ? _fFont->DoGenericLookup(iTable, iGlyph) : Tova::ByteView();
+  return _fOwner ? _fOwner->DoGenericLookup(iTable, iGlyph) : Tova::ByteView();
+}
+
+void FTFontTable::ChargeWork(uint64_t iSteps) const {
+  if (_fOwner) _fOwner->GetWorkBudget().Charge(iSteps);
 }

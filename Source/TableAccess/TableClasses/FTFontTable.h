@@ -7,6 +7,7 @@
 #include "Platform/ByteView.h"
 
 class FTFont_sfnt;
+class FTTableOwner;
 
 /// A four-character tag as a number, the first character in the most significant byte: FTTag("head").
 constexpr uint32_t FTTag(const char (&iText)[5]) {
@@ -25,12 +26,12 @@ constexpr uint32_t FTTag(const char (&iText)[5]) {
 class FTFontTable {
  public:
   FTFontTable() = default;
-  FTFontTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset, uint64_t iLength, uint32_t iChecksum);
+  FTFontTable(const FTTableOwner* iOwner, uint32_t iTag, uint64_t iOffset, uint64_t iLength, uint32_t iChecksum);
   FTFontTable(const FTFontTable& iOther);
   FTFontTable& operator=(const FTFontTable& iOther);
   virtual ~FTFontTable() = default;
 
-  virtual const FTFont_sfnt* GetFont() const { return _fFont; }
+  virtual const FTFont_sfnt* GetFont() const;
   /// The tag; a class made for one table answers its own, whatever the directory says.
   virtual uint32_t GetTag() const { return _fTag; }
   virtual uint64_t GetOffset() const { return _fOffset; }
@@ -50,11 +51,18 @@ class FTFontTable {
   Tova::ByteView Bytes() const { return _fBytes; }
 
   /// The accessor for a directory entry: of the class made for exactly this tag, else a plain FTFontTable.
-  static std::unique_ptr<const FTFontTable> CreateTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset,
+  static std::unique_ptr<const FTFontTable> CreateTable(const FTTableOwner* iOwner, uint32_t iTag, uint64_t iOffset,
                                                         uint64_t iLength, uint32_t iChecksum);
 
+ protected:
+  const FTTableOwner* Owner() const { return _fOwner; }
+  /// Whether this is a copy, with bytes of its own.
+  bool OwnsBytes() const { return static_cast<bool>(_fOwnedBytes); }
+  /// Charges work to the budget of the font's file.
+  void ChargeWork(uint64_t iSteps) const;
+
  private:
-  const FTFont_sfnt* _fFont = nullptr;
+  const FTTableOwner* _fOwner = nullptr;
   uint32_t _fTag = FTTag("NULL");
   uint64_t _fOffset = 0;
   uint32_t _fChecksum = 0;

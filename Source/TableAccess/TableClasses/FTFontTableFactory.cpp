@@ -22,12 +22,12 @@
 
 namespace {
 
-using Maker = std::unique_ptr<const FTFontTable> (*)(const FTFont_sfnt*, uint32_t, uint64_t, uint64_t, uint32_t);
+using Maker = std::unique_ptr<const FTFontTable> (*)(const FTTableOwner*, uint32_t, uint64_t, uint64_t, uint32_t);
 
 template <class T>
-std::unique_ptr<const FTFontTable> Make(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset, uint64_t iLength,
+std::unique_ptr<const FTFontTable> Make(const FTTableOwner* iOwner, uint32_t iTag, uint64_t iOffset, uint64_t iLength,
                                         uint32_t iChecksum) {
-  return std::make_unique<const T>(iFont, iTag, iOffset, iLength, iChecksum);
+  return std::make_unique<const T>(iOwner, iTag, iOffset, iLength, iChecksum);
 }
 
 struct Row {
@@ -55,9 +55,9 @@ static_assert(std::ranges::is_sorted(kRows, {}, &Row::tag), "looked up by binary
 
 }  // namespace
 
-std::unique_ptr<const FTFontTable> FTFontTable::CreateTable(const FTFont_sfnt* iFont, uint32_t iTag, uint64_t iOffset,
+std::unique_ptr<const FTFontTable> FTFontTable::CreateTable(const FTTableOwner* iOwner, uint32_t iTag, uint64_t iOffset,
                                                             uint64_t iLength, uint32_t iChecksum) {
   const auto tRow = std::ranges::lower_bound(kRows, iTag, {}, &Row::tag);
   const Maker tMaker = tRow != kRows.end() && tRow->tag == iTag ? tRow->maker : Make<FTFontTable>;
-  return tMaker(iFont, iTag, iOffset, iLength, iChecksum);
+  return tMaker(iOwner, iTag, iOffset, iLength, iChecksum);
 }

@@ -30,6 +30,12 @@ uint32_t NumberAfter(Tova::ByteView iBytes, uint8_t iFirst, std::string_view iNa
 
 }  // namespace
 
-void FTFontTable_CID_::ReadDataInternal() const { _fGlyphCount = NumberAfter(Bytes(), '/', "/CIDCount "); }
+void FTFontTable_CID_::ReadDataInternal() const {
+  ChargeWork(Bytes().Size());
+  _fGlyphCount = NumberAfter(Bytes(), '/', "/CIDCount ");
+}
 
-void FTFontTable_TYP1::ReadDataInternal() const { _fGlyphCount = NumberAfter(Bytes(), '\\', "/CharStrings "); }
+void FTFontTable_TYP1::ReadDataInternal() const {
+  ChargeWork(Bytes().Size());
+  _fGlyphCount = NumberAfter(Bytes(), '\\', "/CharStrings ");
+}

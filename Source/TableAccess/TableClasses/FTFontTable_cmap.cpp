@@ -6,6 +6,9 @@ namespace {
 
 constexpr uint32_t kAny = 0xFFFFFFFF;
 
+/// What an encoding costs, which is an object of several words, and looked at by every search.
+constexpr uint64_t kStepsOfEncoding = 16;
+
 bool Matches(uint32_t iWanted, uint32_t iValue) { return iWanted == kAny || iWanted == iValue; }
 
 }  // namespace
@@ -15,6 +18,7 @@ void FTFontTable_cmap::ReadDataInternal() const {
   _fVersion = tTable.U16(0);
   _fEncodings.clear();
   const Tova::RecordArray tRecords(tTable, 4, tTable.U16(2), 8);
+  ChargeWork(kStepsOfEncoding * tRecords.Held());
   _fEncodings.reserve(tRecords.Held());
   for (const Tova::ByteView tRecord : tRecords) {
     if (tRecord.Size() < 8) break;

@@ -1,11 +1,8 @@
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FTLimits.h"
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
-
-static constexpr char kSource[] = "TableAccess/TableClasses/FTFontTable_glyf";
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 FTFontTable_glyf& FTFontTable_glyf::operator=(const FTFontTable_glyf& iOther) {
   if (this == &iOther) return *this;
@@ -15,48 +12,14 @@ FTFontTable_glyf& FTFontTable_glyf::operator=(const FTFontTable_glyf& iOther) {
 }
 
 void FTFontTable_glyf::ReadDataInternal() const {
-  const auto* tTable_loca = GetFont()->FindTable<FTFontTable_loca>();
-  if (!tTable_loca || !GetFont()->HasTaggedTable(FTFontTable_loca::kTag))
-    FTThrowAt("GetFont()->HasTaggedTable( FTFontTable_loca::kTag )", "The required 'loca' table is missing", kSource,
-              99);
-  auto tGlyphs = std::make_unique<FTGlyphStore>();
-  const uint16_t tCount = GetFont()->CountFontGlyphs();
-  tGlyphs->list.reserve(tCount);
-  for (uint16_t tIndex = 0; tIndex < tCount; ++tIndex) {
-    const uint64_t tOffset = tTable_loca->GetGlyphOffset(tIndex);
-    if (tOffset > GetUnswappedDataLength())
-      FTThrowAt("tTable_loca->GetGlyphOffset( tIndex ) > GetUnswappedDataLength()",
-                "The 'loca' table points to data outside the bounds of the 'glyf' table", kSource, 106);
-    const FTTrueTypeGlyph* tGlyph =
-        FTTrueTypeGlyph::CreateGlyph(Bytes().From(tOffset), tTable_loca->GetGlyphLength(tIndex), this, *tGlyphs);
-    if (!tGlyph) FTThrowAt("tGlyph == NULL", "An error occurred allocating memory", kSource, 109);
-    tGlyphs->list.push_back(tGlyph);
+  const auto* tTable_loca = Owner()->FindTable<FTFontTable_loca>();
+  if (!tTable_loca || !Owner()->HasTaggedTable(FTFontTable_loca::kTag)) FTThrow(FTFaults::kLocaMissing);
+  if (Owner()->CountFontGlyphs() == 0) {
+    ClearGlyphData();
+    return;
   }
-  ClearGlyphData();
-  _fGlyphs = std::move(tGlyphs);
-}
-
-std::span<const FTTrueTypeGlyph* const> FTFontTable_glyf::GetGlyphs() const {
-  ReadData();
-  if (!_fGlyphs) return {};
-  return _fGlyphs->list;
-}
-
-const FTTrueTypeGlyph* FTFontTable_glyf::GetGlyph(uint64_t iIndex) const {
-  const auto tGlyphs = GetGlyphs();
-  return iIndex < tGlyphs.size() ? tGlyphs[iIndex] : nullptr;
-}
-
-void FTFontTable_glyf::ClearGlyphData() const {
-  _fGlyphs.reset();
-  _fPoints = {};
-  _fDecodedItems = 0;
-}
-
-void FTFontTable_glyf::ChargeDecoding(uint64_t iItems) const {
-  _fDecodedItems += iItems;
-  const uint64_t tAllowed = kFTGlyphItemsAllowed + kFTGlyphItemsAllowedPerByte * GetUnswappedDataLength();
-  if (!GetFont()->SpendWork(iItems) || _fDecodedItems > tAllowed)
-    FTThrowAt("_fFlags == NULL", "A memory allocation operation failed",
-              "TableAccess/AncillaryClasses/FTSimpleTrueTypeGlyph", 124);
+  tTable_loca->GetGlyphOffset(0);  // throws where there are no locations
+  const FTGlyphLocations& tLocations = tTable_loca->GetLocations();
+  _fGlyphs = OwnsBytes() ? std::make_shared<FTGlyphSet>(Bytes(), tLocations, Owner()->GetWorkBudget())
+                         : Owner()->GetGlyphSet(Bytes(), tLocations);
 }

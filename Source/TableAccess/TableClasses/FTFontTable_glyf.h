@@ -1,18 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <span>
 
-#include "TableAccess/AncillaryClasses/FTGlyphPoints.h"
-#include "TableAccess/AncillaryClasses/FTGlyphStore.h"
+#include "TableAccess/Glyphs/FTTrueTypeGlyph.h"
 #include "TableAccess/TableClasses/FTFixedLayout.h"
 #include "TableAccess/TableClasses/FTFontTable.h"
 
-/// The glyph outlines. Bytes: a record for each glyph, where 'loca' says; see FTTrueTypeGlyph. As in "glyf — Glyph
-/// Data" of the OpenType specification.
+/// The glyph outlines. Bytes: a record for each glyph, where 'loca' says; see FTGlyphSet. As in "glyf — Glyph Data" of
+/// the OpenType specification.
 ///
-/// Needs 'loca' (and 'head' through it) and the font's glyph count. Owns the glyphs, which it makes all at once and
-/// which decode themselves when they are asked; a table whose glyphs could not be made has none.
+/// Needs 'loca' (and 'head' through it) and the font's glyph count. Glyphs decode themselves when they are asked; a
+/// table whose glyphs could not be made has none.
 class FTFontTable_glyf : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_glyf, FTFontTable, "glyf")
 
@@ -21,21 +20,27 @@ class FTFontTable_glyf : public FTFontTable {
 
   void ReadDataInternal() const override;
 
-  /// By glyph index; empty when there are none.
-  std::span<const FTTrueTypeGlyph* const> GetGlyphs() const;
-  /// Null for an index without a glyph.
-  const FTTrueTypeGlyph* GetGlyph(uint64_t iIndex) const;
-  void ClearGlyphData() const;
+  /// Glyphs by index; empty when there are none. Valid as long as the table.
+  class GlyphList {
+   public:
+    explicit GlyphList(FTGlyphSet* iGlyphs) : _fGlyphs(iGlyphs) {}
+    uint16_t size() const { return _fGlyphs ? _fGlyphs->Count() : uint16_t{0}; }
+    FTTrueTypeGlyph operator[](uint16_t iIndex) const { return {*_fGlyphs, iIndex}; }
 
-  /// The room in which glyphs decode their points.
-  FTGlyphPoints& SharedPoints() const { return _fPoints; }
-  /// Takes note that a glyph is about to decode so many end points, instruction bytes, points or components. Throws "A
-  /// memory allocation operation failed" when the glyphs of this table amount to more than its bytes could honestly
-  /// hold, as they do when their records overlap.
-  void ChargeDecoding(uint64_t iItems) const;
+   private:
+    FTGlyphSet* _fGlyphs;
+  };
+  GlyphList GetGlyphs() const {
+    ReadData();
+    return GlyphList(_fGlyphs.get());
+  }
+  /// None for an index without a glyph.
+  FTTrueTypeGlyph GetGlyph(uint64_t iIndex) const {
+    const GlyphList tGlyphs = GetGlyphs();
+    return iIndex < tGlyphs.size() ? tGlyphs[static_cast<uint16_t>(iIndex)] : FTTrueTypeGlyph();
+  }
+  void ClearGlyphData() const { _fGlyphs.reset(); }
 
  private:
-  mutable std::unique_ptr<const FTGlyphStore> _fGlyphs;
-  mutable FTGlyphPoints _fPoints;
-  mutable uint64_t _fDecodedItems = 0;
+  mutable std::shared_ptr<FTGlyphSet> _fGlyphs;
 };

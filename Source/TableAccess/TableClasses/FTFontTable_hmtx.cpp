@@ -3,19 +3,16 @@
 #include <algorithm>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 void FTFontTable_hmtx::ReadDataInternal() const {
-  _fGlyphCount = GetFont()->CountFontGlyphs();
-  _fLongMetricsCount =
-      GetTag() == kTag ? GetFont()->CountHorizontalLongMetrics() : GetFont()->CountVerticalLongMetrics();
+  _fGlyphCount = Owner()->CountFontGlyphs();
+  _fLongMetricsCount = GetTag() == kTag ? Owner()->CountHorizontalLongMetrics() : Owner()->CountVerticalLongMetrics();
 }
 
 FTGlyphMetrics FTFontTable_hmtx::GetMetrics(uint16_t iGlyph) const {
   ReadData();
-  if (iGlyph >= _fGlyphCount)
-    FTThrowAt("iGlyphID < GetFont()->CountFontGlyphs()", "A reference was made to a non-existent glyph",
-              "TableAccess/TableClasses/FTFontTable_hmtx", 159);
+  if (iGlyph >= _fGlyphCount) FTThrow(FTFaults::kMetricsOfNoGlyph);
   const uint64_t tLong = _fLongMetricsCount;
   if (iGlyph < tLong) return {Bytes().U16(uint64_t{4} * iGlyph), Bytes().U16(uint64_t{4} * iGlyph + 2)};
   const uint16_t tAdvance = tLong == 0 ? uint16_t{0} : Bytes().U16(4 * (tLong - 1));

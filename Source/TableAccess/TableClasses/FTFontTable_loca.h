@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TableAccess/Glyphs/FTGlyphLocations.h"
 #include "TableAccess/TableClasses/FTFixedLayout.h"
 #include "TableAccess/TableClasses/FTFontTable.h"
 
@@ -18,10 +19,11 @@ class FTFontTable_loca : public FTFontTable {
   /// The distance to the next offset in bytes; where that is lower, the difference as an unsigned 64-bit number.
   virtual uint64_t GetGlyphLength(uint16_t iGlyph) const;
 
- private:
-  uint64_t Offset(uint32_t iIndex) const;
+  const FTGlyphLocations& GetLocations() const {
+    ReadData();
+    return _fLocations;
+  }
 
-  enum class Width { kUnknown, kShort, kLong };
-  mutable Width _fWidth = Width::kUnknown;
-  mutable uint16_t _fGlyphCount = 0;
+ private:
+  mutable FTGlyphLocations _fLocations;
 };

@@ -4,6 +4,9 @@
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 
+/// What an entry costs, which is an object with a text.
+static constexpr uint64_t kStepsOfName = 8;
+
 void FTFontTable_name::ReadDataInternal() const {
   const Tova::ByteView tTable = Bytes();
   _fFormat = tTable.U16(0);
@@ -11,8 +14,8 @@ void FTFontTable_name::ReadDataInternal() const {
   const uint64_t tLimit = tTable.Size();
   Entries tNames;
   const Tova::RecordArray tRecords(tTable, 6, tTable.U16(2), 12);
-  for (uint64_t i = 0; i < tRecords.Claimed(); ++i) {
-    const Tova::ByteView tRecord = tRecords[i];
+  ChargeWork(kStepsOfName * tRecords.Held());
+  for (const Tova::ByteView tRecord : tRecords) {
     const uint64_t tLength = tRecord.U16(8);
     const uint64_t tStart = uint64_t{_fStringBaseOffset} + tRecord.U16(10);
     if (tLength != 0) {

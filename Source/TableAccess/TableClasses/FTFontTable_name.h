@@ -13,7 +13,7 @@
 /// OpenType specification. Needs no other table.
 ///
 /// A record that starts or ends outside the table makes reading throw, and the table then has no names; one of length 0
-/// may stand anywhere.
+/// may stand anywhere. Records that are claimed but lie beyond the table are none.
 class FTFontTable_name : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_name, FTFontTable, "name")
   using Entries = std::vector<FTNameTableEntry>;

@@ -17,7 +17,7 @@ class FTTagOnlyTable : public FTFontTable {
 using FTFontTable_bdat = FTTagOnlyTable<FTTag("bdat")>;
 using FTFontTable_bloc = FTTagOnlyTable<FTTag("bloc")>;
 using FTFontTable_CFF_ = FTTagOnlyTable<FTTag("CFF ")>;
-using FTFontTable_cvt_ = FTTagOnlyTable<FTTag("cvt_")>;  // with an underscore: 'cvt ' gets a plain FTFontTable
+using FTFontTable_cvt_ = FTTagOnlyTable<FTTag("cvt_")>;  // quirk: tag-spelling. 'cvt ' gets a plain FTFontTable
 using FTFontTable_dsig = FTTagOnlyTable<FTTag("dsig")>;  // in lower case, likewise
 using FTFontTable_EBDT = FTTagOnlyTable<FTTag("EBDT")>;
 using FTFontTable_EBLC = FTTagOnlyTable<FTTag("EBLC")>;

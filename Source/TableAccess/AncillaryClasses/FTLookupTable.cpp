@@ -1,4 +1,4 @@
-#include "TableAccess/FontClasses/FTLookupTable.h"
+#include "TableAccess/AncillaryClasses/FTLookupTable.h"
 
 namespace {
 
