@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "Core/ReportConsolidation.h"
+#include "support/MetadataBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
@@ -84,6 +85,24 @@ TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
     EXPECT_EQ(Description(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0})),
               "{kVornFontTestResultKey: kVornFontTestSeverityFatalError, kVornFontTestMessageTextKey: sfnt: The font "
               "is missing a horizontal metrics ('htmx') table (required by the TrueType specification).}");
+  }
+  EXPECT_TRUE(found);
+}
+
+TEST_F(ReportCreation, DetailsTellAGlyphByItsName) {
+  TovaDictionarySetValue(full_.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  const FontBuilder font = GoodFont().Table("post", StoredNamesTable({0, 258, 258}, {"alpha"}));
+  const Report report = Create(font.Build(), full_.get());
+  bool found = false;
+  for (int i = 0; i < report.Count({kFonts, 0, kRecords}); ++i) {
+    if (report.Text({kFonts, 0, kRecords, i, kVornFontTestIdentifierKey}) != "veltrin.TrueType.post.usability")
+      continue;
+    found = true;
+    EXPECT_EQ(
+        Description(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kVornFontTestMessageGlyphKey})),
+        "2");
+    EXPECT_EQ(report.Text({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kVornFontTestMessageGlyphNameKey}),
+              "alpha");
   }
   EXPECT_TRUE(found);
 }
