@@ -43,14 +43,15 @@ extern "C" {
  * (strings), kVornFontTestFontTypeKey (a font type below), kVornFontTestResultKey (array of severities) and
  * kVornFontTestArrayKey: an array of test records.
  *
- * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array of
- * severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
+ * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array
+ * of severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
  * kVornFontTestResultKey (the severity) and kVornFontTestMessageTextKey (the text). With
  * kVornFontTestMessageDetailsOptionKey they also hold, as far as they are known, kVornFontTestMessageFormatKey (the
- * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a table's
- * tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageOffsetKey (bytes from the start of the table;
- * both numbers) and kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a
- * record of its own says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
+ * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a
+ * table's tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageGlyphNameKey (the name that the font
+ * gives this glyph), kVornFontTestMessageOffsetKey (bytes from the start of the table; both numbers) and
+ * kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a record of its own
+ * says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
  *
  * The size of a report is bounded, whatever the file: some 512 megabytes, or four kilobytes for each message that
  * kVornFontTestMessageLimitOptionKey allows; a quarter of it is kept for major and fatal findings. What is left out is
@@ -112,6 +113,7 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTextKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageFormatKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTableKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphNameKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageOffsetKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagePartKey;
 

@@ -42,6 +42,15 @@ inline constexpr uint64_t kFTKeptGlyphSets = 4;
 /// 'cmap' of a megabyte can claim hundreds of billions.
 inline constexpr uint64_t kFTMaxEncodingPairs = 0x110000 + 0x10000;
 
+/// Unicode encodings of a 'cmap' table that are read. Honest fonts have up to five; all of Unicode takes two and a half
+/// megabytes in each.
+inline constexpr uint64_t kFTMaxUnicodeEncodings = 8;
+
+/// Components looked at to tell whether one compound glyph is blank, and how deep they may lie in one another. Past
+/// these the glyph counts as having ink.
+inline constexpr uint32_t kFTMaxBlankComponents = 4096;
+inline constexpr uint32_t kFTMaxBlankDepth = 8;
+
 // Reports, in bytes of the tree that callers get.
 
 /// A report whose caller sets no limit on messages. The largest report of an honest font, a collection of 276,868

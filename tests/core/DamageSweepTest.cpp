@@ -3,8 +3,10 @@
 #include "Core/LinkTable.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "support/AllTests.h"
+#include "support/BitmapBuilder.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
+#include "support/MetadataBuilder.h"
 #include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
 
@@ -37,7 +39,22 @@ FontBuilder RichFont() {
   features.U16(2).U16(0).U32(1).U32(1).U32(28).U32(1).U32(0).U16(0).U16(0).U32(1).U32(0);
   TableBuilder fdsc;
   font.Table("morx", features).Table("fdsc", fdsc.U32(0x00010000).U32(1).Text("slnt").U32(0));
-  return font.Table("post", PostTable()).Table("name", NameTable({{3, "Rich"}, {6, "Rich"}}));
+  font.Table("name",
+             NameRecordsTable({{1, 0, 0, 1, "Rich"}, MicrosoftName(3, "Rich"), MicrosoftName(6, "Rich")}, {"de"}));
+  font.Table("post", StoredNamesTable({0, 258, 36, 259, 1}, {"alpha", "uni0041"})).Table("OS/2", OS2Table(5));
+  const Bytes image = {2, 3, 0, 2, 4, 0xE0, 0xE0};
+  const Bytes composite = {2, 3, 0, 2, 4, 0, 0, 2, 0, 1, 0, 0, 0, 2, 0, 0};
+  font.Table("EBLC", BitmapLocationTable({{8,
+                                           {{0, 1, BitmapIndex1(1, {0, 7, 14})},
+                                            {2, 2, BitmapIndex3(8, {14, 30})},
+                                            {3, 3, BitmapIndex2(5, 1, 2, 3)},
+                                            {4, 4, BitmapIndex4(2, {{4, 0}, {0, 6}})}},
+                                           0,
+                                           4},
+                                          {9, {{0, 4, BitmapIndex5(5, 1, 2, 3, {0, 4})}}, 0, 4}}));
+  font.Table("EBDT", BitmapDataTable({image, image, composite}));
+  TableBuilder scaled;
+  return font.Table("EBSC", scaled.U32(0x00020000).U32(1).Zeros(24).U8(9).U8(9).U8(8).U8(8));
 }
 
 /// Runs every test over the font, and asks it what reports ask of fonts. Survival is the expectation: the sanitizers
@@ -108,8 +125,8 @@ TEST_F(DamageSweep, EveryPrefixIsSurvived) {
 }
 
 TEST_F(DamageSweep, EveryTableCutShortIsSurvived) {
-  for (const char* tag : {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm", "prep",
-                          "vhea", "vmtx", "hdmx", "morx", "fdsc"}) {
+  for (const char* tag : {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm",
+                          "prep", "vhea", "vmtx", "hdmx", "morx", "fdsc", "OS/2", "EBLC", "EBDT", "EBSC"}) {
     FontBuilder font = RichFont();
     for (size_t size = font[tag].size(); size-- > 0;) Survive(font.Truncate(tag, size).Build(), true);
   }

@@ -1,4 +1,5 @@
 #include "Core/ReportConsolidation.h"
+#include "support/MetadataBuilder.h"
 #include "support/Report.h"
 #include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
@@ -33,6 +34,24 @@ TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
                    : "");
     EXPECT_EQ(report.Count({kFonts, 0, kRecords, last, kVornFontTestMessagesKey}), full ? 1 : 0);
   }
+}
+
+TEST_F(ReportCreation, DetailsTellAGlyphByItsName) {
+  TovaDictionarySetValue(full_.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  const FontBuilder font = GoodFont().Table("post", StoredNamesTable({0, 258, 258}, {"alpha"}));
+  const Report report = Create(font.Build(), full_.get());
+  bool found = false;
+  for (int i = 0; i < report.Count({kFonts, 0, kRecords}); ++i) {
+    if (report.Text({kFonts, 0, kRecords, i, kVornFontTestIdentifierKey}) != "veltrin.TrueType.post.usability")
+      continue;
+    found = true;
+    EXPECT_EQ(
+        Description(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kVornFontTestMessageGlyphKey})),
+        "2");
+    EXPECT_EQ(report.Text({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0, kVornFontTestMessageGlyphNameKey}),
+              "alpha");
+  }
+  EXPECT_TRUE(found);
 }
 
 TEST_F(ReportCreation, RequestedTestsRunInOrderAndUnknownOnesNotAtAll) {

@@ -32,7 +32,9 @@ const Message kDeep = Minor(
 
 TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
   const auto expect = [](const Bytes& maxp, const std::vector<Message>& expected) {
-    ExpectMessages(test::Run(TestStructure_maxp, GoodFont().Table("CFF ", {1}).Table("maxp", maxp)), expected);
+    for (const char* tag : {"CFF ", "CFF2"}) {
+      ExpectMessages(test::Run(TestStructure_maxp, GoodFont().Table(tag, {1}).Table("maxp", maxp)), expected);
+    }
   };
   const std::string version = "The table's version is 0x00010000; it should be 0x00010000";
   TableBuilder table = MaxpTable(3).Patch("version", 0x00005000);

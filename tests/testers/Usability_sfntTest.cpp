@@ -66,7 +66,10 @@ TEST(SfntUsability, TablesThatGoTogetherAreHeldAgainstEachOther) {
          {Fatal("The font has some but not all of the tables required for TrueType outline data.")});
   Expect(FontOf({"TYP1", "fpgm"}), {Minor("The font has TrueType hinting information but no TrueType outline data.")});
   Expect(FontOf({"TYP1", "cvt "}), {});
-  Expect(GoodFont().Table("CFF ", {1}), {Minor("The font has both TrueType and PostScript outline data")});
+  for (const char* tag : {"CFF ", "CFF2"}) {
+    Expect(GoodFont().Table(tag, {1}), {Minor("The font has both TrueType and PostScript outline data")});
+    Expect(GoodFont().Remove("glyf").Remove("loca").Table(tag, {1}), {});
+  }
   Expect(GoodFont().Table("bloc", {1}).Table("EBDT", {1}).Table("EBLC", {1}),
          {Minor("The font has both Veltrin- and Microsoft-style embedded bitmap data.")});
 }
