@@ -72,6 +72,7 @@ uint64_t FTFontTable_Chains::CountDefaultEntries(const FTLayoutChain& iChain, Wo
   uint64_t tCount = 0;
   for (uint64_t i = 0; i < iChain.featureCount; ++i) {
     const uint64_t tFeature = iChain.Features() + i * kFeatureEntrySize;
+    ChargeWork(1);
     RequireFeature(ioWork.Spend(kFeatureEntrySize) ? tFeature : GetSize());
     const FTLayoutFeature tEntry = FTLayoutFeature::Read(Bytes(), tFeature);
     if (tEntry.fType != 0 && tEntry.fEnableFlags != 0 && (tEntry.fEnableFlags & ~iChain.defaultFlags) == 0) ++tCount;
