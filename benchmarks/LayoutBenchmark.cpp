@@ -8,22 +8,18 @@ namespace {
 
 using namespace test;
 
-/// A subtable that replaces in some states what it leaves in others: so many states, each with 12 classes of its own.
+/// A subtable of substitutions with so many states, all of which are reached, and 12 classes of its own.
 Bytes Machine(uint32_t states) {
+  constexpr uint32_t kClasses = 12;
   MachineBuilder machine(StateMachineKind::kContextual, StateTableWidth::kExtended);
-  constexpr uint16_t kClasses = 12;
-  for (uint16_t i = 0; i < kClasses; ++i)
-    machine.Class("c" + std::to_string(i), {uint16_t(10 * i), uint16_t(10 * i + 1)});
-  const auto name = [](uint32_t state) { return "s" + std::to_string(state); };
+  for (uint32_t c = 0; c < kClasses; ++c) machine.Class("class " + std::to_string(c), {uint16_t(10 * c)});
   for (uint32_t i = 0; i < states; ++i) {
     std::map<std::string, std::string> cells;
-    for (uint32_t c = 0; c < kClasses; ++c) cells["c" + std::to_string(c)] = "to " + std::to_string((i + c + 1) % 64);
-    machine.State(name(i), cells);
-  }
-  for (uint32_t i = 0; i < 64; ++i) {
-    machine.Entry(
-        "to " + std::to_string(i),
-        {.next = name((i * states) / 64 + i % 2 < states ? (i * states) / 64 + i % 2 : 0), .words = {0xFFFF, 0}});
+    for (uint32_t c = 0; c < kClasses; ++c) {
+      cells["class " + std::to_string(c)] = "to " + std::to_string((i * kClasses + c + 1) % states);
+    }
+    machine.State("state " + std::to_string(i), cells);
+    machine.Entry("to " + std::to_string(i), {.next = "state " + std::to_string(i), .words = {0xFFFF, 0}});
   }
   return machine.Extra(TableBuilder().U32(4).Append(LookupFormat6({{0, 1}, {10, 11}}))).Build();
 }

@@ -70,8 +70,7 @@ struct LayoutTally {
 /// Gathers what the examination of one layout table finds in a part of it, reports it in order when the examination
 /// leaves the part, and holds the work within a bound.
 ///
-/// A text that occurs more often than kFindingsOfText in one part is reported that often, and how often it was left out
-/// as one more finding. A text whose severity nobody asked for is not reported, unless it is fatal.
+/// Of one text in one part only the first kFindingsOfText findings are reported; one more says how many were left out. A text whose severity nobody asked for is not reported, unless it is fatal.
 ///
 /// Honest tables whose parts do not overlap never come near the bound on work; hostile ones refer to the same bytes
 /// over and over.

@@ -30,8 +30,6 @@ struct LookupPiece {
   uint16_t first;
   uint16_t last;
   uint16_t value;
-
-  uint32_t Count() const { return uint32_t{last} - first + 1; }
 };
 
 /// Ascending; a glyph is in one piece at most, and 0xFFFF in none.

@@ -1,6 +1,7 @@
 #include "Tests/StateFlow.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -17,7 +18,7 @@ StateFlow::StateFlow(const StateMachine& iMachine) : _fMachine(iMachine) {
   }
   const auto tReached = Propagate<uint8_t>(
       0, 1, [](uint16_t, const StateMachine::Entry&, uint8_t iReached) { return iReached; },
-      [](uint8_t& ioReached, uint8_t iOther) { return ioReached == iOther ? false : (ioReached = iOther, true); });
+      [](uint8_t& ioReached, uint8_t iOther) { return std::exchange(ioReached, iOther) != iOther; });
   for (uint32_t i = 0; i < tReached.size(); ++i) {
     if (tReached[i]) _fStates.push_back(i);
   }

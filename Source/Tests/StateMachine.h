@@ -93,10 +93,10 @@ struct StateMachine {
   bool IsExtended() const { return width == StateTableWidth::kExtended; }
   uint64_t CellSize() const { return IsExtended() ? 2 : 1; }
   uint64_t RowSize() const { return CellSize() * classCount; }
-  /// Bytes of the header's fields without the extras; of an entry.
+  /// How many offsets of tables for actions the header has; how many words an entry has behind its flags.
   uint64_t ExtraCount() const;
-  uint64_t EntrySize() const { return 4 + 2 * WordCount(); }
   uint64_t WordCount() const;
+  uint64_t EntrySize() const { return 4 + 2 * WordCount(); }
 
   /// The index of the entry for a class in a state that has a row.
   uint16_t Cell(uint32_t iState, uint32_t iClass) const {
