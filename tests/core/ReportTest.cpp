@@ -25,8 +25,8 @@ TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
     EXPECT_TRUE(Description(report.At({kFonts, 0})).starts_with(expected)) << Description(report.At({kFonts, 0}));
     EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), full ? kTovaBooleanTrue : kTovaBooleanFalse);
     EXPECT_EQ(report.At({kVornFontTestUseSandboxOptionKey}), kTovaBooleanFalse);
-    int at = 0;
-    while (report.Text({kFonts, 0, kRecords, at, kVornFontTestIdentifierKey}) < "veltrin.TrueType.usability") ++at;
+    int at = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+    while (report.Text({kFonts, 0, kRecords, at, kVornFontTestIdentifierKey}) > "veltrin.TrueType.usability") --at;
     EXPECT_EQ(report.Text({kFonts, 0, kRecords, at, kVornFontTestNameKey}), "Required tables");
     EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, at, kVornFontTestTimeStampKey})), kTovaTypeDate);
     EXPECT_EQ(full ? Description(report.At({kFonts, 0, kRecords, at, kVornFontTestMessagesKey, 0})) : "",
