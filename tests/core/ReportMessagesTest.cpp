@@ -70,6 +70,7 @@ TEST_F(ReportMessages, BeyondALimitAreCountedAndLeaveTheResultAsItIs) {
                                              "kVornFontTestMessageTextKey: 4 further messages were not recorded}"));
   EXPECT_EQ(Description(limited.At({kResult})), "{kVornFontTestSeverityInformation, kVornFontTestSeverityMinorError}");
   EXPECT_EQ(Description(limited.At({kResult})), Description(whole.At({kResult})));
+  EXPECT_EQ(Description(limited.At({kFonts, 0, kResult})), Description(whole.At({kResult})));
 }
 
 TEST_F(ReportMessages, LeaveRoomForGraveOnesOfLaterFonts) {
