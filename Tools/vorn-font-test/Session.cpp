@@ -8,7 +8,6 @@
 
 #include "EscapedText.h"
 #include "FileWalk.h"
-#include "Memory.h"
 #include "TestList.h"
 #include "TestSelection.h"
 
@@ -112,7 +111,6 @@ class Session {
     logLines_.SetFile(path);
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
-    RequireMemory();
     if (!report) throw std::runtime_error(path + ": the library made no report");
     const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
     found_ = found_ || (failOn_ && results.Reaches(*failOn_));
@@ -151,7 +149,6 @@ int Run(const Options& options) {
     if (writer) writer->End(session.Unreadable());
     status = session.Status();
   }
-  RequireMemory();
   output->Close();
   return status;
 }
