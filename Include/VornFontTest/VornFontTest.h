@@ -43,14 +43,15 @@ extern "C" {
  * (strings), kVornFontTestFontTypeKey (a font type below), kVornFontTestResultKey (array of severities) and
  * kVornFontTestArrayKey: an array of test records.
  *
- * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array of
- * severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
+ * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array
+ * of severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
  * kVornFontTestResultKey (the severity) and kVornFontTestMessageTextKey (the text). With
  * kVornFontTestMessageDetailsOptionKey they also hold, as far as they are known, kVornFontTestMessageFormatKey (the
- * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a table's
- * tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageOffsetKey (bytes from the start of the table;
- * both numbers) and kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a
- * record of its own says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
+ * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a
+ * table's tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageGlyphNameKey (the name that the font
+ * gives this glyph), kVornFontTestMessageOffsetKey (bytes from the start of the table; both numbers) and
+ * kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a record of its own
+ * says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
  *
  * The size of a report is bounded, whatever the file: some 512 megabytes, or four kilobytes for each message that
  * kVornFontTestMessageLimitOptionKey allows; a quarter of it is kept for major and fatal findings. What is left out is
@@ -79,7 +80,9 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestUseSandboxOptionKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestCreateReportTypeKey;
 /* Boolean: whether to run tests without asking a cache of results first. There is no cache yet. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestForceTestExecutionKey;
-/* Boolean, default false: skips the search for an installed font of the same name. */
+/* Boolean, default false: the duplicate test ("veltrin.duplicates", a consistency test) does not ask whether another
+   font of the same name is installed. It asks a service, see docs/conduit.md; without one, each question takes ten
+   seconds. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSkipDuplicateFontTestOptionKey;
 /* Boolean, default false: messages also say which rule they are about and where in the font (see below). */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageDetailsOptionKey;
@@ -110,6 +113,7 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTextKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageFormatKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTableKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphNameKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageOffsetKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagePartKey;
 

@@ -179,7 +179,7 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
   const TovaAbsoluteTime tTime = TovaAbsoluteTimeGetCurrent();
   FindingSink tSink = _fTree.MakeSink();
   if (!iTest.entry(&iFont, tSink, &_fTestOptions)) return {};
-  Tova::Dictionary tRecord = _fTree.MakeRecord(iDescription, tTime, tSink);
+  Tova::Dictionary tRecord = _fTree.MakeRecord(iFont, iDescription, tTime, tSink);
   if (_fTree.HasFonts() && !_fForced) {
     AddResultToCache(tRecord.get(), _fOptions.get(), IdentifierOf(iFont), iDescription);
   }

@@ -4,18 +4,20 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <string_view>
 
 #include "Core/TestCatalogue.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/FTLimits.h"
-#include "TableAccess/FontClasses/FTFont.h"
+#include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 namespace {
 
-/// About what the dictionaries of a font and of a test record take.
+/// About what the dictionaries of a font and of a test record take, and a glyph name in a message beside its text.
 constexpr uint64_t kFontBytes = 2000;
 constexpr uint64_t kRecordBytes = 700;
+constexpr uint64_t kGlyphNameBytes = 100;
 
 TovaStringRef ConstantOf(Severity iSeverity) {
   switch (iSeverity) {
@@ -119,7 +121,7 @@ FindingSink ReportTree::MakeSink() const {
   return FindingSink(tLimits);
 }
 
-Tova::Dictionary ReportTree::MakeRecord(TovaDictionaryRef iDescription, TovaAbsoluteTime iTime,
+Tova::Dictionary ReportTree::MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, TovaAbsoluteTime iTime,
                                         const FindingSink& iSink) {
   const auto tRecord =
       Tova::Adopt(HasFonts() ? TovaDictionaryCreateMutableCopy(iDescription) : TovaDictionaryCreateMutable());
@@ -128,48 +130,64 @@ Tova::Dictionary ReportTree::MakeRecord(TovaDictionaryRef iDescription, TovaAbso
     Charge(kRecordBytes);
   }
   TovaDictionaryAddValue(tRecord.get(), kVornFontTestResultKey, MakeSeverityArray(iSink.Severities()).get());
-  if (const Tova::Array tMessages = MakeMessages(iSink); TovaArrayGetCount(tMessages.get()) > 0) {
+  if (const Tova::Array tMessages = MakeMessages(iFont, iSink); TovaArrayGetCount(tMessages.get()) > 0) {
     TovaDictionaryAddValue(tRecord.get(), kVornFontTestMessagesKey, tMessages.get());
   }
   Charge(iSink.BytesKept());
   return Tova::Adopt(TovaDictionaryCreateCopy(tRecord.get()));
 }
 
-Tova::Array ReportTree::MakeMessages(const FindingSink& iSink) {
+Tova::Array ReportTree::MakeMessages(const FTFont& iFont, const FindingSink& iSink) {
   auto tMessages = Tova::Adopt(TovaArrayCreateMutable());
   for (const Finding& tFinding : iSink.Findings()) {
-    TovaArrayAppendValue(tMessages.get(), MakeMessage(iSink, tFinding).get());
+    TovaArrayAppendValue(tMessages.get(), MakeMessage(iFont, iSink, tFinding).get());
   }
   if (iSink.LeftOut() > 0) {
     FindingSink tLast(FindingSink::Limits{});
     const Tova::FormatArgument tCount(iSink.LeftOut());
     tLast.AppendMessage(Severity::kInformation, nullptr, "Localizable", "%d further messages were not recorded",
                         {&tCount, 1}, {});
-    TovaArrayAppendValue(tMessages.get(), MakeMessage(tLast, tLast.Findings().front()).get());
+    TovaArrayAppendValue(tMessages.get(), MakeMessage(iFont, tLast, tLast.Findings().front()).get());
   }
   return tMessages;
 }
 
-Tova::Dictionary ReportTree::MakeMessage(const FindingSink& iSink, const Finding& iFinding) {
+Tova::Dictionary ReportTree::MakeMessage(const FTFont& iFont, const FindingSink& iSink, const Finding& iFinding) {
   const Tova::String tText = TextOf(iSink, iFinding);
   if (!tText) return {};
   auto tMessage = Tova::Adopt(TovaDictionaryCreateMutable());
   TovaDictionarySetValue(tMessage.get(), kVornFontTestResultKey, ConstantOf(iFinding.severity));
   TovaDictionarySetValue(tMessage.get(), kVornFontTestMessageTextKey, tText.get());
-  if (_fOptions.messageDetails) AddDetails(tMessage.get(), iFinding);
+  if (_fOptions.messageDetails) AddDetails(tMessage.get(), iFont, iFinding);
   return tMessage;
 }
 
-void ReportTree::AddDetails(TovaMutableDictionaryRef ioMessage, const Finding& iFinding) {
+void ReportTree::AddDetails(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, const Finding& iFinding) {
   TovaDictionarySetValue(ioMessage, kVornFontTestMessageFormatKey, KeptString(iFinding.format).get());
   if (iFinding.table != 0) {
     std::string tTag;
     for (int tShift = 24; tShift >= 0; tShift -= 8) tTag += static_cast<char>(iFinding.table >> tShift & 0xFF);
     TovaDictionarySetValue(ioMessage, kVornFontTestMessageTableKey, KeptString(tTag).get());
   }
-  if (iFinding.glyph) SetNumber(ioMessage, kVornFontTestMessageGlyphKey, *iFinding.glyph);
+  if (iFinding.glyph) {
+    SetNumber(ioMessage, kVornFontTestMessageGlyphKey, *iFinding.glyph);
+    AddGlyphName(ioMessage, iFont, *iFinding.glyph);
+  }
   if (iFinding.offset) SetNumber(ioMessage, kVornFontTestMessageOffsetKey, *iFinding.offset);
   if (iFinding.part) TovaDictionarySetValue(ioMessage, kVornFontTestMessagePartKey, KeptString(*iFinding.part).get());
+}
+
+/// Adds the name that the font gives the glyph; nothing where it gives none.
+void ReportTree::AddGlyphName(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph) {
+  const auto* tFont = dynamic_cast<const FTFont_sfnt*>(&iFont);
+  if (!tFont) return;
+  try {
+    const std::optional<std::string> tName = tFont->GlyphName(iGlyph);
+    if (!tName) return;
+    TovaDictionarySetValue(ioMessage, kVornFontTestMessageGlyphNameKey, KeptString(*tName).get());
+    Charge(kGlyphNameBytes + tName->size());
+  } catch (const FTException&) {  // what is wrong with the font has been found elsewhere
+  }
 }
 
 /// A translation that does not fit its arguments gives way to the original; none when that does not fit either.

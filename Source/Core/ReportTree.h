@@ -39,12 +39,14 @@ class ReportTree {
   /// The sink for the next run of a test.
   FindingSink MakeSink() const;
   /// The record of a test that ran at iTime and applied: of its description, or of the result alone.
-  Tova::Dictionary MakeRecord(TovaDictionaryRef iDescription, TovaAbsoluteTime iTime, const FindingSink& iSink);
+  Tova::Dictionary MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, TovaAbsoluteTime iTime,
+                              const FindingSink& iSink);
 
  private:
-  Tova::Array MakeMessages(const FindingSink& iSink);
-  Tova::Dictionary MakeMessage(const FindingSink& iSink, const Finding& iFinding);
-  void AddDetails(TovaMutableDictionaryRef ioMessage, const Finding& iFinding);
+  Tova::Array MakeMessages(const FTFont& iFont, const FindingSink& iSink);
+  Tova::Dictionary MakeMessage(const FTFont& iFont, const FindingSink& iSink, const Finding& iFinding);
+  void AddDetails(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, const Finding& iFinding);
+  void AddGlyphName(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph);
   Tova::String TextOf(const FindingSink& iSink, const Finding& iFinding);
   Tova::String FormatFor(const Finding& iFinding, bool iTranslated);
   Tova::String KeptString(std::string_view iText);

@@ -33,6 +33,7 @@ VORN_CONSTANT(kVornFontTestMessageTextKey);
 VORN_CONSTANT(kVornFontTestMessageFormatKey);
 VORN_CONSTANT(kVornFontTestMessageTableKey);
 VORN_CONSTANT(kVornFontTestMessageGlyphKey);
+VORN_CONSTANT(kVornFontTestMessageGlyphNameKey);
 VORN_CONSTANT(kVornFontTestMessageOffsetKey);
 VORN_CONSTANT(kVornFontTestMessagePartKey);
 

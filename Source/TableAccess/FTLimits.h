@@ -14,6 +14,9 @@ inline constexpr uint64_t kFTOverlappingChainBytes = uint64_t{1} << 24;
 /// fonts, and each costs memory before its directory is looked at.
 inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 
+/// Fonts in a suitcase, refused in the same way: a map of a megabyte can list as many, over one resource even.
+inline constexpr uint64_t kFTMaxSuitcaseFonts = 65536;
+
 /// Bytes by which the directories of a collection's fonts may exceed its file: fonts may share a directory, as far as
 /// that stays small.
 inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
@@ -38,6 +41,15 @@ inline constexpr uint64_t kFTKeptGlyphSets = 4;
 /// Pairs of character and glyph in a copy of an encoding's mapping: the code points of Unicode and one plane more. A
 /// 'cmap' of a megabyte can claim hundreds of billions.
 inline constexpr uint64_t kFTMaxEncodingPairs = 0x110000 + 0x10000;
+
+/// Unicode encodings of a 'cmap' table that are read. Honest fonts have up to five; all of Unicode takes two and a half
+/// megabytes in each.
+inline constexpr uint64_t kFTMaxUnicodeEncodings = 8;
+
+/// Components looked at to tell whether one compound glyph is blank, and how deep they may lie in one another. Past
+/// these the glyph counts as having ink.
+inline constexpr uint32_t kFTMaxBlankComponents = 4096;
+inline constexpr uint32_t kFTMaxBlankDepth = 8;
 
 // Reports, in bytes of the tree that callers get.
 

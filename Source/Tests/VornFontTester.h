@@ -47,7 +47,11 @@ class VornFontTester {
   /// Records the severity and, when messages are wanted, a message: the format in the user's language (looked up in the
   /// test's own string table), filled with the arguments, after the test's prefix.
   void ReportResult(Severity iSeverity, const char* iFormat, Arguments iArguments = {}) const;
-  /// The same with the format looked up in another string table; the prefix stays the test's own.
+  /// The same, but only when the caller asked for findings of this severity.
+  void ReportResultIfAsked(Severity iSeverity, const char* iFormat, Arguments iArguments = {}) const {
+    if (ExecuteTestsWithSeverity(iSeverity)) ReportResult(iSeverity, iFormat, iArguments);
+  }
+  /// The same as ReportResult with the format looked up in another string table; the prefix stays the test's own.
   void ReportResultFromTable(const char* iTable, Severity iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const;
 

@@ -8,7 +8,7 @@ bool VornFontTester_sfnt::ExecuteTest() const {
 void VornFontTester_sfnt::CheckTables(const FTFont_sfnt& iFont) const {
   const auto tHas = [&iFont](uint32_t iTag) { return iFont.HasTaggedTable(iTag); };
   // quirk: tag-spelling. 'dsig' in lower case: a font with a signature table 'DSIG' and no outlines has no outlines.
-  const bool tHasOutlines = tHas(FTTag("glyf")) || tHas(FTTag("dsig")) || tHas(FTTag("CFF "));
+  const bool tHasOutlines = tHas(FTTag("glyf")) || tHas(FTTag("dsig")) || iFont.HasOTPostScriptGlyphs();
   const bool tHasBitmapHeader = tHas(FTTag("bhed"));
   const bool tHasOtherGlyphs = tHas(FTTag("TYP1")) || tHas(FTTag("CID "));
 
@@ -69,7 +69,7 @@ void VornFontTester_sfnt::CheckTablePairs(const FTFont_sfnt& iFont) const {
     ReportResult(Severity::kFatalError,
                  "The font has some but not all of the tables required for TrueType outline data.");
   }
-  if (tHas(FTTag("CFF ")) && tHas(FTTag("glyf"))) {
+  if (iFont.HasOTPostScriptGlyphs() && tHas(FTTag("glyf"))) {
     ReportResult(Severity::kMinorError, "The font has both TrueType and PostScript outline data");
   }
   if (tHas(FTTag("bloc")) && tHas(FTTag("EBDT"))) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ConduitForRun.h"
 #include "EscapedText.h"
 #include "FileWalk.h"
 #include "TestList.h"
@@ -89,7 +90,9 @@ class Session {
       : failOn_(options.failOn),
         libraryOptions_(LibraryOptions(options, tests)),
         writer_(writer),
-        logLines_(options.quiet) {}
+        logLines_(options.quiet) {
+    if (AskAboutDuplicates(tests.get())) conduit_.Ensure();
+  }
 
   void Test(const std::vector<std::string>& paths) {
     FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
@@ -111,6 +114,7 @@ class Session {
     logLines_.SetFile(path);
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
+    conduit_.RequireAlive();
     if (!report) throw std::runtime_error(path + ": the library made no report");
     const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
     found_ = found_ || (failOn_ && results.Reaches(*failOn_));
@@ -120,6 +124,7 @@ class Session {
   std::optional<Severity> failOn_;
   Tova::Dictionary libraryOptions_;
   ReportWriter* writer_;  ///< null when no report is wanted
+  ConduitForRun conduit_;
   LogLines logLines_;
   size_t files_ = 0;
   size_t unreadable_ = 0;

@@ -6,6 +6,7 @@
 
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
+#include "support/MetadataBuilder.h"
 
 namespace test {
 
@@ -150,12 +151,21 @@ FontBuilder GoodFont() {
   const TableBuilder triangle = outline({{0, 0}, {250, 700}, {500, 0}});
   const TableBuilder glyf = TableBuilder(square).Append(triangle);
   const TableBuilder loca = TableBuilder().U32(0).U32(square.Size()).U32(square.Size()).U32(glyf.Size());
-  const TableBuilder cmap = CmapTable({{3, 1, CmapFormat4({{'A', 'A', 2 - 'A'}})}});
+  const TableBuilder cmap = CmapTable({{3, 1, CmapFormat4({{' ', ' ', 1 - ' '}, {'A', 'A', 2 - 'A'}})}});
 
   FontBuilder font;
-  font.Table("cmap", cmap).Table("glyf", glyf).Table("head", HeadTable()).Table("hhea", HheaTable(3));
-  font.Table("hmtx", MetricsTable({{600, 0}, {0, 0}, {600, 0}})).Table("loca", loca).Table("maxp", MaxpTable(3));
-  font.Table("name", NameTable({{1, "Good"}, {3, "Good 1.0"}, {4, "Good Regular"}, {6, "Good-Regular"}}));
+  font.Table("cmap", cmap)
+      .Table("glyf", glyf)
+      .Table("head", HeadTable())
+      .Table("hhea", HheaTable(3).Patch("minRightSideBearing", 100));
+  font.Table("hmtx", MetricsTable({{600, 0}, {600, 0}, {600, 0}})).Table("loca", loca).Table("maxp", MaxpTable(3));
+  font.Table("name", NameTable({{1, "Good"},
+                                {2, "Regular"},
+                                {3, "Good 1.0"},
+                                {4, "Good Regular"},
+                                {5, "Version 1.0"},
+                                {6, "Good-Regular"}}));
+  font.Table("OS/2", OS2Table(4));
   return font.Table("post", PostTable());
 }
 

@@ -63,8 +63,9 @@ TableBuilder NameTable(const std::vector<std::pair<uint16_t, std::string>>& name
 /// 'hmtx' (or 'vmtx') with a long entry for every pair of advance and side bearing.
 TableBuilder MetricsTable(const std::vector<std::pair<uint16_t, int16_t>>& metrics);
 
-/// A TrueType font of three glyphs (a square, an empty glyph, a triangle mapped from 'A') in which no test of this
-/// library finds anything wrong, but for the contour maximum of 'maxp', which is judged by components.
+/// A TrueType font of three glyphs (a square, an empty glyph mapped from the space, a triangle mapped from 'A') in
+/// which no test of this library finds anything wrong, but for the contour maximum of 'maxp', which is judged by
+/// components.
 FontBuilder GoodFont();
 
 }  // namespace test

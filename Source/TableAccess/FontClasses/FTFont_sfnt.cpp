@@ -6,6 +6,7 @@
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTNameTableEntry.h"
+#include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
 #include "TableAccess/Glyphs/FTGlyphSets.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
@@ -13,6 +14,7 @@
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
 #include "TableAccess/TableClasses/FTFontTable_name.h"
+#include "TableAccess/TableClasses/FTFontTable_post.h"
 
 namespace {
 
@@ -71,6 +73,7 @@ const void* FTFont_sfnt::TestBasicUsability() const {
 void FTFont_sfnt::ForgetTables() const {
   _fTables.reset();
   _fTableIndex = {};
+  _fUnicodeMap.reset();
   _fIdentifier = {};
   _fPostScriptName = {};
   _fFullName = {};
@@ -194,7 +197,9 @@ uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinate
 
 bool FTFont_sfnt::HasTrueTypeGlyphs() const { return HasTaggedTable(FTTag("glyf")) && HasTaggedTable(FTTag("loca")); }
 
-bool FTFont_sfnt::HasOTPostScriptGlyphs() const { return HasTaggedTable(FTTag("CFF ")); }
+bool FTFont_sfnt::HasOTPostScriptGlyphs() const {
+  return HasTaggedTable(FTTag("CFF ")) || HasTaggedTable(FTTag("CFF2"));
+}
 
 bool FTFont_sfnt::HasType1PostScriptGlyphs() const { return HasTaggedTable(FTTag("TYP1")); }
 
@@ -307,6 +312,24 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
   uint64_t tIndex = 0;
   const FTEncoding* tEncoding = FindFontUnicodeEncoding(tIndex);
   return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
+}
+
+const FTUnicodeMap& FTFont_sfnt::UnicodeMap() const {
+  if (!_fUnicodeMap) {
+    const FTFontTable* tCmap = GetTaggedTable(FTFontTable_cmap::kTag);
+    _fUnicodeMap = tCmap ? std::make_unique<const FTUnicodeMap>(tCmap->Bytes(), GetWorkBudget())
+                         : std::make_unique<const FTUnicodeMap>();
+  }
+  return *_fUnicodeMap;
+}
+
+std::optional<std::string> FTFont_sfnt::GlyphName(uint32_t iGlyphID) const {
+  const auto* tPost = FindTable<FTFontTable_post>();
+  if (!tPost || tPost->GetFormat() == FTFontTable_post::kCharacterCodes || iGlyphID >= tPost->GetGlyphCount()) {
+    return std::nullopt;
+  }
+  std::optional<std::string> tName = tPost->GetGlyphName(iGlyphID);
+  return tName && tName->empty() ? std::nullopt : tName;
 }
 
 bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }

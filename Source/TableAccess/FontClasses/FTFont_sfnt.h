@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "TableAccess/FontClasses/FTFont.h"
@@ -14,6 +15,7 @@
 
 class FTEncoding;
 class FTFont_FOND;
+class FTUnicodeMap;
 struct FTFeatureName;
 
 /// An sfnt font: TrueType, OpenType, bitmap-only. Creates an accessor for each entry of its table directory, finds them
@@ -97,6 +99,10 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   virtual TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
                                     uint32_t* oLanguage) const;
   virtual uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
+  /// The Unicode characters of all encodings that give them, with their glyphs; empty without a 'cmap' table.
+  const FTUnicodeMap& UnicodeMap() const;
+  /// The name that the 'post' table gives a glyph; none where it gives none, or an empty one.
+  std::optional<std::string> GlyphName(uint32_t iGlyphID) const;
 
   /// Tags in the order in which tables are best laid out; null where the user's preference is no order.
   static const FTTableOrder* GetIdealTableOrder() { return FTIdealTableOrder(); }
@@ -131,6 +137,7 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   };
   mutable std::unique_ptr<const Tables> _fTables;
   mutable std::vector<TagAndIndex> _fTableIndex;  // ascending by tag, the first entry of each
+  mutable std::unique_ptr<const FTUnicodeMap> _fUnicodeMap;
   mutable Tova::String _fIdentifier;
   mutable Tova::String _fPostScriptName;
   mutable Tova::String _fFullName;
