@@ -43,26 +43,43 @@ constexpr VornFontTestLink Link() {
   return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
 }
 
+// A line a test.
+// clang-format off
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
-    // clang-format off: a line a test
-    Link<VornFontTesterStructure_OS_2>(),    Link<VornFontTesterConsistency_cmap>(),
-    Link<VornFontTesterStructure_cmap>(),    Link<VornFontTesterUsability_cmap>(),
-    Link<VornFontTesterInstructions_fpgm>(), Link<VornFontTesterInstructions_glyf>(),
-    Link<VornFontTesterStructure_glyf>(),    Link<VornFontTesterStructure_hdmx>(),
-    Link<VornFontTesterStructure_head>(),    Link<VornFontTesterStructure_hhea>(),
-    Link<VornFontTesterStructure_hmtx>(),    Link<VornFontTesterLanguageSupport>(),
-    Link<VornFontTesterStructure_loca>(),    Link<VornFontTesterStructure_maxp>(),
-    Link<VornFontTesterMetrics>(),           Link<VornFontTesterStructure_name>(),
-    Link<VornFontTesterUsability_name>(),    Link<VornFontTesterStructure_post>(),
-    Link<VornFontTesterUsability_post>(),    Link<VornFontTesterInstructions_prep>(),
-    Link<VornFontTesterStructure_sbit>(),    Link<VornFontTester_sfnt>(),
-    Link<VornFontTesterStructure_vmtx>(),    Link<VornFontTesterUsability_Type1>(),
-    Link<VornFontTester_duplicate>(),        Link<VornFontTester_FOND_FAT>(),
-    Link<VornFontTester_FOND_Type1>(),       Link<VornFontTester_FOND_boundingBox>(),
-    Link<VornFontTester_FOND_kerning>(),     Link<VornFontTester_FOND_offsets>(),
-    Link<VornFontTester_FOND_styles>(),      Link<VornFontTester_NFNT>(),
-    // clang-format on
+    Link<VornFontTesterStructure_OS_2>(),
+    Link<VornFontTesterConsistency_cmap>(),
+    Link<VornFontTesterStructure_cmap>(),
+    Link<VornFontTesterUsability_cmap>(),
+    Link<VornFontTesterInstructions_fpgm>(),
+    Link<VornFontTesterInstructions_glyf>(),
+    Link<VornFontTesterStructure_glyf>(),
+    Link<VornFontTesterStructure_hdmx>(),
+    Link<VornFontTesterStructure_head>(),
+    Link<VornFontTesterStructure_hhea>(),
+    Link<VornFontTesterStructure_hmtx>(),
+    Link<VornFontTesterLanguageSupport>(),
+    Link<VornFontTesterStructure_loca>(),
+    Link<VornFontTesterStructure_maxp>(),
+    Link<VornFontTesterMetrics>(),
+    Link<VornFontTesterStructure_name>(),
+    Link<VornFontTesterUsability_name>(),
+    Link<VornFontTesterStructure_post>(),
+    Link<VornFontTesterUsability_post>(),
+    Link<VornFontTesterInstructions_prep>(),
+    Link<VornFontTesterStructure_sbit>(),
+    Link<VornFontTester_sfnt>(),
+    Link<VornFontTesterStructure_vmtx>(),
+    Link<VornFontTesterUsability_Type1>(),
+    Link<VornFontTester_duplicate>(),
+    Link<VornFontTester_FOND_FAT>(),
+    Link<VornFontTester_FOND_Type1>(),
+    Link<VornFontTester_FOND_boundingBox>(),
+    Link<VornFontTester_FOND_kerning>(),
+    Link<VornFontTester_FOND_offsets>(),
+    Link<VornFontTester_FOND_styles>(),
+    Link<VornFontTester_NFNT>(),
 });
+// clang-format on
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 
 }  // namespace

@@ -80,7 +80,7 @@ TEST_F(ReportMessages, LeaveRoomForGraveOnesOfLaterFonts) {
     tree.MakeFont(*font);
     FindingSink sink = tree.MakeSink();
     for (int i = 0; i < count; ++i) sink.AppendMessage(severity, "head", nullptr, "A finding", {}, {});
-    return Description(tree.MakeRecord(Dictionary({}).get(), 0, sink).get());
+    return Description(tree.MakeRecord(*font, Dictionary({}).get(), 0, sink).get());
   };
   std::string last;
   for (int i = 0; i < 20; ++i) last = record(Severity::kMinorError, 100);
