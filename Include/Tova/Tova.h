@@ -2,7 +2,7 @@
  * Tova: reference-counted values for C and C++.
  *
  * Strings, numbers, booleans, dates, data, arrays, dictionaries and URLs, with what a library needs around them:
- * formats, property lists, bundles with localized texts, preferences, text encodings and the system log.
+ * formats, property lists, bundles with localized texts, preferences, text encodings, message ports and the system log.
  *
  * Ownership. A function with Create or Copy in its name returns a new reference that the caller releases with
  * TovaRelease; one with Get in its name returns a borrowed reference, valid as long as its owner is. Collections
@@ -49,6 +49,8 @@ typedef const struct TovaDictionary* TovaDictionaryRef;
 typedef struct TovaDictionary* TovaMutableDictionaryRef;
 typedef const struct TovaURL* TovaURLRef;
 typedef const struct TovaBundle* TovaBundleRef;
+typedef const struct TovaMessagePort* TovaMessagePortRef;
+typedef const struct TovaLocalMessagePort* TovaLocalMessagePortRef;
 
 /* A count or a position; never negative where this library returns it. */
 typedef long TovaIndex;
@@ -63,7 +65,9 @@ typedef enum TovaTypeID {
   kTovaTypeArray,
   kTovaTypeDictionary,
   kTovaTypeURL,
-  kTovaTypeBundle
+  kTovaTypeBundle,
+  kTovaTypeMessagePort,
+  kTovaTypeLocalMessagePort
 } TovaTypeID;
 
 /* Adds a reference and returns the value itself. */
@@ -231,6 +235,11 @@ TOVA_EXPORT TovaStringRef TovaURLCopyLastPathComponent(TovaURLRef url);
    host. */
 TOVA_EXPORT const char* TovaURLGetFileSystemPath(TovaURLRef url);
 
+/* Whether the file holds resources of any of these types (each four characters in a number, the first in its highest
+   byte): in its data fork where that is a resource file, else in its resource fork. That is looked for where the file
+   system offers named forks, in the sidecar "._NAME" beside the file, and in the file itself where it holds both. */
+TOVA_EXPORT bool TovaURLHoldsResources(TovaURLRef url, const uint32_t* types, size_t count);
+
 /* ---- Property lists -------------------------------------------------------------------------------------------- */
 
 /* Reads an XML property list (PropertyList-1.0). Null when it is malformed; then error, where given, receives a
@@ -271,6 +280,47 @@ TOVA_EXPORT TovaTypeRef TovaPreferencesCopyValue(TovaStringRef key, TovaStringRe
 TOVA_EXPORT void TovaPreferencesSetValue(TovaStringRef key, TovaTypeRef value, TovaStringRef domain);
 TOVA_EXPORT bool TovaPreferencesSynchronize(TovaStringRef domain);
 
+/* ---- Message ports --------------------------------------------------------------------------------------------- */
+
+/*
+ * A message port is a name under which one process, the port's server, answers the messages of others: the Unix-domain
+ * stream socket <name> in the folder $XDG_RUNTIME_DIR or, where that is no absolute path, in tova-<user id> (mode 0700)
+ * under the temporary folder. A message is one frame: its id (i32) and the length of its data (u32), big-endian, then
+ * the data. It is answered with one such frame of the same id. Both sides talk to processes of their own user only,
+ * and take no frame with more data than kTovaMessagePortMaximumLength.
+ */
+enum { kTovaMessagePortMaximumLength = 16 * 1024 * 1024 };
+
+typedef enum TovaMessagePortStatus {
+  kTovaMessagePortSuccess = 0,
+  kTovaMessagePortSendTimeout = -1,
+  kTovaMessagePortReceiveTimeout = -2,
+  kTovaMessagePortIsInvalid = -3,     /* the server has gone, or an earlier request failed */
+  kTovaMessagePortTransportError = -4 /* the data is too long, or what came was no reply */
+} TovaMessagePortStatus;
+
+/* Connects to the server of a port. Null, at once, when there is none. */
+TOVA_EXPORT TovaMessagePortRef TovaMessagePortCreateRemote(TovaStringRef name);
+/* Sends a message and waits for its reply; time-outs are in seconds. reply, where given, receives the data of the
+   reply, which the caller releases, or null where that is empty. After a failure the port is invalid: release it, and
+   create another. Any thread may call this; the requests through one port wait for each other. */
+TOVA_EXPORT TovaMessagePortStatus TovaMessagePortSendRequest(TovaMessagePortRef port, int32_t messageId,
+                                                             TovaDataRef data, double sendTimeout,
+                                                             double receiveTimeout, TovaDataRef* reply);
+
+/* What a server does with a message: the data of the reply, handed over, or null for an empty reply. */
+typedef TovaDataRef (*TovaMessagePortAnswer)(int32_t messageId, TovaDataRef data, void* context);
+/* Becomes the server of a port, until the value is released. Null when the port has a server, or cannot be made. */
+TOVA_EXPORT TovaLocalMessagePortRef TovaLocalMessagePortCreate(TovaStringRef name, TovaMessagePortAnswer answer,
+                                                               void* context);
+/* The same with a listening Unix-domain stream socket made by someone else (socket activation), which is taken over.
+   Null, and nothing taken, when it is none. */
+TOVA_EXPORT TovaLocalMessagePortRef TovaLocalMessagePortCreateWithSocket(int descriptor, TovaMessagePortAnswer answer,
+                                                                         void* context);
+/* Answers the messages of all clients, one after the other, until the descriptor stop (of a pipe or a signalfd, say) is
+   readable or hung up. No client can make another wait but by the time that its answers take. False on failure. */
+TOVA_EXPORT bool TovaLocalMessagePortServe(TovaLocalMessagePortRef port, int stop);
+
 /* ---- Logs ------------------------------------------------------------------------------------------------------ */
 
 /* Takes the lines that the library has to say beside its results. The text is borrowed for the length of the call and
@@ -285,6 +335,9 @@ TOVA_EXPORT void TovaLogSetSink(TovaLogSink sink, void* context);
 
 /* Writes a line to the system log at error level. */
 TOVA_EXPORT void TovaLogError(TovaStringRef text);
+/* Sends such lines to the sink instead, one at a time; null: to the system log again. Once this returns, the former
+   sink is called no more. A sink must not come back here. */
+TOVA_EXPORT void TovaLogErrorSetSink(TovaLogSink sink, void* context);
 
 #ifdef __cplusplus
 }

@@ -70,6 +70,8 @@ using MutableArray = Ref<TovaMutableArrayRef>;
 using Dictionary = Ref<TovaDictionaryRef>;
 using MutableDictionary = Ref<TovaMutableDictionaryRef>;
 using Url = Ref<TovaURLRef>;
+using MessagePort = Ref<TovaMessagePortRef>;
+using LocalMessagePort = Ref<TovaLocalMessagePortRef>;
 
 /// A string of UTF-8 text; none when the text is not valid UTF-8.
 inline String MakeString(std::string_view text) { return Adopt(TovaStringCreateWithUTF8(text.data(), text.size())); }

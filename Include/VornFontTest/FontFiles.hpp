@@ -1,5 +1,5 @@
-// How a font file is told from other files: the first four bytes of its data fork, big-endian, or the ending of its
-// name. For C++ programs that look for fonts; header-only.
+// How a font file is told from other files: the first four bytes of its data fork, big-endian, the ending of its name,
+// or the types of the resources it holds. For C++ programs that look for fonts; header-only.
 #pragma once
 
 #include <cstdint>
@@ -34,5 +34,11 @@ constexpr bool IsFontScaler(uint32_t scaler) {
 
 /// Whether a file is a spliced font by its name: any bytes do.
 constexpr bool IsSplicedFontName(std::string_view path) { return path.ends_with(".sfont"); }
+
+/// Resources that make a file one of fonts: families, sfnt fonts and PostScript outlines. Bitmap fonts alone do not.
+inline constexpr uint32_t kPostScriptResource = 0x504F5354;  // "POST"
+inline constexpr uint32_t kSfntResource = 0x73666E74;        // "sfnt"
+inline constexpr uint32_t kFamilyResource = 0x464F4E44;      // "FOND"
+inline constexpr uint32_t kFontResources[] = {kPostScriptResource, kSfntResource, kFamilyResource};
 
 }  // namespace VornFontTest

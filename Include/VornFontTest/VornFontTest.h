@@ -80,7 +80,9 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestUseSandboxOptionKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestCreateReportTypeKey;
 /* Boolean: whether to run tests without asking a cache of results first. There is no cache yet. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestForceTestExecutionKey;
-/* Boolean, default false: skips the search for an installed font of the same name. */
+/* Boolean, default false: the duplicate test ("veltrin.duplicates", a consistency test) does not ask whether another
+   font of the same name is installed. It asks a service, see docs/conduit.md; without one, each question takes ten
+   seconds. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSkipDuplicateFontTestOptionKey;
 /* Boolean, default false: messages also say which rule they are about and where in the font (see below). */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageDetailsOptionKey;

@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "Tests/FOND/VornFontTester_FOND_FAT.h"
+#include "Tests/FOND/VornFontTester_FOND_Type1.h"
+#include "Tests/FOND/VornFontTester_FOND_boundingBox.h"
+#include "Tests/FOND/VornFontTester_FOND_kerning.h"
+#include "Tests/FOND/VornFontTester_FOND_offsets.h"
+#include "Tests/FOND/VornFontTester_FOND_styles.h"
 #include "Tests/VornFontTesterConsistency_cmap.h"
 #include "Tests/VornFontTesterInstructions_fpgm.h"
 #include "Tests/VornFontTesterInstructions_glyf.h"
@@ -26,6 +32,8 @@
 #include "Tests/VornFontTesterUsability_cmap.h"
 #include "Tests/VornFontTesterUsability_name.h"
 #include "Tests/VornFontTesterUsability_post.h"
+#include "Tests/VornFontTester_NFNT.h"
+#include "Tests/VornFontTester_duplicate.h"
 #include "Tests/VornFontTester_sfnt.h"
 
 namespace {
@@ -36,6 +44,7 @@ constexpr VornFontTestLink Link() {
 }
 
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
+    // clang-format off: a line a test
     Link<VornFontTesterStructure_OS_2>(),    Link<VornFontTesterConsistency_cmap>(),
     Link<VornFontTesterStructure_cmap>(),    Link<VornFontTesterUsability_cmap>(),
     Link<VornFontTesterInstructions_fpgm>(), Link<VornFontTesterInstructions_glyf>(),
@@ -48,6 +57,11 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterUsability_post>(),    Link<VornFontTesterInstructions_prep>(),
     Link<VornFontTesterStructure_sbit>(),    Link<VornFontTester_sfnt>(),
     Link<VornFontTesterStructure_vmtx>(),    Link<VornFontTesterUsability_Type1>(),
+    Link<VornFontTester_duplicate>(),        Link<VornFontTester_FOND_FAT>(),
+    Link<VornFontTester_FOND_Type1>(),       Link<VornFontTester_FOND_boundingBox>(),
+    Link<VornFontTester_FOND_kerning>(),     Link<VornFontTester_FOND_offsets>(),
+    Link<VornFontTester_FOND_styles>(),      Link<VornFontTester_NFNT>(),
+    // clang-format on
 });
 static_assert(std::ranges::is_sorted(gLinks, {}, &VornFontTestLink::identifier), "searched by halving");
 

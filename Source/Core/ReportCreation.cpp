@@ -95,7 +95,7 @@ class ReportRun {
     _fMemory.Check();
   }
 
-  /// Opens the file and tests its fonts, up to the first failure.
+  /// Opens the file and tests its fonts, up to the first failure or the end of the budget for work.
   void TestFonts();
   /// Records what ended the run before its time; the text shows in full reports.
   void RecordFailure(TovaStringRef iMessage);
@@ -149,6 +149,7 @@ void ReportRun::TestFonts() {
     }
     _fLastFont->TestBasicUsability();
     TestFont(*_fLastFont);
+    _fContainer->GetWorkBudget().RequireMore();
     _fLastFont->ForgetTables();
   }
   _fMemory.Check();
@@ -170,6 +171,7 @@ void ReportRun::TestFont(const FTFont& iFont) {
       MergeTestResults(tResults.get(), tTestRecords.get());
     }
     MergeTestResults(_fResults.get(), tTestRecords.get());
+    if (iFont.GetWorkBudget().HasEnded()) break;
   }
 
   if (_fTree.HasFonts()) {

@@ -14,6 +14,9 @@ inline constexpr uint64_t kFTOverlappingChainBytes = uint64_t{1} << 24;
 /// fonts, and each costs memory before its directory is looked at.
 inline constexpr uint32_t kFTMaxCollectionFonts = 65535;
 
+/// Fonts in a suitcase, refused in the same way: a map of a megabyte can list as many, over one resource even.
+inline constexpr uint64_t kFTMaxSuitcaseFonts = 65536;
+
 /// Bytes by which the directories of a collection's fonts may exceed its file: fonts may share a directory, as far as
 /// that stays small.
 inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
@@ -23,7 +26,14 @@ inline constexpr uint64_t kFTSharedDirectoryBytes = 65536;
 /// thousands of fonts share a table that is costly to begin with. The most is a second of work or so.
 inline constexpr uint64_t kFTWorkAllowed = uint64_t{1} << 24;
 inline constexpr uint64_t kFTWorkAllowedPerByte = 16;
-inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 28;
+inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 27;
+
+/// What costs several steps: a test's look at one glyph's offsets, metrics or record; a component of a compound glyph;
+/// the comparison of a device width; the look-up of a character.
+inline constexpr uint64_t kFTStepsOfGlyph = 4;
+inline constexpr uint64_t kFTStepsOfComponent = 3;
+inline constexpr uint64_t kFTStepsOfWidth = 4;
+inline constexpr uint64_t kFTStepsOfLookUp = 5;
 
 /// Sets of glyphs that a file's fonts keep for one another; each takes up to two megabytes.
 inline constexpr uint64_t kFTKeptGlyphSets = 4;

@@ -1,5 +1,6 @@
 #include "Tests/VornFontTesterInstructions_glyf.h"
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "Tests/InstructionStream.h"
 
@@ -10,7 +11,7 @@ void VornFontTesterInstructions_glyf::CheckTable(const FTFontTable_glyf& iTable)
     return;
   }
   if (!ExecuteTestsWithSeverity(Severity::kMajorError)) return;
-  iTable.GetFont()->SpendWork(tGlyphCount);
+  iTable.GetFont()->SpendWork(kFTStepsOfGlyph * tGlyphCount);
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
     const FTTrueTypeGlyph tOutline = iTable.GetGlyph(tGlyph);
     if (!tOutline || !tOutline.IsSimpleGlyph()) continue;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 
 bool VornFontTesterMetrics::ExecuteTest() const {
@@ -24,7 +25,7 @@ void VornFontTesterMetrics::CheckMetrics(const FTFontTable_hdmx* iTable_hdmx,
     tRecordCount = std::min(tRecordCount, (iTable_hdmx->GetDeviceRecords().Size() + tSize - 1) / tSize);
   const uint16_t tGlyphCount = tFont.CountFontGlyphs();
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
-    tFont.SpendWork(tRecordCount + 1);
+    tFont.SpendWork(kFTStepsOfWidth * (tRecordCount + 1));
     const At tHere(*this, {.glyph = tGlyph});
     const uint16_t tAdvance = iTable_hmtx->GetMetrics(tGlyph).advance;
     for (uint64_t tRecord = 0; tRecord < tRecordCount; ++tRecord) {

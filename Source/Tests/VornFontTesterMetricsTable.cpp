@@ -1,5 +1,6 @@
 #include "Tests/VornFontTesterMetricsTable.h"
 
+#include "TableAccess/FTLimits.h"
 void VornFontTesterMetricsTable::CheckMetricsTable(const FTFontTable_hmtx& iTable, uint16_t iLongCount,
                                                    const Texts& iTexts) const {
   if (CheckSize(iTable, iLongCount, iTexts)) CheckGlyphs(iTable, iTexts);
@@ -42,7 +43,7 @@ void VornFontTesterMetricsTable::CheckGlyphs(const FTFontTable_hmtx& iTable, con
   const uint16_t tEm = iTable.GetFont()->GetFontUnitsPerEm();
   const int tLimit = Tova::WrapSigned16(int64_t{tEm} * 2) / 5;
   const uint16_t tGlyphCount = iTable.GetFont()->CountFontGlyphs();
-  iTable.GetFont()->SpendWork(tGlyphCount);
+  iTable.GetFont()->SpendWork(kFTStepsOfGlyph * tGlyphCount);
   for (uint16_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {
     const At tHere(*this, {.glyph = tGlyph});
     const FTGlyphMetrics tMetrics = iTable.GetMetrics(tGlyph);

@@ -4,6 +4,7 @@
 // (7). A default table: a count and ranges of startUnicodeValue (0), 24 bits, and additionalCount (3), a byte; a
 // non-default one: a count and mappings of unicodeValue (0), 24 bits, and glyphID (3).
 
+#include "TableAccess/FTLimits.h"
 #include "Tests/VornFontTesterStructure_cmap.h"
 
 void VornFontTesterStructure_cmap::ValidCMap14(uint64_t iEncoding, Tova::ByteView iBytes) const {
@@ -38,6 +39,7 @@ uint64_t VornFontTesterStructure_cmap::CheckDefaultTable(uint64_t iEncoding, uin
     const uint32_t tFirst = tRanges[q].U24(0);
     const uint32_t tFurther = tRanges[q].U8(3);
     if (!MayCheck(tFurther + 1)) break;
+    GetTable()->GetFont()->SpendWork(kFTStepsOfLookUp * (tFurther + 1));
     for (uint32_t tCharacter = tFirst; tCharacter <= tFirst + tFurther; ++tCharacter) {
       const uint32_t tGlyph = iUnicode.CharacterToGlyph(tCharacter);
       if (tGlyph == 0xFFFF) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_loca.h"
@@ -19,7 +20,7 @@ void VornFontTesterStructure_glyf::CheckTable(const FTFontTable_glyf& iTable) co
     ReportResult(Severity::kTechnicalError, "Table has an odd number of bytes (%d)", {iTable.GetSize()});
   }
   const uint32_t tGlyphCount = tFont.CountFontGlyphs();
-  tFont.SpendWork(tGlyphCount);
+  tFont.SpendWork(kFTStepsOfGlyph * tGlyphCount);
   const auto& tTable_head = *tFont.FindTable<FTFontTable_head>();
   int16_t tMaxContours = 0;
   for (uint32_t tGlyph = 0; tGlyph < tGlyphCount; ++tGlyph) {

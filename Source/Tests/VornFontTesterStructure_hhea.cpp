@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/TableClasses/FTFontTable_fdsc.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_hmtx.h"
@@ -74,7 +75,7 @@ VornFontTesterStructure_hhea::ExtremeMetrics VornFontTesterStructure_hhea::GetHo
   const auto* tGlyphs = iFont.HasTaggedTable(FTFontTable_glyf::kTag) ? iFont.FindTable<FTFontTable_glyf>() : nullptr;
   const uint16_t tGlyphCount = iFont.CountFontGlyphs();
   ExtremeMetrics tExtremes;
-  iFont.SpendWork(tGlyphCount);
+  iFont.SpendWork(kFTStepsOfGlyph * tGlyphCount);
   for (uint16_t i = 0; i < tGlyphCount; ++i) {
     const FTGlyphMetrics tGlyphMetrics = tMetrics ? tMetrics->GetMetrics(i) : FTGlyphMetrics();
     const FTTrueTypeGlyph tGlyph = tGlyphs ? tGlyphs->GetGlyph(i) : FTTrueTypeGlyph();

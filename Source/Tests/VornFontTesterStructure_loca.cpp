@@ -1,5 +1,6 @@
 #include "Tests/VornFontTesterStructure_loca.h"
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
@@ -42,7 +43,7 @@ void VornFontTesterStructure_loca::CheckSize(uint64_t iSize, uint64_t iExpected)
 
 void VornFontTesterStructure_loca::CheckOffsets(const FTFontTable_loca& iTable, uint16_t iGlyphCount,
                                                 uint64_t iGlyfSize) const {
-  iTable.GetFont()->SpendWork(iGlyphCount);
+  iTable.GetFont()->SpendWork(kFTStepsOfGlyph * iGlyphCount);
   // quirk: loca-ends. An offset is judged as the start of its glyph; the one that ends the last glyph is not looked at.
   for (uint32_t tGlyph = 0; tGlyph < iGlyphCount; ++tGlyph) {
     const At tHere(*this, {.glyph = tGlyph});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/TableClasses/FTFontTable_glyf.h"
 
 namespace {
@@ -63,7 +64,7 @@ VornFontTesterStructure_maxp::Maxima VornFontTesterStructure_maxp::MeasureGlyphs
                                                                                  uint16_t iGlyphCount) {
   const auto& tGlyphs = *iFont.FindTable<FTFontTable_glyf>();
   Maxima tMaxima;
-  iFont.SpendWork(iGlyphCount);
+  iFont.SpendWork(kFTStepsOfGlyph * iGlyphCount);
   for (uint32_t i = 0; i < iGlyphCount; ++i) {
     const FTTrueTypeGlyph tGlyph = tGlyphs.GetGlyph(i);
     if (!tGlyph || tGlyph.IsEmptyGlyph()) continue;

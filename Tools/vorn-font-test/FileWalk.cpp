@@ -5,12 +5,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <Tova/Tova.hpp>
 #include <VornFontTest/FontFiles.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -33,6 +35,13 @@ std::optional<uint32_t> ReadStart(const std::string& path) {
   if (count < 0) return std::nullopt;
   if (static_cast<size_t>(count) < bytes.size()) return 0;
   return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
+}
+
+/// Whether a file holds fonts as resources. A sidecar does not: it is part of the file that it stands beside.
+bool HoldsFontResources(const std::string& path) {
+  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
+  return TovaURLHoldsResources(url.get(), std::data(VornFontTest::kFontResources),
+                               std::size(VornFontTest::kFontResources));
 }
 
 /// The names in a directory in ascending order; none, with errno set, when they cannot be read.
@@ -78,7 +87,9 @@ void FileWalk::WalkEntry(const std::string& path) {
   if (!S_ISREG(status.st_mode)) return;
   const auto start = ReadStart(path);
   if (!start) return Fail(path, errno);
-  if (VornFontTest::IsFontScaler(*start) || VornFontTest::IsSplicedFontName(path)) events_.found(path);
+  if (VornFontTest::IsFontScaler(*start) || VornFontTest::IsSplicedFontName(path) || HoldsFontResources(path)) {
+    events_.found(path);
+  }
 }
 
 void FileWalk::Fail(const std::string& path, int error) const { events_.failed(path, std::strerror(error)); }

@@ -10,8 +10,8 @@
 namespace tool {
 
 /// Finds the font files behind paths. A path that names a file is always a find; a directory is searched recursively,
-/// in ascending order of names, for files that begin like a font. Symbolic links are followed, but no directory is
-/// entered twice.
+/// in ascending order of names, for files that begin like a font or hold fonts as resources. Symbolic links are
+/// followed, but no directory is entered twice.
 class FileWalk {
  public:
   struct Events {

@@ -82,7 +82,10 @@ void AddTestOptions(CLI::App& app, Options& options) {
             "then skip costly milder checks. Default: information.")
       ->option_text("LEVEL")
       ->group(group);
-  app.add_flag("--duplicates", options.duplicates, "Let tests search the installed fonts for one of the same name.")
+  app.add_flag("--duplicates", options.duplicates,
+               "Also ask whether another font of the same PostScript name\n"
+               "is installed (veltrin.duplicates), of a running\n"
+               "rundle-conduit or of one started for this run.")
       ->group(group);
   app.add_flag("--list-tests", options.listTests, "List the tests that would run, and run none.")->group(group);
 }

@@ -20,7 +20,7 @@ struct Options {
   std::vector<std::string> tests;     ///< identifiers and globs, in the order given; empty: all tests
   std::vector<std::string> excludes;  ///< identifiers and globs
   std::vector<std::string> types;     ///< words of test types; empty: all types
-  bool duplicates = false;            ///< search the installed fonts for one of the same name
+  bool duplicates = false;            ///< ask whether another font of the same name is installed
   Severity enable = Severity::kInformation;
 
   Detail detail = Detail::kFull;

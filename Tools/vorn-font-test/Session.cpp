@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "ConduitForRun.h"
 #include "EscapedText.h"
 #include "FileWalk.h"
 #include "Memory.h"
@@ -90,7 +91,9 @@ class Session {
       : failOn_(options.failOn),
         libraryOptions_(LibraryOptions(options, tests)),
         writer_(writer),
-        logLines_(options.quiet) {}
+        logLines_(options.quiet) {
+    if (AskAboutDuplicates(tests.get())) conduit_.Ensure();
+  }
 
   void Test(const std::vector<std::string>& paths) {
     FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
@@ -113,6 +116,7 @@ class Session {
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
     RequireMemory();
+    conduit_.RequireAlive();
     if (!report) throw std::runtime_error(path + ": the library made no report");
     const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
     found_ = found_ || (failOn_ && results.Reaches(*failOn_));
@@ -122,6 +126,7 @@ class Session {
   std::optional<Severity> failOn_;
   Tova::Dictionary libraryOptions_;
   ReportWriter* writer_;  ///< null when no report is wanted
+  ConduitForRun conduit_;
   LogLines logLines_;
   size_t files_ = 0;
   size_t unreadable_ = 0;

@@ -11,6 +11,9 @@
 namespace tool {
 namespace {
 
+/// The test that asks about other fonts than the one at hand.
+constexpr std::string_view kDuplicateTest = "veltrin.duplicates";
+
 /// Test descriptions by identifier.
 using Tests = std::map<std::string, TovaDictionaryRef, std::less<>>;
 
@@ -45,11 +48,15 @@ Tova::Array TypeConstants(const std::vector<std::string>& words) {
   return constants;
 }
 
+std::string_view IdentifierOf(TovaTypeRef test) {
+  return Tova::Text(Tova::AsString(TovaDictionaryGetValue(Tova::AsDictionary(test), kVornFontTestIdentifierKey)));
+}
+
 Tests ByIdentifier(TovaArrayRef descriptions) {
   Tests tests;
   for (TovaIndex i = 0; i < TovaArrayGetCount(descriptions); ++i) {
     TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(descriptions, i));
-    tests.emplace(Tova::Text(Tova::AsString(TovaDictionaryGetValue(test, kVornFontTestIdentifierKey))), test);
+    tests.emplace(IdentifierOf(test), test);
   }
   return tests;
 }
@@ -86,6 +93,12 @@ Tova::Array SelectTests(const Options& options) {
     const char* what = MatchesAny(pattern, all) ? "no test of the wanted types matches '" : "no test matches '";
     throw UsageError("--test: " + (what + pattern) + "'; --list-tests lists them");
   }
+  if (!options.duplicates) {
+    if (std::ranges::find(options.tests, kDuplicateTest) != options.tests.end()) {
+      throw UsageError("--test: '" + std::string(kDuplicateTest) + "' runs with --duplicates only");
+    }
+    remaining.erase(std::string(kDuplicateTest));
+  }
   std::erase_if(remaining, [&](const auto& test) {
     return std::ranges::any_of(options.excludes, [&](const auto& pattern) { return Matches(pattern, test.first); });
   });
@@ -100,6 +113,13 @@ Tova::Array SelectTests(const Options& options) {
   }
   if (TovaArrayGetCount(selected.get()) == 0) throw UsageError("no tests remain to be run");
   return selected;
+}
+
+bool AskAboutDuplicates(TovaArrayRef tests) {
+  for (TovaIndex i = 0; i < TovaArrayGetCount(tests); ++i) {
+    if (IdentifierOf(TovaArrayGetValueAtIndex(tests, i)) == kDuplicateTest) return true;
+  }
+  return false;
 }
 
 }  // namespace tool

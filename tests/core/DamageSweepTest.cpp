@@ -2,10 +2,12 @@
 
 #include "Core/LinkTable.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "support/AllTests.h"
 #include "support/BitmapBuilder.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
 #include "support/MetadataBuilder.h"
+#include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
 
 namespace {
@@ -69,11 +71,52 @@ void Survive(const Bytes& bytes, bool messages) {
   for (const VornFontTestLink& link : GetTestLinks()) test::Run(link.entry, *font, {.messages = messages});
 }
 
+/// A suitcase with everything that is read of resources.
+TableBuilder RichSuitcase() {
+  FamilyBuilder family;
+  family.fat = {{12, 0, 300}, {0, 0, 128}};
+  family.strings = {"Base", "\x03", "Bold"};
+  family.indexes = {1, 2};
+  family.kerning = {{0, 1}, {1, 1}};
+  family.hasWidths = true;
+  SuitcaseBuilder suitcase;
+  suitcase.Add("sfnt", 128, FontBuilder().Build()).Add("FOND", 128, family.Build(), "Base");
+  return suitcase.Add("NFNT", 300, Bytes(26)).Build();
+}
+
+/// Makes a report of a file in memory by every test.
+void SurviveFile(const Bytes& bytes) {
+  static const auto options = AllTests(kVornFontTestReportTypeFull);
+  const auto data = Tova::Adopt(TovaDataCreate(bytes.data(), bytes.size()));
+  const auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), nullptr));
+  EXPECT_TRUE(Tova::Adopt(VornFontTestCreateReport(url.get(), options.get())));
+}
+
 /// Keeps the standard error, to which errors are told, out of the way.
 class DamageSweep : public testing::Test {
  protected:
   DamageSweep() { testing::internal::CaptureStderr(); }
   ~DamageSweep() override { testing::internal::GetCapturedStderr(); }
+  /// Every damage of one place: to a byte, and to even words.
+  template <class Action>
+  static void DamageEveryPlace(const Bytes& whole, Action action) {
+    for (size_t at = 0; at < whole.size(); ++at) {
+      const uint8_t good = whole[at];
+      for (const Bytes& change : {Bytes{0x00},
+                                  {0xFF},
+                                  {uint8_t(good ^ 0x80)},
+                                  {uint8_t(good ^ 0x01)},
+                                  {0xFF, 0xFF},
+                                  {0x7F, 0xFF},
+                                  {0xFF, 0xFF, 0xFF, 0xFF},
+                                  {0x7F, 0xFF, 0xFF, 0xFF}}) {
+        if (change.size() > 1 && (at % 2 != 0 || at + 4 > whole.size())) continue;
+        Bytes damaged = whole;
+        std::ranges::copy(change, damaged.begin() + static_cast<std::ptrdiff_t>(at));
+        action(damaged, change.size() == 1 && at % 4 == 0);
+      }
+    }
+  }
   const Bytes whole_ = RichFont().Build();
 };
 
@@ -89,22 +132,17 @@ TEST_F(DamageSweep, EveryTableCutShortIsSurvived) {
   }
 }
 
-TEST_F(DamageSweep, EveryByteChangedAndEveryWordAtItsMaximumIsSurvived) {
-  for (size_t at = 0; at < whole_.size(); ++at) {
-    const uint8_t good = whole_[at];
-    for (const Bytes& change : {Bytes{0x00},
-                                {0xFF},
-                                {uint8_t(good ^ 0x80)},
-                                {uint8_t(good ^ 0x01)},
-                                {0xFF, 0xFF},
-                                {0x7F, 0xFF},
-                                {0xFF, 0xFF, 0xFF, 0xFF},
-                                {0x7F, 0xFF, 0xFF, 0xFF}}) {
-      if (change.size() > 1 && (at % 2 != 0 || at + 4 > whole_.size())) continue;
-      Bytes damaged = whole_;
-      std::ranges::copy(change, damaged.begin() + static_cast<std::ptrdiff_t>(at));
-      Survive(damaged, change.size() == 1 && at % 4 == 0);
-    }
+TEST_F(DamageSweep, EveryByteChangedAndEveryWordAtItsMaximumIsSurvived) { DamageEveryPlace(whole_, Survive); }
+
+TEST_F(DamageSweep, EveryDamageOfASuitcaseIsSurvived) {
+  const Bytes fork = RichSuitcase();
+  for (Bytes bytes = fork; !bytes.empty(); SurviveFile(bytes)) bytes.pop_back();
+  DamageEveryPlace(fork, [](const Bytes& bytes, bool) { SurviveFile(bytes); });
+  const Bytes wrapped = OneFile({}, fork, "FFIL");
+  for (size_t at = 0; at < wrapped.size() - fork.size(); ++at) {
+    Bytes damaged = wrapped;
+    damaged[at] ^= 0xFF;
+    SurviveFile(damaged);
   }
 }
 

@@ -1,92 +1,39 @@
-#include <VornFontTest/VornFontTest.h>
-
-#include <initializer_list>
-#include <variant>
-
 #include "Core/ReportConsolidation.h"
 #include "support/MetadataBuilder.h"
-#include "support/TemporaryFolder.h"
+#include "support/Report.h"
+#include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
-#include "support/Values.h"
 
 namespace {
 
 using namespace test;
-
-/// The values of a report, each under a path of keys and indexes.
-class Report {
- public:
-  explicit Report(TovaDictionaryRef report) : report_(Tova::Adopt(report)) {}
-  TovaTypeRef At(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
-    TovaTypeRef value = report_.get();
-    for (const auto& step : path) {
-      value = step.index() == 0 ? TovaDictionaryGetValue(Tova::AsDictionary(value), std::get<0>(step))
-                                : TovaArrayGetValueAtIndex(Tova::AsArray(value), std::get<1>(step));
-    }
-    return value;
-  }
-  std::string Text(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
-    return std::string(Tova::Text(Tova::AsString(At(path))));
-  }
-  TovaIndex Count(std::initializer_list<std::variant<TovaStringRef, int>> path) const {
-    return TovaArrayGetCount(Tova::AsArray(At(path)));
-  }
-  TovaIndex Keys() const { return TovaDictionaryGetCount(report_.get()); }
-
- private:
-  Tova::Dictionary report_;
-};
-
-class ReportCreation : public testing::Test {
- protected:
-  Report Create(const Bytes& bytes, TovaDictionaryRef options = nullptr, const std::string& name = "font.ttf") {
-    return CreateAt(folder_.Write(name, bytes), options);
-  }
-  static Report CreateAt(const std::string& path, TovaDictionaryRef options) {
-    return Report(VornFontTestCreateReport(FileUrl(path).get(), options));
-  }
-
-  TemporaryFolder folder_;
-  Tova::MutableDictionary full_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
-  Tova::MutableDictionary summary_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}});
-};
-
-constexpr auto& kResult = kVornFontTestResultKey;
-constexpr auto& kFonts = kVornFontTestFontsTestedKey;
-constexpr auto& kRecords = kVornFontTestArrayKey;
 
 TEST_F(ReportCreation, WithoutOptionsThereAreTheSeveritiesOfTheUsabilityTestsAlone) {
   const Report report = Create(GoodFont().Table("name", NameTable({})).Build());
   EXPECT_EQ(report.Keys(), 1);
   EXPECT_TRUE(TovaArrayContainsValue(Tova::AsArray(report.At({kResult})), kVornFontTestSeverityFatalError))
       << "no PostScript name";
-  const Tova::String other = Tova::MakeString("kVornFontTestReportTypeOther");
-  EXPECT_EQ(Create(GoodFont().Build(), Dictionary({{kVornFontTestCreateReportTypeKey, other.get()}}).get()).Keys(), 1);
 }
 
 TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
-  const Report report = Create(GoodFont().Remove("hmtx").Build(), full_.get());
-  EXPECT_EQ(report.Text({kVornFontTestCreateReportTypeKey}), "kVornFontTestReportTypeFull");
-  EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), kTovaBooleanFalse);
-  EXPECT_EQ(report.At({kVornFontTestUseSandboxOptionKey}), kTovaBooleanFalse);
-  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
-  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontPostScriptNameKey}), "Good-Regular");
-  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "1234ABCD|Good 1.0");
-  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestTrueTypeFontData");
-  const Report summary = Create(GoodFont().Remove("hmtx").Build(), summary_.get());
-  bool found = false;
-  for (int i = 0; i < report.Count({kFonts, 0, kRecords}); ++i) {
-    EXPECT_EQ(summary.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey}), nullptr);
-    if (report.Text({kFonts, 0, kRecords, i, kVornFontTestIdentifierKey}) != "veltrin.TrueType.usability") continue;
-    found = true;
-    EXPECT_EQ(report.Text({kFonts, 0, kRecords, i, kVornFontTestNameKey}), "Required tables");
-    EXPECT_EQ(summary.Text({kFonts, 0, kRecords, i, kVornFontTestNameKey}), "Required tables");
-    EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, i, kVornFontTestTimeStampKey})), kTovaTypeDate);
-    EXPECT_EQ(Description(report.At({kFonts, 0, kRecords, i, kVornFontTestMessagesKey, 0})),
-              "{kVornFontTestResultKey: kVornFontTestSeverityFatalError, kVornFontTestMessageTextKey: sfnt: The font "
-              "is missing a horizontal metrics ('htmx') table (required by the TrueType specification).}");
+  const std::string expected =
+      "{kVornFontTestFontNameKey: Good Regular, kVornFontTestFontPostScriptNameKey: Good-Regular, "
+      "kVornFontTestFontIdentifierKey: 1234ABCD|Good 1.0, kVornFontTestFontTypeKey: kVornFontTestTrueTypeFontData, ";
+  TovaDictionarySetValue(full_.get(), kVornFontTestForceTestExecutionKey, kTovaBooleanTrue);
+  for (const bool full : {true, false}) {
+    const Report report = Create(GoodFont().Remove("hmtx").Build(), (full ? full_ : summary_).get());
+    EXPECT_TRUE(Description(report.At({kFonts, 0})).starts_with(expected)) << Description(report.At({kFonts, 0}));
+    EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), full ? kTovaBooleanTrue : kTovaBooleanFalse);
+    EXPECT_EQ(report.At({kVornFontTestUseSandboxOptionKey}), kTovaBooleanFalse);
+    const int last = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+    EXPECT_EQ(report.Text({kFonts, 0, kRecords, last, kVornFontTestNameKey}), "Required tables");
+    EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, last, kVornFontTestTimeStampKey})), kTovaTypeDate);
+    EXPECT_EQ(full ? Description(report.At({kFonts, 0, kRecords, last, kVornFontTestMessagesKey, 0})) : "",
+              full ? "{kVornFontTestResultKey: kVornFontTestSeverityFatalError, kVornFontTestMessageTextKey: sfnt: The "
+                     "font is missing a horizontal metrics ('htmx') table (required by the TrueType specification).}"
+                   : "");
+    EXPECT_EQ(report.Count({kFonts, 0, kRecords, last, kVornFontTestMessagesKey}), full ? 1 : 0);
   }
-  EXPECT_TRUE(found);
 }
 
 TEST_F(ReportCreation, DetailsTellAGlyphByItsName) {
@@ -115,13 +62,11 @@ TEST_F(ReportCreation, RequestedTestsRunInOrderAndUnknownOnesNotAtAll) {
   const auto tests = Array({description("veltrin.none").get(), description("veltrin.TrueType.usability").get(),
                             description("veltrin.Type1.usability").get(), kVornFontTestNameKey,
                             description("veltrin.TrueType.usability").get()});
-  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary},
-                                   {kVornFontTestArrayKey, tests.get()},
-                                   {kVornFontTestForceTestExecutionKey, kTovaBooleanTrue}});
+  const auto options = Dictionary(
+      {{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}, {kVornFontTestArrayKey, tests.get()}});
   const Report report = Create(GoodFont().Build(), options.get());
   EXPECT_EQ(report.Count({kFonts, 0, kRecords}), 2) << "unknown, inapplicable and malformed ones leave no record";
   EXPECT_EQ(report.Text({kFonts, 0, kRecords, 1, kVornFontTestTargetKey}), "kept");
-  EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), kTovaBooleanTrue);
 
   TovaDictionarySetValue(summary_.get(), kVornFontTestArrayKey, Array({}).get());
   const Report empty = Create(GoodFont().Build(), summary_.get());
@@ -146,7 +91,6 @@ TEST_F(ReportCreation, ABrokenFontLeavesAFatalRecordAfterTheFontsBeforeIt) {
   ASSERT_EQ(report.Count({kFonts}), 2) << "the run ends there";
   EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontNameKey}), "<corrupt font name>");
   EXPECT_EQ(report.At({kFonts, 1, kVornFontTestFontPostScriptNameKey}), nullptr);
-  EXPECT_EQ(report.At({kFonts, 1, kVornFontTestFontIdentifierKey}), nullptr);
   EXPECT_EQ(report.Text({kFonts, 1, kRecords, 0, kVornFontTestIdentifierKey}), "veltrin.alwaysRun");
   EXPECT_EQ(report.At({kFonts, 1, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestSeverityKey}),
             kVornFontTestSeverityFatalError);
@@ -162,6 +106,24 @@ TEST_F(ReportCreation, ANameTableThatCannotBeReadEndsTheRunAndLeavesNoNames) {
   EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontIdentifierKey}), "1234ABCD|");
   EXPECT_TRUE(report.Text({kFonts, 0, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey})
                   .ends_with("of the 'name' table)"));
+}
+
+TEST_F(ReportCreation, FontsThatAskForTooMuchWorkEndItWithAWord) {
+  constexpr int kCount = 99;
+  TableBuilder collection;
+  collection.Text("ttcf").U32(0x00010000).U32(kCount);
+  for (int i = 0; i < kCount; ++i) collection.U32(12 + 4 * kCount);
+  collection.Append(GoodFont().Table("fpgm", Bytes(1 << 20, 0x4F)).Build(collection.Size()));
+  TovaDictionarySetValue(full_.get(), kVornFontTestArrayKey,
+                         Tova::Adopt(VornFontTestCopyAvailableTests(Array({kVornFontTestStructureTest}).get())).get());
+  const Report report = Create(collection, full_.get(), "busy.ttc");
+  const int last = static_cast<int>(report.Count({kFonts})) - 1;
+  EXPECT_GT(last, 2);
+  EXPECT_LT(last, kCount);
+  EXPECT_EQ(report.Text({kFonts, last, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, last, kRecords, 0, kVornFontTestMessagesKey, 0, kVornFontTestMessageTextKey})
+                .find("The examination was given up after "),
+            0u);
 }
 
 TEST_F(ReportCreation, FontsWithoutNamesSaySo) {
@@ -188,49 +150,80 @@ TEST_F(ReportCreation, BytesInMemoryNeedNoFile) {
   EXPECT_EQ(create({}, "empty.sfont").Count({kFonts}), 0);
 }
 
+TEST_F(ReportCreation, AFamilyAndItsOutlineFontOfOneNameBecomeOneEntry) {
+  FamilyBuilder family;
+  family.strings = {"Good-Regular"};
+  SuitcaseBuilder suitcase;
+  suitcase.Add("sfnt", 1, GoodFont().Table("name", NameTable({})).Build()).Add("sfnt", 128, GoodFont().Build());
+  suitcase.Add("FOND", 128, family.Build(), "Good").Add("FOND", 129, FamilyBuilder().Build(), "Nameless");
+  suitcase.Add("NFNT", 300, Bytes(26));
+  const Report report = Create(suitcase.Build(), full_.get(), "suitcase");
+  ASSERT_EQ(report.Count({kFonts}), 4);
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontNameKey}), "Good Regular");
+  EXPECT_EQ(report.Text({kFonts, 0, kVornFontTestFontTypeKey}), "kVornFontTestTrueTypeFontData");
+  const int last = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+  EXPECT_EQ(report.Text({kFonts, 0, kRecords, last, kVornFontTestIdentifierKey}),
+            "veltrin.resource.FOND.styles.usability");
+  EXPECT_EQ(report.Text({kFonts, 1, kVornFontTestFontPostScriptNameKey}), "<no font name>") << "the sfnt without";
+  EXPECT_EQ(report.Text({kFonts, 2, kVornFontTestFontNameKey}), "Nameless");
+  EXPECT_EQ(report.Text({kFonts, 2, kVornFontTestFontTypeKey}), "kVornFontTestFONDResource");
+  EXPECT_EQ(report.Text({kFonts, 3, kVornFontTestFontTypeKey}), "kVornFontTestNFNTResource");
+}
+
+TEST_F(ReportCreation, ASuitcaseIsTestedUpToTheFontThatFails) {
+  const auto endsAt = [&](const SuitcaseBuilder& suitcase, const char* label, uint64_t value) {
+    const Report report = Create(suitcase.Build().Patch(label, value), full_.get(), "suitcase");
+    const int last = static_cast<int>(report.Count({kFonts})) - 1;
+    if (last >= 0) {
+      EXPECT_EQ(report.Text({kFonts, last, kRecords, 0, kVornFontTestIdentifierKey}), "veltrin.alwaysRun");
+    }
+    EXPECT_TRUE(TovaArrayContainsValue(Tova::AsArray(report.At({kResult})), kVornFontTestSeverityFatalError));
+    return last;
+  };
+  FamilyBuilder family;
+  family.kerning = {{0, 1}};
+  SuitcaseBuilder suitcase;
+  suitcase.Add("sfnt", 128, GoodFont().Build()).Add("sfnt", 129, Bytes(11)).Add("FOND", 128, family.Build());
+  EXPECT_EQ(endsAt(suitcase, "FOND.128.id", 128), 1) << "an outline font without a directory";
+  SuitcaseBuilder families;
+  families.Add("FOND", 1, family.Build()).Add("FOND", 2, family.Build().Patch("kernOffset", 1000)).Add("FOND", 3, {});
+  EXPECT_EQ(endsAt(families, "FOND.1.id", 1), 1) << "a family that cannot be asked for its kerning";
+  EXPECT_EQ(endsAt(suitcase.Add("NFNT", 1, Bytes(26)), "NFNT.1.length", 1000), -1) << "half a bitmap";
+}
+
 class Consolidation : public testing::Test {
  protected:
-  static Tova::MutableDictionary Font(TovaStringRef type, const char* name, TovaTypeRef record, TovaTypeRef severity) {
+  static Tova::MutableDictionary Font(TovaStringRef type, const char* name, const char* record, const char* severity) {
     auto font = Dictionary({{kVornFontTestFontTypeKey, type},
-                            {kVornFontTestArrayKey, Array({record}).get()},
-                            {kVornFontTestResultKey, Array({severity}).get()}});
+                            {kVornFontTestArrayKey, Array({Tova::MakeString(record).get()}).get()},
+                            {kVornFontTestResultKey, Array({Tova::MakeString(severity).get()}).get()}});
     if (name) TovaDictionarySetValue(font.get(), kVornFontTestFontPostScriptNameKey, Tova::MakeString(name).get());
     return font;
   }
+  /// The records and results of the fonts that are left.
   static std::string Fold(const std::vector<Tova::MutableDictionary>& fonts) {
     const auto list = Array({});
     for (const auto& font : fonts) TovaArrayAppendValue(list.get(), font.get());
-    const auto report = Dictionary({{kVornFontTestFontsTestedKey, list.get()}});
-    ConsolidateReport(report.get());
+    const auto tree = Dictionary({{kFonts, list.get()}});
+    ConsolidateReport(tree.get());
+    const Report report(TovaDictionaryCreateCopy(tree.get()));
     std::string text;
-    const TovaArrayRef folded = Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestFontsTestedKey));
-    for (TovaIndex i = 0; i < TovaArrayGetCount(folded); ++i) {
-      const TovaDictionaryRef font = Tova::AsDictionary(TovaArrayGetValueAtIndex(folded, i));
-      text += Description(TovaDictionaryGetValue(font, kVornFontTestArrayKey));
-      text += Description(TovaDictionaryGetValue(font, kVornFontTestResultKey)) + " ";
+    for (int i = 0; i < report.Count({kFonts}); ++i) {
+      text += Description(report.At({kFonts, i, kRecords})) + Description(report.At({kFonts, i, kResult})) + " ";
     }
     return text;
   }
 
-  TovaStringRef trueType_ = kVornFontTestTrueTypeFontData;
-  TovaStringRef family_ = kVornFontTestFONDResource;
-  Tova::String a_ = Tova::MakeString("a"), b_ = Tova::MakeString("b"), c_ = Tova::MakeString("c");
-  Tova::String mild_ = Tova::MakeString("1"), grave_ = Tova::MakeString("2");
+  TovaStringRef trueType_ = kVornFontTestTrueTypeFontData, family_ = kVornFontTestFONDResource;
 };
 
 TEST_F(Consolidation, FontsOfTheSameNameFoldIntoTheTrueTypeOne) {
-  EXPECT_EQ(Fold({Font(family_, "N", b_.get(), grave_.get()), Font(trueType_, "Z", c_.get(), mild_.get()),
-                  Font(trueType_, "N", a_.get(), mild_.get()), Font(family_, "N", c_.get(), mild_.get()),
-                  Font(family_, nullptr, b_.get(), mild_.get())}),
+  EXPECT_EQ(Fold({Font(family_, "N", "b", "2"), Font(trueType_, "Z", "c", "1"), Font(trueType_, "N", "a", "1"),
+                  Font(family_, "N", "c", "1"), Font(family_, nullptr, "b", "1")}),
             "{c}{1} {a, b, c}{1, 2} {b}{1} ");
-}
-
-TEST_F(Consolidation, WithoutAFoldNothingMoves) {
-  const auto first = Font(trueType_, "N", a_.get(), mild_.get());
-  const auto second = Font(trueType_, "N", b_.get(), mild_.get());
-  EXPECT_EQ(Fold({first, second}), "{a}{1} {b}{1} ") << "two of a name stay two";
-  EXPECT_EQ(Fold({Font(family_, "M", c_.get(), mild_.get()), first, second}), "{c}{1} {a}{1} {b}{1} ");
-  EXPECT_EQ(Fold({Font(family_, "N", c_.get(), grave_.get()), first, second}), "{b, c}{1, 2} ")
+  const auto first = Font(trueType_, "N", "a", "1"), second = Font(trueType_, "N", "b", "1");
+  EXPECT_EQ(Fold({Font(family_, "M", "c", "1"), first, second}), "{c}{1} {a}{1} {b}{1} ") << "nothing folds or moves";
+  EXPECT_EQ(Fold({Font(family_, "N", "c", "2"), first, second}), "{b, c}{1, 2} ")
       << "with a fold, the later of two of a name stays";
 }
 

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "support/SuitcaseBuilder.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
@@ -10,24 +11,38 @@ namespace {
 
 using namespace test;
 
-// Run under ThreadSanitizer by the test runner; the first reports of a process are made here at once.
-TEST(Threads, ReportsOnFontsOfTheirOwnDoNotDisturbEachOther) {
-  const TemporaryFolder folder;
+/// Makes reports of a file of each thread's own, on several threads at once; what they all found.
+std::string ReportOnThreads(const TemporaryFolder& folder, const Bytes& bytes) {
   const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
   std::vector<std::string> descriptions(4);
   std::vector<std::thread> threads;
   for (size_t i = 0; i < descriptions.size(); ++i) {
     threads.emplace_back([&, i] {
-      const std::string path = folder.Write("font" + std::to_string(i), GoodFont().Remove("hmtx").Build());
+      const std::string path = folder.Write("font" + std::to_string(i), bytes);
       for (int round = 0; round < 5; ++round) {
-        const Tova::Dictionary report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
+        const auto report = Tova::Adopt(VornFontTestCreateReport(FileUrl(path).get(), options.get()));
         descriptions[i] += Description(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey));
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
   for (const std::string& description : descriptions) EXPECT_EQ(description, descriptions[0]);
-  EXPECT_NE(descriptions[0].find("kVornFontTestSeverityFatalError"), std::string::npos);
+  return descriptions[0];
+}
+
+// Run under ThreadSanitizer by the test runner; the first reports of a process are made here at once.
+TEST(Threads, ReportsOnFontsOfTheirOwnDoNotDisturbEachOther) {
+  const TemporaryFolder folder;
+  EXPECT_NE(ReportOnThreads(folder, GoodFont().Remove("hmtx").Build()).find("FatalError"), std::string::npos);
+}
+
+TEST(Threads, FamiliesShareOutlineFilesAcrossReports) {
+  const TemporaryFolder folder;
+  FamilyBuilder family;
+  family.strings = {"Base"};
+  folder.Write("Base", OneFile({}, OutlineFile().Build(), "LWFN"));
+  const Bytes suitcase = SuitcaseBuilder().Add("FOND", 128, family.Build()).Build();
+  EXPECT_NE(ReportOnThreads(folder, suitcase).find("Information"), std::string::npos) << "outlines of two kinds";
 }
 
 }  // namespace

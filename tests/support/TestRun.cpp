@@ -15,6 +15,7 @@ std::string Word(Severity severity) { return kSeverityWords[static_cast<size_t>(
 
 TestOptions MakeOptions(const RunOptions& options) {
   TestOptions made;
+  made.skipDuplicateFontTest = options.skipDuplicateFontTest;
   for (const Severity severity : kSeverities) {
     if (std::ranges::count(options.severities, Word(severity)) > 0) made.severities.Add(severity);
   }

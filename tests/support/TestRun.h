@@ -14,13 +14,6 @@
 
 namespace test {
 
-/// Whether AddressSanitizer watches, which keeps freed memory for a while: bounds on memory do not hold then.
-#ifdef __SANITIZE_ADDRESS__
-inline constexpr bool kAddressSanitized = true;
-#else
-inline constexpr bool kAddressSanitized = false;
-#endif
-
 /// A message of a test: the severity's last word ("FatalError") and the text as reported, prefix included.
 struct Message {
   std::string severity;
@@ -44,6 +37,7 @@ struct Findings {
 
 struct RunOptions {
   bool messages = true;
+  bool skipDuplicateFontTest = false;
   FindingSink::Limits limits = {};
   /// Severities enabled, by their last words; all of them by default.
   std::vector<std::string> severities = {"NonFontError", "Information", "TechnicalError",

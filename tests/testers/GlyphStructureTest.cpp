@@ -1,4 +1,5 @@
-#include "TableAccess/FTLimits.h"
+#include <gmock/gmock.h>
+
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "support/GlyphBuilder.h"
@@ -9,11 +10,6 @@ namespace {
 using namespace test;
 
 const Message kEmptyGlyph1 = {"Information", "glyf: Glyph 1 has no visual appearance"};
-
-std::string ContourMessage(int contour) {
-  return "glyf: Glyph 2, contour " + std::to_string(contour) +
-         " starts and stops at the same point, but the start point is on the curve and the stop point is not";
-}
 
 TEST(GlyfStructure, ChecksThatOtherTablesAllowItToRun) {
   const FontBuilder good = OutlineFont({SquareGlyph(9), Bytes(), SquareGlyph(9)});
@@ -74,13 +70,16 @@ TEST(GlyfStructure, ContoursThatCloseOnThemselvesEndOnTheCurveTheyStartOn) {
       // In later contours the end before and the last point but one are compared, with the flags of the true ends.
       {{open, {{1, 1}, {9, 9}, {5, 5, false}}}, {1}},
       {{open, {{1, 1}, {8, 8}, {1, 1, false}}}, {}}};
-  int number = 0;
   for (const auto& [contours, reported] : cases) {
     const auto maxp = MaxpTable(3).Patch("maxContours", contours.size());
     FontBuilder font = OutlineFont({SquareGlyph(9), Bytes(), SimpleGlyph(contours)}).Table("maxp", maxp);
     std::vector<Message> expected = {kEmptyGlyph1};
-    for (const int contour : reported) expected.push_back({"MinorError", ContourMessage(contour)});
-    SCOPED_TRACE(number++);
+    for (const int contour : reported) {
+      expected.push_back(
+          {"MinorError",
+           "glyf: Glyph 2, contour " + std::to_string(contour) +
+               " starts and stops at the same point, but the start point is on the curve and the stop point is not"});
+    }
     ExpectMessages(test::Run(TestStructure_glyf, font), expected);
   }
 }
@@ -94,11 +93,7 @@ TEST(GlyfStructure, ComponentFlagsComeBeforeComponentGlyphs) {
                   {"TechnicalError", "glyf: Glyph 2, component 0: Undefined component flags set (0x00000810)"},
                   {"MajorError", "glyf: Glyph 2, component 1: Multiple component scaling flags set"}});
   // A glyph that does not exist fails the decoding before it comes to be judged.
-  const Findings missing = run({{0, 3}});
-  ASSERT_EQ(missing.messages.size(), 2u);
-  EXPECT_EQ(missing.messages[1].severity, "FatalError");
-  EXPECT_NE(missing.messages[1].text.find("An attempt was made to access a glyph with an invalid index"),
-            std::string::npos);
+  EXPECT_THAT(run({{0, 3}}).severities, testing::ElementsAre("Information", "FatalError"));
 }
 
 TEST(LocaStructure, SizeFitsTheGlyphCount) {
@@ -123,13 +118,14 @@ TEST(LocaStructure, SizeFitsTheGlyphCount) {
     ExpectMessages(test::Run(TestUsability_loca, font), expected);
   }
   EXPECT_FALSE(test::Run(TestUsability_loca, OutlineFont({SquareGlyph(9)}).Truncate("loca", 0)).applies);
-  for (const std::string tag : {"glyf", "head"}) {
-    ExpectMessages(test::Run(TestUsability_loca, OutlineFont({SquareGlyph(9)}).Remove(tag)),
-                   {{"FatalError", "loca: Required table ('" + tag + "') is missing!"}});
-  }
 }
 
 TEST(LocaStructure, OffsetsAscendInsideTheGlyphTable) {
+  for (const auto& entry :
+       {TestUsability_loca, TestStructure_glyf}) {  // an empty last glyph starts where the table ends
+    const Findings findings = test::Run(entry, OutlineFont({SquareGlyph(9), Bytes(), SquareGlyph(9), Bytes()}));
+    EXPECT_THAT(findings.severities, testing::Each("Information"));
+  }
   FontBuilder font = OutlineFont({SquareGlyph(9), SquareGlyph(9), SquareGlyph(9)});
   font.Table("glyf", Bytes(15)).Table("loca", TableBuilder().U32(0).U32(20).U32(10).U32(0));
   ExpectMessages(test::Run(TestUsability_loca, font),

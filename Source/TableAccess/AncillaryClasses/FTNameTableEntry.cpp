@@ -4,15 +4,17 @@
 #include <iterator>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
 
 FTNameTableEntry::FTNameTableEntry(Tova::ByteView iBytes, uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript,
-                                   uint32_t iLanguage)
+                                   uint32_t iLanguage, FTWorkBudget* ioBudget)
     : _fBytes(iBytes),
       _fHasBytes(true),
       _fNameCode(iNameCode),
       _fPlatform(iPlatform),
       _fScript(iScript),
-      _fLanguage(iLanguage) {}
+      _fLanguage(iLanguage),
+      _fBudget(ioBudget) {}
 
 bool FTNameTableEntry::operator==(const FTNameTableEntry& iOther) const {
   return _fNameCode == iOther._fNameCode && _fPlatform == iOther._fPlatform && _fScript == iOther._fScript &&
@@ -64,6 +66,7 @@ void FTNameTableEntry::SetNameString(const Tova::String& iName) {
 
 void FTNameTableEntry::ReplaceNameStringFromUnswappedNameData() const {
   if (!_fHasBytes) FTThrow("_fUnswappedNameData == NULL", "A memory allocation operation failed");
+  if (_fBudget) _fBudget->Charge(_fBytes.Size());
   const TovaTextEncoding tEncoding = GetEncoding();
   _fNameString = tEncoding == kTovaTextEncodingInvalid
                      ? Tova::MakeString("\uFFFD")

@@ -5,12 +5,16 @@
 
 #include "Platform/ByteView.h"
 
+class FTWorkBudget;
+
 /// One record of the 'name' table: its codes, its raw bytes (borrowed from the table) and its text, decoded when first
 /// asked for in the encoding that platform and script imply. Copies share the text.
 class FTNameTableEntry {
  public:
   FTNameTableEntry() = default;
-  FTNameTableEntry(Tova::ByteView iBytes, uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage);
+  /// Decoding is charged to the budget, if there is one; it must outlive the entry and its copies.
+  FTNameTableEntry(Tova::ByteView iBytes, uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                   FTWorkBudget* ioBudget = nullptr);
   FTNameTableEntry(const FTNameTableEntry&) = default;
   FTNameTableEntry& operator=(const FTNameTableEntry&) = default;
   virtual ~FTNameTableEntry() = default;
@@ -42,6 +46,7 @@ class FTNameTableEntry {
   uint32_t _fPlatform = 0;
   uint32_t _fScript = 0;
   uint32_t _fLanguage = 0;
+  FTWorkBudget* _fBudget = nullptr;
   mutable bool _fDecoded = false;
   mutable Tova::String _fNameString;
 };

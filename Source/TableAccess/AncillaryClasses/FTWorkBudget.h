@@ -21,6 +21,10 @@ class FTWorkBudget {
     _fLeft -= iSteps;
   }
   bool HasEnded() const { return _fEnded; }
+  /// Throws FTWorkBudgetEnd again when it has been thrown before.
+  void RequireMore() {
+    if (_fEnded) End();
+  }
 
  private:
   [[noreturn]] void End();

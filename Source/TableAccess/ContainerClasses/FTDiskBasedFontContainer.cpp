@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/ContainerClasses/FTOutlineFiles.h"
 #include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_SplicedFont.h"
 #include "TableAccess/FontClasses/FTFont_Type1.h"
@@ -92,4 +93,10 @@ std::vector<uint64_t> FTDiskBasedFontContainer::DirectoryOffsets(Tova::ByteView 
     }
   }
   return tOffsets;
+}
+
+std::shared_ptr<const FTLWFNFontContainer> FTDiskBasedFontContainer::FindOutlineFile(const std::string& iName) const {
+  std::shared_ptr<const Tova::File> tFile = _fFile->Sibling(iName);
+  if (!tFile || tFile->IsSameAs(*_fFile)) return nullptr;
+  return FTOutlineFiles::ContainerForFile(std::move(tFile), IsReadOnly());
 }

@@ -22,6 +22,8 @@ class FTDiskBasedFontContainer : public FTFontContainer {
   /// The file's name.
   TovaStringRef GetName() const override;
   void ReadData() const override;
+  /// Looks in the file's folder; this file itself is none.
+  std::shared_ptr<const FTLWFNFontContainer> FindOutlineFile(const std::string& iName) const override;
 
   virtual Tova::String CopyPath() const;
   virtual const Tova::File& GetFile() const { return *_fFile; }

@@ -4,8 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/ResourceFile.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "TableAccess/ContainerClasses/FTLWFNFontContainer.h"
 #include "TableAccess/FTLimits.h"
 
 namespace {
@@ -26,14 +27,27 @@ std::unique_ptr<FTFontContainer> FTFontContainer::FontContainerFromFSRef(std::sh
   // Resources come first: a file with both is a file of resource fonts.
   bool tIsDataforkSuitcase = false;
   bool tHasPOST = false;
-  if (HasFontsInResourceFork(*iFile, tIsDataforkSuitcase, tHasPOST) || !HasFontsInDataFork(*iFile)) return nullptr;
+  if (HasFontsInResourceFork(*iFile, tIsDataforkSuitcase, tHasPOST)) {
+    if (tHasPOST) return std::make_unique<FTLWFNFontContainer>(std::move(iFile), tIsDataforkSuitcase, iReadOnly);
+    return std::make_unique<FTResourceFontContainer>(std::move(iFile), tIsDataforkSuitcase, iReadOnly);
+  }
+  if (!HasFontsInDataFork(*iFile)) return nullptr;
   return std::make_unique<FTDiskBasedFontContainer>(std::move(iFile), iReadOnly);
 }
 
-bool FTFontContainer::HasFontsInResourceFork(const Tova::File&, bool& oIsDataforkSuitcase, bool& oHasPOST) {
-  oIsDataforkSuitcase = false;
+bool FTFontContainer::HasFontsInResourceFork(const Tova::File& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST) {
+  const auto tOpen = [&iFile](Tova::Fork iFork) {
+    const std::optional<Tova::ByteView> tFork = iFile.Open(iFork);
+    return tFork ? Tova::ResourceFile::Open(*tFork) : std::nullopt;
+  };
   oHasPOST = false;
-  return false;
+  std::optional<Tova::ResourceFile> tResources = tOpen(Tova::Fork::kData);
+  oIsDataforkSuitcase = tResources.has_value();
+  if (!tResources) tResources = tOpen(Tova::Fork::kResource);
+  if (!tResources) return false;
+  oHasPOST = tResources->List(VornFontTest::kPostScriptResource).Count() > 0;
+  return oHasPOST || tResources->List(VornFontTest::kSfntResource).Count() > 0 ||
+         tResources->List(VornFontTest::kFamilyResource).Count() > 0;
 }
 
 bool FTFontContainer::HasFontsInDataFork(const Tova::File& iFile) {
@@ -66,8 +80,12 @@ const FTFontContainer::FontArray& FTFontContainer::Fonts() const {
 
 void FTFontContainer::SetFonts(FontArray iFonts) const {
   _fGlyphSets = {};
-  _fBudget = FTWorkBudget(iFonts.empty() ? 0 : iFonts.front()->GetUnswappedDataLength());
+  _fBudget = FTWorkBudget(GetDataLength(iFonts));
   _fFonts = std::move(iFonts);
+}
+
+uint64_t FTFontContainer::GetDataLength(const FontArray& iFonts) const {
+  return iFonts.empty() ? 0 : iFonts.front()->GetUnswappedDataLength();  // each has the whole file
 }
 
 const FTFont* FTFontContainer::GetIndFont(uint64_t iFontIndex) const {

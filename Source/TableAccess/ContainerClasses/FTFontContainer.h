@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "Platform/File.h"
@@ -28,7 +29,7 @@ class FTFontContainer : public FTFontOwner {
                                                                  bool iReadOnly);
 
   /// Whether the file holds fonts as resources; then also whether they lie in its data fork, and whether PostScript
-  /// outlines are among them. Resource maps are not read on this platform so far, so no file does.
+  /// outlines are among them.
   static bool HasFontsInResourceFork(const Tova::File& iFile, bool& oIsDataforkSuitcase, bool& oHasPOST);
   /// Whether the data fork starts as a font does, or the file's name ends in ".sfont".
   static bool HasFontsInDataFork(const Tova::File& iFile);
@@ -55,6 +56,12 @@ class FTFontContainer : public FTFontOwner {
   const FTFontContainer* AsContainer() const override { return this; }
   FTWorkBudget& GetWorkBudget() const override { return _fBudget; }
   FTGlyphSets& GetGlyphSets() const override { return _fGlyphSets; }
+  std::shared_ptr<const FTLWFNFontContainer> FindOutlineFile(const std::string&) const override { return nullptr; }
+  const FTFont_FOND* FindFamilyOf(int32_t) const override { return nullptr; }
+
+ protected:
+  /// The bytes that the fonts lie in together, for the budget.
+  virtual uint64_t GetDataLength(const FontArray& iFonts) const;
 
  private:
   void CopyFonts(const FTFontContainer& iOther);

@@ -19,6 +19,12 @@ class FTFont {
   /// What GetType answers. No font is of type 4.
   enum Type : uint32_t { kBase = 0, kFOND = 1, kNFNT = 2, kSfnt = 3, kSpliced = 5, kType1 = 6, kPOST = 7 };
 
+  /// The font in a resource, with its ID and its name as it stands in the resource map: a family, a bitmap font, a
+  /// PostScript outline resource or an sfnt font by the type. Null without bytes. Throws "An attempt was made to create
+  /// a font of an unknown type" for another type.
+  static std::unique_ptr<FTFont> FTFontFromResource(const FTFontOwner* iOwner, uint32_t iType, Tova::ByteView iBytes,
+                                                    int16_t iID, Tova::ByteView iName);
+
   FTFont() = default;
   /// Borrows the bytes when the container is read-only (the caller keeps them alive), copies them otherwise.
   FTFont(const FTFontOwner* iOwner, Tova::ByteView iBytes);

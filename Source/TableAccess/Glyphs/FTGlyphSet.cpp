@@ -5,6 +5,7 @@
 
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/AncillaryClasses/FTWorkBudget.h"
+#include "TableAccess/FTLimits.h"
 
 namespace {
 
@@ -98,7 +99,7 @@ const std::vector<FTComponent>& FTGlyphSet::ComponentsOf(uint16_t iGlyph) {
   _fComponents.clear();
   FTComponentRun tRun(BytesOf(iGlyph), LengthOf(iGlyph));
   while (const auto tComponent = tRun.Next()) {
-    _fBudget->Charge(1);
+    _fBudget->Charge(kFTStepsOfComponent);
     _fComponents.push_back(*tComponent);
   }
   _fComponentsOf = iGlyph;
@@ -137,7 +138,7 @@ void FTGlyphSet::ReadCompound(uint16_t iGlyph) {
 
 /// Adds a component to the totals; false for a compound glyph that has to be read first.
 bool FTGlyphSet::AddComponent(uint16_t iGlyph, FTGlyphRecord& ioTotals) {
-  _fBudget->Charge(1);
+  _fBudget->Charge(kFTStepsOfComponent);
   if (iGlyph >= Count()) {
     FTThrow(FTFaults::kComponentIsNoGlyph);
   }

@@ -134,6 +134,7 @@ FTPoint FTOutline::ContourPoint(uint16_t iContour, uint16_t iIndex) const {
 /// quirk: contour-ends. For all contours but the first the points that are compared are one before the ones whose flags
 /// are.
 bool FTOutline::HasMixedEnds(uint16_t iContour) const {
+  // quirk: contour-ends. For all contours but the first the points compared are one before the ones whose flags are.
   const size_t tFirst = iContour == 0 ? 0 : size_t{EndPoint(static_cast<uint16_t>(iContour - 1))} + 1;
   if (IsOnCurve(tFirst) == IsOnCurve(EndPoint(iContour))) return false;
   const auto tLast = static_cast<uint16_t>(ContourPointCount(iContour) - 1);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 /// What an entry costs, which is an object with a text.
 static constexpr uint64_t kStepsOfName = 8;
@@ -12,6 +13,7 @@ void FTFontTable_name::ReadDataInternal() const {
   _fFormat = tTable.U16(0);
   _fStringBaseOffset = tTable.U16(4);
   const uint64_t tLimit = tTable.Size();
+  FTWorkBudget* tBudget = Owner() ? &Owner()->GetWorkBudget() : nullptr;
   Entries tNames;
   const Tova::RecordArray tRecords(tTable, 6, tTable.U16(2), 12);
   ChargeWork(kStepsOfName * tRecords.Held());
@@ -26,7 +28,8 @@ void FTFontTable_name::ReadDataInternal() const {
         FTThrow("tNameStart + tLength > tTableLimit", "A name entry extends beyond the end of the 'name' table");
       }
     }
-    tNames.emplace_back(tTable.Slice(tStart, tLength), tRecord.U16(6), tRecord.U16(0), tRecord.U16(2), tRecord.U16(4));
+    tNames.emplace_back(tTable.Slice(tStart, tLength), tRecord.U16(6), tRecord.U16(0), tRecord.U16(2), tRecord.U16(4),
+                        tBudget);
   }
   _fNames = std::move(tNames);
 }

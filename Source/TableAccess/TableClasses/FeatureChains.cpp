@@ -1,6 +1,7 @@
 #include "TableAccess/TableClasses/FeatureChains.h"
 
 #include "TableAccess/AncillaryClasses/FTException.h"
+#include "TableAccess/AncillaryClasses/FTWorkBudget.h"
 #include "TableAccess/FTLimits.h"
 
 namespace FeatureChains {
@@ -9,6 +10,7 @@ namespace {
 
 constexpr uint64_t kTableHeaderSize = 8;
 constexpr uint64_t kFeatureEntrySize = 12;
+constexpr uint64_t kStepsOfChain = 4;
 
 struct Chain {
   uint32_t defaultFlags;
@@ -27,7 +29,7 @@ uint64_t CountDefaultFeatures(const Chain& iChain, Tova::ByteView iEntries) {
 
 }  // namespace
 
-uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth) {
+uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth, FTWorkBudget& ioBudget) {
   const uint64_t tHeadSize = 8 + 2 * static_cast<uint64_t>(iWidth);
   const uint32_t tChainCount = iBytes.U32(4);
   uint64_t tCount = 0;
@@ -48,6 +50,7 @@ uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth) {
       FTThrow("tEntriesSize > tUnused", "The feature entry points beyond the end of the table");
     }
     tUnused -= tEntriesSize;
+    ioBudget.Charge(kStepsOfChain + tChain.featureCount);
     tCount += CountDefaultFeatures(tChain, iBytes.Slice(tAt + tHeadSize, tEntriesSize));
     tAt += tChain.length;
   }

@@ -4,6 +4,8 @@
 
 #include "Platform/ByteView.h"
 
+class FTWorkBudget;
+
 /// Walks the chains of 'mort' and 'morx', which differ in the widths of two counts only.
 ///
 /// Bytes: an 8-byte table header whose last four are the chain count, then the chains. A chain: default flags u32,
@@ -17,6 +19,6 @@ enum class CountWidth : uint8_t { k16Bits = 2, k32Bits = 4 };
 /// the default flags of the chain. Throws "The chain head points beyond the end of the table" or "The feature entry
 /// points beyond the end of the table" when one does, and also when chains overlap so often that their heads and
 /// entries are larger than the table by megabytes.
-uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth);
+uint64_t CountDefaultFeatures(Tova::ByteView iBytes, CountWidth iWidth, FTWorkBudget& ioBudget);
 
 }  // namespace FeatureChains
