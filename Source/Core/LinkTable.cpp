@@ -16,16 +16,23 @@
 #include "Tests/VornFontTesterLanguageSupport.h"
 #include "Tests/VornFontTesterMetrics.h"
 #include "Tests/VornFontTesterStructure_OS_2.h"
+#include "Tests/VornFontTesterStructure_Zapf.h"
 #include "Tests/VornFontTesterStructure_cmap.h"
+#include "Tests/VornFontTesterStructure_feat.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "Tests/VornFontTesterStructure_hdmx.h"
 #include "Tests/VornFontTesterStructure_head.h"
 #include "Tests/VornFontTesterStructure_hhea.h"
 #include "Tests/VornFontTesterStructure_hmtx.h"
+#include "Tests/VornFontTesterStructure_just.h"
+#include "Tests/VornFontTesterStructure_kern.h"
 #include "Tests/VornFontTesterStructure_loca.h"
 #include "Tests/VornFontTesterStructure_maxp.h"
+#include "Tests/VornFontTesterStructure_mort.h"
+#include "Tests/VornFontTesterStructure_morx.h"
 #include "Tests/VornFontTesterStructure_name.h"
 #include "Tests/VornFontTesterStructure_post.h"
+#include "Tests/VornFontTesterStructure_prop.h"
 #include "Tests/VornFontTesterStructure_sbit.h"
 #include "Tests/VornFontTesterStructure_vmtx.h"
 #include "Tests/VornFontTesterUsability_Type1.h"
@@ -43,6 +50,7 @@ constexpr VornFontTestLink Link() {
   return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
 }
 
+<<<<<<< HEAD
 // A line a test.
 // clang-format off
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
@@ -50,6 +58,16 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterConsistency_cmap>(),
     Link<VornFontTesterStructure_cmap>(),
     Link<VornFontTesterUsability_cmap>(),
+=======
+// clang-format off: a line for each test
+constexpr std::array gLinks = std::to_array<VornFontTestLink>({
+    Link<VornFontTesterStructure_OS_2>(),
+    Link<VornFontTesterStructure_Zapf>(),
+    Link<VornFontTesterConsistency_cmap>(),
+    Link<VornFontTesterStructure_cmap>(),
+    Link<VornFontTesterUsability_cmap>(),
+    Link<VornFontTesterStructure_feat>(),
+>>>>>>> refs/heads/layout
     Link<VornFontTesterInstructions_fpgm>(),
     Link<VornFontTesterInstructions_glyf>(),
     Link<VornFontTesterStructure_glyf>(),
@@ -57,15 +75,29 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_head>(),
     Link<VornFontTesterStructure_hhea>(),
     Link<VornFontTesterStructure_hmtx>(),
+<<<<<<< HEAD
+=======
+    Link<VornFontTesterStructure_just>(),
+    Link<VornFontTesterStructure_kern>(),
+>>>>>>> refs/heads/layout
     Link<VornFontTesterLanguageSupport>(),
     Link<VornFontTesterStructure_loca>(),
     Link<VornFontTesterStructure_maxp>(),
     Link<VornFontTesterMetrics>(),
+<<<<<<< HEAD
+=======
+    Link<VornFontTesterStructure_mort>(),
+    Link<VornFontTesterStructure_morx>(),
+>>>>>>> refs/heads/layout
     Link<VornFontTesterStructure_name>(),
     Link<VornFontTesterUsability_name>(),
     Link<VornFontTesterStructure_post>(),
     Link<VornFontTesterUsability_post>(),
     Link<VornFontTesterInstructions_prep>(),
+<<<<<<< HEAD
+=======
+    Link<VornFontTesterStructure_prop>(),
+>>>>>>> refs/heads/layout
     Link<VornFontTesterStructure_sbit>(),
     Link<VornFontTester_sfnt>(),
     Link<VornFontTesterStructure_vmtx>(),

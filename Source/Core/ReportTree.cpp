@@ -72,6 +72,11 @@ std::string Escaped(std::string_view iPrefix) {
   return tEscaped;
 }
 
+/// Of a text that begins with the part that it is about: the part and the rest are the arguments.
+std::string NamedPartFormat(const Finding& iFinding) {
+  return (iFinding.prefix ? Escaped(iFinding.prefix) + ": " : "") + "%s: %@";
+}
+
 void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64_t iNumber) {
   const auto tNumber = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(iNumber)));
   TovaDictionarySetValue(ioDictionary, iKey, tNumber.get());
@@ -196,6 +201,7 @@ Tova::String ReportTree::TextOf(const FindingSink& iSink, const Finding& iFindin
   for (const bool tTranslated : {true, false}) {
     const Tova::String tFormat = FormatFor(iFinding, tTranslated);
     Tova::String tText = Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size()));
+    if (tText && iFinding.namesPart) tText = Tova::Format(NamedPartFormat(iFinding), {iFinding.part->c_str(), tText});
     if (tText) return tText;
   }
   return {};
@@ -203,14 +209,15 @@ Tova::String ReportTree::TextOf(const FindingSink& iSink, const Finding& iFindin
 
 Tova::String ReportTree::FormatFor(const Finding& iFinding, bool iTranslated) {
   const char* tTable = iTranslated ? iFinding.stringTable : nullptr;
-  Tova::String& tKept = _fFormats[{tTable, iFinding.prefix, iFinding.format}];
+  const char* tPrefix = iFinding.namesPart ? nullptr : iFinding.prefix;
+  Tova::String& tKept = _fFormats[{tTable, tPrefix, iFinding.format}];
   if (!tKept) {
     Tova::String tFormat = Tova::MakeString(iFinding.format);
     if (tTable) {
       tFormat = Tova::Adopt(TovaBundleCopyLocalizedString(TovaBundleGetMain(), tFormat.get(), tFormat.get(),
                                                           Tova::MakeString(tTable).get()));
     }
-    if (iFinding.prefix) tFormat = Tova::MakeString(Escaped(iFinding.prefix) + ": " + std::string(Tova::Text(tFormat)));
+    if (tPrefix) tFormat = Tova::MakeString(Escaped(tPrefix) + ": " + std::string(Tova::Text(tFormat)));
     tKept = tFormat;
   }
   return tKept;

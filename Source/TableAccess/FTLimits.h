@@ -68,6 +68,12 @@ inline constexpr uint64_t kFTLongNameBytes = uint64_t{1} << 22;
 
 // The testers.
 
+/// Steps that the test of one layout table may make: values, states, entries, actions and pairs looked at. Tables whose
+/// parts do not overlap need a step or two a byte; thousands of lookups over the same bytes could ask for billions. The
+/// first number is the room for small tables, the second that for each byte of the table.
+inline constexpr uint64_t kFTLayoutStepsAllowed = uint64_t{1} << 20;
+inline constexpr uint64_t kFTLayoutStepsAllowedPerByte = 16;
+
 /// Groups, array entries, characters and mappings that the structure test of 'cmap' looks at in all subtables: seven
 /// times as many as there are characters. Records and subtables can share and overlap their bytes, so that a megabyte
 /// asks for billions; past these, only headers and sizes go on being checked, and the table counts as invalid.

@@ -22,10 +22,12 @@ bool FindingSink::HasRoomFor(Severity iSeverity, uint64_t iBytes) const {
 }
 
 void FindingSink::AppendMessage(Severity iSeverity, const char* iPrefix, const char* iStringTable, const char* iFormat,
-                                std::span<const Tova::FormatArgument> iArguments, const Place& iPlace) {
+                                std::span<const Tova::FormatArgument> iArguments, const Place& iPlace,
+                                bool iNamesPart) {
   if (!_fWantsMessages) return;
   uint64_t tBytes = kMessageBytes + std::strlen(iFormat);
   for (const Tova::FormatArgument& tArgument : iArguments) tBytes += TextBytesOf(tArgument);
+  if (iNamesPart) tBytes += iPlace.part.size();
   if (!HasRoomFor(iSeverity, tBytes)) {
     ++_fLeftOut;
     return;
@@ -40,7 +42,8 @@ void FindingSink::AppendMessage(Severity iSeverity, const char* iPrefix, const c
                         .glyph = iPlace.glyph,
                         .offset = iPlace.offset,
                         .part = KeepPart(iPlace.part),
-                        .severity = iSeverity});
+                        .severity = iSeverity,
+                        .namesPart = iNamesPart && !iPlace.part.empty()});
   for (const Tova::FormatArgument& tArgument : iArguments) KeepArgument(tArgument);
 }
 

@@ -63,6 +63,7 @@ struct Finding {
   std::optional<uint64_t> offset;
   const std::string* part;
   Severity severity;
+  bool namesPart;  ///< whether its text begins with the part, after the prefix
 };
 
 /// Takes the findings of one run of a test over one font: their severities always, and the findings themselves when
@@ -88,9 +89,10 @@ class FindingSink {
 
   void AppendResult(Severity iSeverity) { _fSeverities.Add(iSeverity); }
   /// Keeps a finding, without recording its severity. Texts among the arguments are copied, values retained; prefix,
-  /// string table and format must live as long as the program.
+  /// string table and format must live as long as the program. iNamesPart: the part of the place, when there is one,
+  /// stands in the text.
   void AppendMessage(Severity iSeverity, const char* iPrefix, const char* iStringTable, const char* iFormat,
-                     std::span<const Tova::FormatArgument> iArguments, const Place& iPlace);
+                     std::span<const Tova::FormatArgument> iArguments, const Place& iPlace, bool iNamesPart = false);
 
   const SeveritySet& Severities() const { return _fSeverities; }
   /// In the order in which they were found.

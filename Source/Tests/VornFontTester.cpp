@@ -50,6 +50,12 @@ void VornFontTester::ReportResultFromTable(const char* iTable, Severity iSeverit
                        _fPlace);
 }
 
+void VornFontTester::ReportAt(Severity iSeverity, const char* iFormat,
+                              std::span<const Tova::FormatArgument> iArguments) const {
+  _fSink.AppendResult(iSeverity);
+  _fSink.AppendMessage(iSeverity, GetStringTableName(), GetStringTableName(), iFormat, iArguments, _fPlace, true);
+}
+
 void VornFontTester::ReportException(const FTException& iException) const {
   const Tova::FormatArgument tText(iException.GetUIMessageString());
   _fSink.AppendResult(Severity::kFatalError);

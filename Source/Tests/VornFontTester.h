@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -10,6 +12,9 @@
 #include "Tests/TestIdentity.h"
 
 class FTException;
+enum class StateMachineKind : uint8_t;
+struct LayoutTable;
+struct StateMachine;
 
 /// What the caller of a report asks of every test.
 struct TestOptions {
@@ -54,6 +59,9 @@ class VornFontTester {
   /// The same as ReportResult with the format looked up in another string table; the prefix stays the test's own.
   void ReportResultFromTable(const char* iTable, Severity iSeverity, const char* iFormat,
                              Arguments iArguments = {}) const;
+  /// As ReportResult, with the part of the font where the test is looking before the text, when there is one: "morx:
+  /// Chain 0, subtable 2: State 5 is never referenced".
+  void ReportAt(Severity iSeverity, const char* iFormat, std::span<const Tova::FormatArgument> iArguments) const;
 
   const FTFont* GetFont() const { return _fFont; }
   /// The font, for a test of sfnt fonts: RunTester starts it over no other.
@@ -73,6 +81,25 @@ class VornFontTester {
   /// Judges the platform, script and language codes of a 'name' or 'cmap' record and reports what is wrong with them.
   /// iEntry is the record's index.
   void ValidatePlatformScriptLanguages(uint32_t iEntry, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage) const;
+
+  // Lookup tables and state tables of the layout tables. Lookups are given by the bytes from their format word to the
+  // end of the table; positions are bytes from there, -1 for none.
+
+  /// The unit of a format 2 or 4 lookup that holds the glyph.
+  static int64_t FindSegment(Tova::ByteView iLookup, uint32_t iGlyph);
+  /// The unit of a format 6 lookup with the glyph.
+  static int64_t FindSingle(Tova::ByteView iLookup, uint32_t iGlyph);
+  /// The glyph's value in a lookup of any format.
+  static int64_t DoGenericLookup(Tova::ByteView iLookup, uint32_t iGlyph);
+  /// The bytes from the lookup's start to the end of its last unit, value or array; 0 for an unknown format.
+  uint64_t CalculateLookupTableSize(Tova::ByteView iLookup) const;
+  /// Checks a state table with 32-bit fields, as CheckStateTable does.
+  static std::optional<StateMachine> TestSTXStateTable(const LayoutTable& iTable, uint64_t iAt, uint64_t iLimit,
+                                                       StateMachineKind iKind);
+  /// Checks a state table with 16-bit fields.
+  static std::optional<StateMachine> TestStateTable(const LayoutTable& iTable, uint64_t iAt, uint64_t iLimit,
+                                                    StateMachineKind iKind);
+
   /// The first of the ascending offsets that is greater than the current one; 0 when there is none.
   static uint64_t NextOffset(const std::vector<uint64_t>& iSortedOffsets, uint64_t iCurrent);
   /// Sorts ascending.

@@ -6,6 +6,7 @@
 #include "support/BitmapBuilder.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
+#include "support/LayoutBuilder.h"
 #include "support/MetadataBuilder.h"
 #include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
@@ -13,6 +14,70 @@
 namespace {
 
 using namespace test;
+
+/// One of each kind of state machine and lookup, as small as they come, in the tables that hold them.
+void AddLayoutTables(FontBuilder& font) {
+  const auto machine = [](StateMachineKind kind, StateTableWidth width, const MachineBuilder::EntryFields& act) {
+    MachineBuilder builder(kind, width);
+    builder.Class("a", {1}).Entry("act", act).State("start", {{"a", "act"}}).State("line");
+    for (int extra = 0; extra < 3; ++extra) builder.Extra({0x80, 0, 0, 4, 0, 8, 0, 1, 0, 1, 0, 3});
+    return ChainSubtable{kind == StateMachineKind::kInsertion ? 5 : static_cast<uint32_t>(kind), builder.Build()};
+  };
+  const auto chains = [&](StateTableWidth width, const Bytes& lookup) {
+    return ChainTable(width, {machine(StateMachineKind::kRearrangement, width, {.flags = 0xA001}),
+                              machine(StateMachineKind::kContextual, width, {.flags = 0x8000, .words = {0, 1}}),
+                              machine(StateMachineKind::kLigature, width, {.flags = 0xA000, .words = {0}}),
+                              machine(StateMachineKind::kInsertion, width, {.flags = 0x821, .words = {0, 1}}),
+                              {4, lookup}});
+  };
+  font.Table("morx", chains(StateTableWidth::kExtended, LookupFormat4({{1, {2, 3}}, {4, {9}}})).Patch("version", 3));
+  font.Table("mort", chains(StateTableWidth::kClassic, LookupFormat2({{1, 2, 3}, {4, 4, 9}})));
+  TableBuilder kern;
+  const Bytes kerning =
+      machine(StateMachineKind::kKerning, StateTableWidth::kClassic, {.flags = 0x8000, .list = 0}).body;
+  kern.U32(0x00010000)
+      .U32(4)
+      .U32(28)
+      .U16(0)
+      .U16(0)
+      .U16(2)
+      .U16(12)
+      .U16(1)
+      .U16(0)
+      .U16(1)
+      .U16(2)
+      .S16(3)
+      .U16(1)
+      .U16(3)
+      .S16(4);
+  kern.U32(8 + kerning.size()).U16(1).U16(0).Append(kerning);
+  kern.U32(34).U16(2).U16(0).U16(2).U16(16).U16(22).U16(32).U16(1).U16(1).U16(32).U16(1).U16(1).U16(0).U16(0).S16(7);
+  kern.U32(27).U16(3).U16(0).U16(5).U8(1).U8(1).U8(1).U8(0).S16(5).Zeros(10).U8(0);
+  font.Table("kern", kern).Table("gvar", TableBuilder().U32(0x00010000).U16(1).U16(1).Zeros(12));
+  font.Table("prop", TableBuilder().U32(0x00010000).U16(1).U16(0).Append(LookupFormat6({{1, 0x1100}, {2, 0x9F00}})));
+  TableBuilder feat;
+  feat.U32(0x00010000).U16(1).U16(0).U32(0).U16(3).U16(1).U32(24).U16(0x8000).S16(256).U16(0).S16(256);
+  const Bytes classes = machine(StateMachineKind::kJustification, StateTableWidth::kClassic, {.flags = 5}).body;
+  TableBuilder just;
+  just.U32(0x00010000).U16(0).U16(10).U16(0).U16(0, "classes").U16(0, "deltas").U16(0, "actions");
+  just.Append(LookupFormat8(1, {0})).Patch("deltas", just.Size()).U32(1).U32(5).Zeros(20);
+  just.Patch("actions", just.Size())
+      .Append(LookupFormat10(1, 1, {10}))
+      .U8(0)
+      .U32(2)
+      .U16(5)
+      .U16(0)
+      .U32(22)
+      .U32(1)
+      .U32(2);
+  just.U16(0).U16(1).U16(1).U16(5).U16(4).U32(24).Text("wght").Zeros(12);
+  just.Patch("classes", just.Size()).U16(8 + classes.size()).U16(0).U32(0).Append(classes);
+  TableBuilder zapf;
+  zapf.U32(0x00010000).U32(28).U32(28).U32(0).U32(0).U32(0).U32(0);
+  zapf.U32(23).U32(41).U16(1).U16('A').U16(2).U8(1).U8(1).Text("A").U8(64).U16(34).U8(0);
+  zapf.U16(0x4001).U16(0).U32(31).U16(0x8001).U16(0).U16(256).U16(1).U16(0).U16(0).U16(1).U16(3).U16(0);
+  font.Table("feat", feat).Table("just", just).Table("Zapf", zapf);
+}
 
 /// A small font with everything that a test or an accessor looks into.
 FontBuilder RichFont() {
@@ -35,10 +100,9 @@ FontBuilder RichFont() {
   font.Table("vmtx", vmtx.Zeros(6));
   TableBuilder hdmx;
   font.Table("hdmx", hdmx.U16(0).U16(1).U32(8).U8(10).U8(6).Append({6, 6, 6, 6, 6, 0}));
-  TableBuilder features;  // one chain with one feature entry
-  features.U16(2).U16(0).U32(1).U32(1).U32(28).U32(1).U32(0).U16(0).U16(0).U32(1).U32(0);
   TableBuilder fdsc;
-  font.Table("morx", features).Table("fdsc", fdsc.U32(0x00010000).U32(1).Text("slnt").U32(0));
+  AddLayoutTables(font);
+  font.Table("fdsc", fdsc.U32(0x00010000).U32(1).Text("slnt").U32(0));
   font.Table("name",
              NameRecordsTable({{1, 0, 0, 1, "Rich"}, MicrosoftName(3, "Rich"), MicrosoftName(6, "Rich")}, {"de"}));
   font.Table("post", StoredNamesTable({0, 258, 36, 259, 1}, {"alpha", "uni0041"})).Table("OS/2", OS2Table(5));
@@ -125,8 +189,9 @@ TEST_F(DamageSweep, EveryPrefixIsSurvived) {
 }
 
 TEST_F(DamageSweep, EveryTableCutShortIsSurvived) {
-  for (const char* tag : {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm",
-                          "prep", "vhea", "vmtx", "hdmx", "morx", "fdsc", "OS/2", "EBLC", "EBDT", "EBSC"}) {
+  for (const char* tag :
+       {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm", "prep", "vhea", "vmtx", "hdmx",
+        "morx", "mort", "kern", "prop", "feat", "just", "Zapf", "gvar", "fdsc", "OS/2", "EBLC", "EBDT", "EBSC"}) {
     FontBuilder font = RichFont();
     for (size_t size = font[tag].size(); size-- > 0;) Survive(font.Truncate(tag, size).Build(), true);
   }

@@ -37,7 +37,8 @@ std::string TextOf(const FindingSink& sink, const Finding& finding) {
   const auto format = Tova::MakeString(finding.format);
   const auto text = Tova::Adopt(TovaStringCreateWithFormat(format.get(), arguments.data(), arguments.size()));
   if (!text) return "(no text)";
-  return (finding.prefix ? std::string(finding.prefix) + ": " : "") + std::string(Tova::Text(text));
+  return (finding.prefix ? std::string(finding.prefix) + ": " : "") + (finding.namesPart ? *finding.part + ": " : "") +
+         std::string(Tova::Text(text));
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 #include "TableAccess/Glyphs/FTGlyphSets.h"
 #include "TableAccess/TableClasses/FTFontTable_CID_.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
+#include "TableAccess/TableClasses/FTFontTable_feat.h"
+#include "TableAccess/TableClasses/FTFontTable_gvar.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 #include "TableAccess/TableClasses/FTFontTable_hhea.h"
 #include "TableAccess/TableClasses/FTFontTable_maxp.h"
@@ -193,7 +195,12 @@ uint16_t FTFont_sfnt::CountVerticalLongMetrics() const {
   return *_fVerticalLongMetricsCount;
 }
 
-uint64_t FTFont_sfnt::CountGlobalCoordinates() const { return _fGlobalCoordinateCount; }
+uint64_t FTFont_sfnt::CountGlobalCoordinates() const {
+  if (_fGlobalCoordinateCount == 0 && HasTaggedTable(FTFontTable_gvar::kTag)) {
+    _fGlobalCoordinateCount = FindTable<FTFontTable_gvar>()->GetGlobalCoordinateCount();
+  }
+  return _fGlobalCoordinateCount;
+}
 
 bool FTFont_sfnt::HasTrueTypeGlyphs() const { return HasTaggedTable(FTTag("glyf")) && HasTaggedTable(FTTag("loca")); }
 
@@ -314,6 +321,11 @@ uint32_t FTFont_sfnt::GlyphIDToUnicode(uint16_t iGlyph) const {
   return tEncoding ? tEncoding->GlyphToCharacter(iGlyph) : kNone;
 }
 
+bool FTFont_sfnt::FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const {
+  const auto* tFeat = FindTable<FTFontTable_feat>();
+  return tFeat && tFeat->FindName(iFeatureType, oIndex) && tFeat->GetIndNameData(oIndex, oName);
+}
+
 const FTUnicodeMap& FTFont_sfnt::UnicodeMap() const {
   if (!_fUnicodeMap) {
     const FTFontTable* tCmap = GetTaggedTable(FTFontTable_cmap::kTag);
@@ -331,8 +343,6 @@ std::optional<std::string> FTFont_sfnt::GlyphName(uint32_t iGlyphID) const {
   std::optional<std::string> tName = tPost->GetGlyphName(iGlyphID);
   return tName && tName->empty() ? std::nullopt : tName;
 }
-
-bool FTFont_sfnt::FindFontFeature(uint16_t, FTFeatureName&, uint64_t&) const { return false; }
 
 // The ideal order of tables.
 

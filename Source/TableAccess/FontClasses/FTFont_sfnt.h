@@ -92,6 +92,7 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   virtual TovaStringRef FindFontName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
                                      uint64_t& oIndex) const;
   virtual const FTEncoding* FindFontUnicodeEncoding(uint64_t& oIndex) const;
+  /// The first name of the feature in 'feat' and its index; false without one.
   virtual bool FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const;
   virtual const FTEncoding* GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript,
                                             uint32_t& oLanguage) const;

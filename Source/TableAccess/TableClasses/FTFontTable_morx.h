@@ -1,13 +1,16 @@
 #pragma once
 
 #include "TableAccess/TableClasses/FTFixedLayout.h"
-#include "TableAccess/TableClasses/FTFontTable.h"
+#include "TableAccess/TableClasses/FTFontTable_Chains.h"
 
-/// The extended glyph metamorphosis table, by which fonts substitute and rearrange glyphs. Bytes: version u16, unused
-/// u16, chain count u32, then the chains (see FeatureChains). Needs no other table.
-class FTFontTable_morx : public FTFontTable {
-  FT_TABLE_CLASS(FTFontTable_morx, FTFontTable, "morx")
+/// The extended glyph metamorphosis table. Bytes: version u16 (2 or 3), unused u16, chain count u32, then the chains;
+/// in version 3 each ends with a list of glyph coverage bitmaps.
+class FTFontTable_morx : public FTFontTable_Chains {
+  FT_TABLE_CLASS(FTFontTable_morx, FTFontTable_Chains, "morx")
 
-  /// The number of features that are on by default; throws when the chains leave the table.
-  virtual uint64_t CountDefaultFeatures() const;
+  uint32_t Version() const override { return Bytes().U16(0); }
+  FTLayoutChains Chains() const override { return {Bytes(), FTLayoutChains::Width::kExtended}; }
+
+ private:
+  const char* SourceFile() const override { return "TableAccess/TableClasses/FTFontTable_morx"; }
 };

@@ -24,11 +24,3 @@ using FTFontTable_EBLC = FTTagOnlyTable<FTTag("EBLC")>;
 using FTFontTable_EBSC = FTTagOnlyTable<FTTag("EBSC")>;
 using FTFontTable_fpgm = FTTagOnlyTable<FTTag("fpgm")>;
 using FTFontTable_prep = FTTagOnlyTable<FTTag("prep")>;
-
-// Tables with contents that nothing of this library asks for yet.
-using FTFontTable_feat = FTTagOnlyTable<FTTag("feat")>;
-using FTFontTable_gvar = FTTagOnlyTable<FTTag("gvar")>;
-using FTFontTable_just = FTTagOnlyTable<FTTag("just")>;
-using FTFontTable_kern = FTTagOnlyTable<FTTag("kern")>;
-using FTFontTable_prop = FTTagOnlyTable<FTTag("prop")>;
-using FTFontTable_Zapf = FTTagOnlyTable<FTTag("Zapf")>;
