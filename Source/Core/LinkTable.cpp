@@ -50,16 +50,8 @@ constexpr VornFontTestLink Link() {
   return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
 }
 
-<<<<<<< HEAD
 // A line a test.
 // clang-format off
-constexpr std::array gLinks = std::to_array<VornFontTestLink>({
-    Link<VornFontTesterStructure_OS_2>(),
-    Link<VornFontTesterConsistency_cmap>(),
-    Link<VornFontTesterStructure_cmap>(),
-    Link<VornFontTesterUsability_cmap>(),
-=======
-// clang-format off: a line for each test
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_OS_2>(),
     Link<VornFontTesterStructure_Zapf>(),
@@ -67,7 +59,6 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_cmap>(),
     Link<VornFontTesterUsability_cmap>(),
     Link<VornFontTesterStructure_feat>(),
->>>>>>> refs/heads/layout
     Link<VornFontTesterInstructions_fpgm>(),
     Link<VornFontTesterInstructions_glyf>(),
     Link<VornFontTesterStructure_glyf>(),
@@ -75,29 +66,20 @@ constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_head>(),
     Link<VornFontTesterStructure_hhea>(),
     Link<VornFontTesterStructure_hmtx>(),
-<<<<<<< HEAD
-=======
     Link<VornFontTesterStructure_just>(),
     Link<VornFontTesterStructure_kern>(),
->>>>>>> refs/heads/layout
     Link<VornFontTesterLanguageSupport>(),
     Link<VornFontTesterStructure_loca>(),
     Link<VornFontTesterStructure_maxp>(),
     Link<VornFontTesterMetrics>(),
-<<<<<<< HEAD
-=======
     Link<VornFontTesterStructure_mort>(),
     Link<VornFontTesterStructure_morx>(),
->>>>>>> refs/heads/layout
     Link<VornFontTesterStructure_name>(),
     Link<VornFontTesterUsability_name>(),
     Link<VornFontTesterStructure_post>(),
     Link<VornFontTesterUsability_post>(),
     Link<VornFontTesterInstructions_prep>(),
-<<<<<<< HEAD
-=======
     Link<VornFontTesterStructure_prop>(),
->>>>>>> refs/heads/layout
     Link<VornFontTesterStructure_sbit>(),
     Link<VornFontTester_sfnt>(),
     Link<VornFontTesterStructure_vmtx>(),
