@@ -86,9 +86,6 @@ TOVA_EXPORT TovaStringRef TovaCopyDescription(TovaTypeRef value);
 /* The allocator that a value came from. There is one, the C++ run-time's. */
 TOVA_EXPORT TovaAllocatorRef TovaGetAllocator(TovaTypeRef value);
 TOVA_EXPORT TovaAllocatorRef TovaAllocatorGetDefault(void);
-/* How many calls of this thread could not do their work for lack of memory, and returned null or false or changed
-   nothing. A caller that must not miss one compares the number before and after its work. */
-TOVA_EXPORT uint64_t TovaGetMemoryFailures(void);
 
 /* ---- Text encodings -------------------------------------------------------------------------------------------- */
 

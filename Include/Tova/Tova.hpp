@@ -5,7 +5,6 @@
 
 #include <concepts>
 #include <initializer_list>
-#include <new>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -101,29 +100,11 @@ inline TovaNumberRef AsNumber(TovaTypeRef value) {
   return TovaGetTypeID(value) == kTovaTypeNumber ? static_cast<TovaNumberRef>(value) : nullptr;
 }
 
-/// Watches for Tova calls of this thread that fail for lack of memory, from its making on. They return null or change
-/// nothing, which looks like an honest answer; whoever builds something from many calls checks once, at its end.
-class MemoryWatch {
- public:
-  /// Whether there was such a call.
-  bool Failed() const { return TovaGetMemoryFailures() != before_; }
-  /// Throws std::bad_alloc when there was.
-  void Check() const {
-    if (Failed()) throw std::bad_alloc();
-  }
-
- private:
-  uint64_t before_ = TovaGetMemoryFailures();
-};
-
-/// An immutable array of the values. Throws std::bad_alloc when there is no memory for it.
+/// An immutable array of the values.
 inline Array MakeArray(std::initializer_list<TovaTypeRef> values) {
-  const MemoryWatch memory;
   const auto array = Adopt(TovaArrayCreateMutable());
   for (const TovaTypeRef value : values) TovaArrayAppendValue(array.get(), value);
-  const auto copy = Adopt(TovaArrayCreateCopy(array.get()));
-  memory.Check();
-  return copy;
+  return Adopt(TovaArrayCreateCopy(array.get()));
 }
 
 /// One argument of a format: an integer, a real, a Tova value or a text, borrowed for the length of the call.

@@ -70,7 +70,8 @@ VORNFONTTEST_EXPORT TovaArrayRef VornFontTestCopyAvailableTests(TovaArrayRef tes
 
 /* ---- Options --------------------------------------------------------------------------------------------------- */
 
-/* Array of test descriptions: which tests to run, in this order. Default: the usability tests. */
+/* Array of test descriptions: which tests to run, in this order. Default: the usability tests, of which the duplicate
+   test waits up to ten seconds for a conduit where none runs. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestArrayKey;
 /* Array of severities that tests are to look for; a test may skip checks of others. Default: fatal errors. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSeverityKey;

@@ -50,7 +50,8 @@ constexpr VornFontTestLink Link() {
   return {Tester::kIdentity.identifier, RunTester<Tester>, &Tester::kIdentity};
 }
 
-// clang-format off: a line for each test
+// A line a test.
+// clang-format off
 constexpr std::array gLinks = std::to_array<VornFontTestLink>({
     Link<VornFontTesterStructure_OS_2>(),
     Link<VornFontTesterStructure_Zapf>(),

@@ -68,19 +68,6 @@ TovaArrayRef GetDefaultSeverities() {
   return gDefaultSeverities.get();
 }
 
-/// The report for when there is no memory for any other: a fatal result and nothing else.
-Tova::Dictionary GetBareReport() {
-  static const Tova::Dictionary gBareReport = [] {
-    const Tova::MemoryWatch tMemory;
-    const auto tReport = Tova::Adopt(TovaDictionaryCreateMutable());
-    TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, GetDefaultSeverities());
-    const auto tCopy = Tova::Adopt(TovaDictionaryCreateCopy(tReport.get()));
-    tMemory.Check();
-    return tCopy;
-  }();
-  return gBareReport;
-}
-
 /// One report in the making.
 class ReportRun {
  public:
@@ -92,16 +79,13 @@ class ReportRun {
         _fForced(GetBoolOption(false, kVornFontTestForceTestExecutionKey, iOptions)) {
     AddDefaultOptions();
     _fTestOptions = TestOptionsOf(_fOptions.get());
-    _fMemory.Check();
   }
 
   /// Opens the file and tests its fonts, up to the first failure or the end of the budget for work.
   void TestFonts();
   /// Records what ended the run before its time; the text shows in full reports.
   void RecordFailure(TovaStringRef iMessage);
-  /// The same where memory ran out; what can be made again is given up first.
-  void RecordLackOfMemory();
-  /// The report. Throws std::bad_alloc, as the operations above do, when there was too little memory for it.
+  /// The report.
   Tova::Dictionary Finish();
 
   bool WantsMessages() const { return _fTree.HasMessages(); }
@@ -113,7 +97,6 @@ class ReportRun {
   Tova::Array RunTest(const FTFont& iFont, TovaDictionaryRef iDescription);
   Tova::Dictionary MakeRecord(const FTFont& iFont, TovaDictionaryRef iDescription, const VornFontTestLink& iTest);
 
-  Tova::MemoryWatch _fMemory;
   TovaURLRef _fURL;
   Tova::MutableDictionary _fOptions;
   bool _fUseSandbox;
@@ -152,7 +135,6 @@ void ReportRun::TestFonts() {
     _fContainer->GetWorkBudget().RequireMore();
     _fLastFont->ForgetTables();
   }
-  _fMemory.Check();
 }
 
 void ReportRun::TestFont(const FTFont& iFont) {
@@ -189,7 +171,6 @@ Tova::Array ReportRun::RunTest(const FTFont& iFont, TovaDictionaryRef iDescripti
   if (!_fForced) tRecord = GetCachedTestResults(_fOptions.get(), IdentifierOf(iFont), iDescription);
   if (!tRecord && tTest) tRecord = MakeRecord(iFont, iDescription, *tTest);
   TovaArrayAppendValue(tRecords.get(), tRecord.get());
-  _fMemory.Check();
   return tRecords;
 }
 
@@ -206,7 +187,6 @@ Tova::Dictionary ReportRun::MakeRecord(const FTFont& iFont, TovaDictionaryRef iD
 }
 
 void ReportRun::RecordFailure(TovaStringRef iMessage) {
-  if (_fMemory.Failed()) return RecordLackOfMemory();  // the font is not to blame, whatever it seemed to lack
   const Tova::Array tRecords = GenerateDummyTestResults(WantsMessages() ? iMessage : nullptr);
   if (_fTree.HasFonts() && _fLastFont) {
     const auto tFontData = _fTree.MakeFont(*_fLastFont);
@@ -219,14 +199,6 @@ void ReportRun::RecordFailure(TovaStringRef iMessage) {
   MergeTestResults(_fResults.get(), tRecords.get());
 }
 
-void ReportRun::RecordLackOfMemory() {
-  _fMemory = {};
-  if (_fLastFont) _fLastFont->ForgetTables();
-  const auto tMessage = Tova::MakeString("A memory allocation operation failed");
-  _fMemory.Check();
-  RecordFailure(tMessage.get());
-}
-
 Tova::Dictionary ReportRun::Finish() {
   const auto tReport = Tova::Adopt(TovaDictionaryCreateMutable());
   if (_fTree.HasFonts()) {
@@ -237,11 +209,10 @@ Tova::Dictionary ReportRun::Finish() {
   }
   TovaDictionarySetValue(tReport.get(), kVornFontTestResultKey, _fResults.get());
   ConsolidateReport(tReport.get());
-  _fMemory.Check();
   return tReport;
 }
 
-/// Makes the report; throws std::bad_alloc when there is too little memory even for that of a failure.
+/// Makes the report. A lack of memory is no fault of the font: it goes through.
 Tova::Dictionary RunReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
   ReportRun tRun(iURL, iOptions);
   try {
@@ -249,7 +220,7 @@ Tova::Dictionary RunReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
   } catch (const FTException& tException) {
     tRun.RecordFailure(tRun.WantsMessages() ? tException.GetUIMessageString() : nullptr);
   } catch (const std::bad_alloc&) {
-    tRun.RecordLackOfMemory();
+    throw;
   } catch (...) {
     tRun.RecordFailure(Tova::MakeString("An error occurred").get());
   }
@@ -260,11 +231,7 @@ Tova::Dictionary RunReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
 
 Tova::Dictionary CreateReport(TovaURLRef iURL, TovaDictionaryRef iOptions) {
   const uint64_t tToken = SetupTests();
-  Tova::Dictionary tReport = GetBareReport();
-  try {
-    tReport = RunReport(iURL, iOptions);
-  } catch (const std::bad_alloc&) {
-  }
+  Tova::Dictionary tReport = RunReport(iURL, iOptions);
   CompleteTests(tToken);
   return tReport;
 }

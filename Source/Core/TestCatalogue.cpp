@@ -27,10 +27,8 @@ Tova::String LocalizedText(TovaStringRef iKey, const char* iTable) {
 /// Every test description of the library.
 TovaArrayRef GetFullTestList() {
   static const Tova::Array gFullTestList = [] {
-    const Tova::MemoryWatch tMemory;
     const Tova::Value tList = ReadResource("OskelBuiltinTests");
     const TovaArrayRef tTests = Tova::AsArray(tList.get());
-    tMemory.Check();
     return tTests ? Tova::Share(tTests) : Tova::Array(Tova::Adopt(TovaArrayCreateMutable()));
   }();
   return gFullTestList.get();
@@ -64,7 +62,6 @@ void AppendTestsOfType(TovaStringRef iType, TovaMutableArrayRef ioTests, TovaMut
 
 Tova::Array CopyAvailableTests(TovaArrayRef iTestTypes) {
   if (TovaGetTypeID(iTestTypes) != kTovaTypeArray) return {};
-  const Tova::MemoryWatch tMemory;
   const auto tTests = Tova::Adopt(TovaArrayCreateMutable());
   const auto tTaken = Tova::Adopt(TovaArrayCreateMutable());
   for (TovaIndex i = 0; i < TovaArrayGetCount(iTestTypes); ++i) {
@@ -72,7 +69,6 @@ Tova::Array CopyAvailableTests(TovaArrayRef iTestTypes) {
     if (!tType) return {};
     AppendTestsOfType(tType, tTests.get(), tTaken.get());
   }
-  tMemory.Check();
   return tTests;
 }
 

@@ -152,7 +152,6 @@ TovaMessagePortStatus TovaMessagePortSendRequest(TovaMessagePortRef port, int32_
     if (status == kTovaMessagePortSuccess && reply && !bytes.empty()) *reply = new TovaData(std::move(bytes));
     return status;
   } catch (const std::exception&) {
-    Tova::NoteMemoryFailure();
     return kTovaMessagePortTransportError;
   }
 }

@@ -1,6 +1,5 @@
 #include <Tova/Tova.hpp>
 #include <charconv>
-#include <new>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
@@ -38,9 +37,13 @@ class Reader {
  public:
   /// Null when the bytes are no property list; Reason then says why.
   Value Read(std::string_view bytes) {
+    // So that a program's handler for a lack of memory is asked here, too.
+    [[maybe_unused]] static const bool once =
+        (pugi::set_memory_management_functions([](size_t size) { return operator new(size); },
+                                               [](void* memory) { operator delete(memory); }),
+         true);
     pugi::xml_document document;
     const auto result = document.load_buffer(bytes.data(), bytes.size(), kParseFlags);
-    if (result.status == pugi::status_out_of_memory) throw std::bad_alloc();
     if (!result) {
       return Fail("malformed XML at byte " + std::to_string(result.offset) + ": " + result.description());
     }

@@ -87,9 +87,3 @@ TovaStringRef TovaCopyDescription(TovaTypeRef value) {
 TovaAllocatorRef TovaGetAllocator(TovaTypeRef value) { return value ? &Tova::kAllocator : nullptr; }
 
 TovaAllocatorRef TovaAllocatorGetDefault(void) { return &Tova::kAllocator; }
-
-static thread_local uint64_t memoryFailures = 0;
-
-void Tova::NoteMemoryFailure() { ++memoryFailures; }
-
-uint64_t TovaGetMemoryFailures(void) { return memoryFailures; }

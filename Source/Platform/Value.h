@@ -67,16 +67,12 @@ bool AreEqual(TovaTypeRef first, TovaTypeRef second, int depth);
 size_t HashOf(TovaTypeRef value, int depth);
 void Describe(TovaTypeRef value, std::string& text, int depth);
 
-/// Counts what TovaGetMemoryFailures tells of.
-void NoteMemoryFailure();
-
 /// Does the work of an exported function; an exception (out of memory) ends in the result's zero value.
 template <class Action>
 std::invoke_result_t<Action> Guarded(Action action) {
   try {
     return action();
   } catch (const std::exception&) {
-    NoteMemoryFailure();
     return std::invoke_result_t<Action>();
   }
 }

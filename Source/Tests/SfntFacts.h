@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "TableAccess/AncillaryClasses/FTGlyphInk.h"
 #include "TableAccess/AncillaryClasses/FTOS2Fields.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/Glyphs/FTGlyphInk.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 
 /// What several tests ask of an sfnt font, and how they show its texts. A table of length 0 counts as absent.

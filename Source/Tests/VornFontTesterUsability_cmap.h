@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "TableAccess/AncillaryClasses/FTGlyphInk.h"
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/Glyphs/FTGlyphInk.h"
 #include "Tests/VornFontTester.h"
 
 /// Judges whether text can be set with the characters of a font: there is a Unicode encoding that layout reads, its

@@ -2,6 +2,7 @@
 
 #include "Core/RundleConduit.h"
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
+#include "TableAccess/FontClasses/FTFont_FOND.h"
 
 bool VornFontTester_duplicate::ExecuteTest() const {
   if (!GetOptions().skipDuplicateFontTest) CheckForDuplicates();
@@ -9,7 +10,17 @@ bool VornFontTester_duplicate::ExecuteTest() const {
 }
 
 void VornFontTester_duplicate::CheckForDuplicates() const {
+  if (GetFont()->GetType() == FTFont::kFOND) LookForDuplicateFamily();
   if (GetFont()->GetType() == FTFont::kSfnt) LookForDuplicateFont();
+}
+
+/// Each PostScript name of a family; the outline fonts of a suitcase are asked about themselves.
+void VornFontTester_duplicate::LookForDuplicateFamily() const {
+  const auto* tFamily = dynamic_cast<const FTFont_FOND*>(GetFont());
+  if (!tFamily || tFamily->HasOutlines_sfnt()) return;
+  for (uint64_t i = 0; i < tFamily->GetPostScriptNameCount(); ++i) {
+    LookForDuplicatePostScriptName(tFamily->GetIndPostScriptName(i));
+  }
 }
 
 void VornFontTester_duplicate::LookForDuplicateFont() const {

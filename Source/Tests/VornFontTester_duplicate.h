@@ -3,13 +3,13 @@
 #include "Tests/VornFontTester.h"
 
 /// Asks the conduit, a service outside this process, whether another font with the font's PostScript name is installed.
-/// Only fonts from files are asked about. Waits for the conduit; without one, for as long as RundleConduitLimits says.
+/// Only fonts from files are asked about: sfnt fonts, and families without one among their outlines. Waits for the conduit; without one, for as long as RundleConduitLimits says.
 /// The report is made whatever severities the caller enabled.
 class VornFontTester_duplicate : public VornFontTester {
  public:
   static constexpr TestIdentity kIdentity = {
       .identifier = "veltrin.duplicates",
-      .types = {TestType::kConsistency},
+      .types = {TestType::kUsability},
       .prefix = "Duplicates",
       .name = "Duplicate fonts",
       .description = "Asks whether another font with the same PostScript name is installed."};
@@ -19,6 +19,7 @@ class VornFontTester_duplicate : public VornFontTester {
 
  private:
   void CheckForDuplicates() const;
+  void LookForDuplicateFamily() const;
   void LookForDuplicateFont() const;
   void LookForDuplicatePostScriptName(TovaStringRef iPostScriptName) const;
 };

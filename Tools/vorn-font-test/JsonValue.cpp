@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <new>
 #include <stdexcept>
 
 namespace tool {
@@ -40,11 +39,7 @@ class Writer {
   }
 
  private:
-  /// A string that is there unless memory ran out.
-  void WriteCopied(const Tova::String& text) {
-    if (!text) throw std::bad_alloc();
-    WriteJsonString(Tova::Text(text), sink_);
-  }
+  void WriteCopied(const Tova::String& text) { WriteJsonString(Tova::Text(text), sink_); }
 
   void WriteNumber(TovaNumberRef number) {
     std::array<char, 32> digits;

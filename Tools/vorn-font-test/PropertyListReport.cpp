@@ -2,14 +2,11 @@
 
 #include <stdexcept>
 
-#include "Memory.h"
-
 namespace tool {
 namespace {
 
 /// The text of a list that the library made, null when it could not.
 void Write(const Tova::Data& data, Output& output) {
-  RequireMemory();
   if (!data) throw std::runtime_error("the report has no form as a property list");
   // The bytes of UTF-8 text; char may look at any object.
   output.Write({reinterpret_cast<const char*>(TovaDataGetBytes(data.get())), TovaDataGetLength(data.get())});

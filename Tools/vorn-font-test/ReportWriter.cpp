@@ -1,7 +1,6 @@
 #include "ReportWriter.h"
 
 #include "JsonReport.h"
-#include "Memory.h"
 #include "PropertyListReport.h"
 #include "TextReport.h"
 
@@ -26,14 +25,12 @@ Tova::Dictionary FileEntry(const std::string& path, TovaDictionaryRef report) {
   auto entry = Tova::Adopt(TovaDictionaryCreateMutable());
   TovaDictionarySetValue(entry.get(), Tova::MakeString("path").get(), text.get());
   TovaDictionarySetValue(entry.get(), Tova::MakeString("report").get(), report);
-  RequireMemory();
   return entry;
 }
 
 Tova::Dictionary SingleEntry(std::string_view key, TovaTypeRef value) {
   auto entry = Tova::Adopt(TovaDictionaryCreateMutable());
   TovaDictionarySetValue(entry.get(), Tova::MakeString(key).get(), value);
-  RequireMemory();
   return entry;
 }
 

@@ -9,7 +9,6 @@
 #include "ConduitForRun.h"
 #include "EscapedText.h"
 #include "FileWalk.h"
-#include "Memory.h"
 #include "TestList.h"
 #include "TestSelection.h"
 
@@ -115,7 +114,6 @@ class Session {
     logLines_.SetFile(path);
     const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
-    RequireMemory();
     conduit_.RequireAlive();
     if (!report) throw std::runtime_error(path + ": the library made no report");
     const SeveritySet results(Tova::AsArray(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)));
@@ -156,7 +154,6 @@ int Run(const Options& options) {
     if (writer) writer->End(session.Unreadable());
     status = session.Status();
   }
-  RequireMemory();
   output->Close();
   return status;
 }

@@ -6,8 +6,6 @@
 #include <map>
 #include <string_view>
 
-#include "Memory.h"
-
 namespace tool {
 namespace {
 
@@ -63,7 +61,6 @@ Tests ByIdentifier(TovaArrayRef descriptions) {
 
 Tova::Array CopyTests(const std::vector<std::string>& types) {
   auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(TypeConstants(types).get()));
-  RequireMemory();
   if (!tests) throw std::runtime_error("the library does not list its tests");
   return tests;
 }

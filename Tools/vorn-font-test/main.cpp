@@ -3,7 +3,6 @@
 
 #include <csignal>
 #include <exception>
-#include <new>
 
 #include "Memory.h"
 #include "Options.h"
@@ -21,7 +20,7 @@ void OccupyStandardDescriptors() {
   }
 }
 
-/// Does what the command line asks for and returns the exit status. Throws std::bad_alloc.
+/// Does what the command line asks for and returns the exit status.
 int Run(int argc, const char* const* argv) {
   try {
     return tool::Run(tool::ParseCommandLine(argc, argv));
@@ -29,8 +28,6 @@ int Run(int argc, const char* const* argv) {
     tool::PrintError(error.what());
     tool::PrintError("try 'vorn-font-test --help'");
     return tool::kUsageOrInput;
-  } catch (const std::bad_alloc&) {
-    throw;
   } catch (const std::exception& error) {
     tool::PrintError(error.what());
   } catch (...) {
@@ -44,11 +41,6 @@ int Run(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
   OccupyStandardDescriptors();
   std::signal(SIGPIPE, SIG_IGN);  // a reader that went away is a write error, to be reported as one
-  tool::WatchMemory();
-  try {
-    return Run(argc, argv);
-  } catch (const std::bad_alloc&) {
-    tool::PrintOutOfMemory();
-    return tool::kProgramFailed;
-  }
+  tool::EndWithoutMemory();
+  return Run(argc, argv);
 }

@@ -28,9 +28,11 @@ std::string Contents(const std::string& path) {
 
 }  // namespace
 
-Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination, const std::string& before) {
+Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination,
+                   const std::vector<std::string>& variables, const std::string& before) {
   const TemporaryFolder folder;
-  std::string command = before + " exec env -i TERM=xterm LC_ALL=C ASAN_OPTIONS=detect_leaks=1:exitcode=99 $VARIABLE";
+  std::string command = before + " exec env -i TERM=xterm LC_ALL=C ASAN_OPTIONS=detect_leaks=1:exitcode=99";
+  for (const std::string& variable : variables) command += Quoted(variable);
   command += Quoted(VORN_PROGRAM);
   for (const std::string& argument : arguments) command += Quoted(argument);
   command += " 2>" + Quoted(folder.File("err"));

@@ -15,9 +15,9 @@ struct Outcome {
 /// Where its standard output goes.
 enum class Destination { kFile, kTerminal, kFull, kClosedPipe, kClosed };
 
-/// Runs the built program in a clean environment, after shell commands such as "ulimit -v 64000;" or
-/// "VARIABLE=NO_COLOR=1;", which adds a variable to that environment.
+/// Runs the built program in a clean environment, to which variables such as "NO_COLOR=1" are added, after shell
+/// commands such as "ulimit -v 64000;".
 Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination = Destination::kFile,
-                   const std::string& before = "");
+                   const std::vector<std::string>& variables = {}, const std::string& before = "");
 
 }  // namespace test

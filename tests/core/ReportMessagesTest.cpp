@@ -70,6 +70,7 @@ TEST_F(ReportMessages, BeyondALimitAreCountedAndLeaveTheResultAsItIs) {
                                              "kVornFontTestMessageTextKey: 4 further messages were not recorded}"));
   EXPECT_EQ(Description(limited.At({kResult})), "{kVornFontTestSeverityInformation, kVornFontTestSeverityMinorError}");
   EXPECT_EQ(Description(limited.At({kResult})), Description(whole.At({kResult})));
+  EXPECT_EQ(Description(limited.At({kFonts, 0, kResult})), Description(whole.At({kResult})));
 }
 
 TEST_F(ReportMessages, LeaveRoomForGraveOnesOfLaterFonts) {
@@ -80,7 +81,7 @@ TEST_F(ReportMessages, LeaveRoomForGraveOnesOfLaterFonts) {
     tree.MakeFont(*font);
     FindingSink sink = tree.MakeSink();
     for (int i = 0; i < count; ++i) sink.AppendMessage(severity, "head", nullptr, "A finding", {}, {});
-    return Description(tree.MakeRecord(Dictionary({}).get(), 0, sink).get());
+    return Description(tree.MakeRecord(*font, Dictionary({}).get(), 0, sink).get());
   };
   std::string last;
   for (int i = 0; i < 20; ++i) last = record(Severity::kMinorError, 100);

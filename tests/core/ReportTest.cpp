@@ -25,14 +25,15 @@ TEST_F(ReportCreation, AFullReportTellsOfFontsTestsAndMessages) {
     EXPECT_TRUE(Description(report.At({kFonts, 0})).starts_with(expected)) << Description(report.At({kFonts, 0}));
     EXPECT_EQ(report.At({kVornFontTestForceTestExecutionKey}), full ? kTovaBooleanTrue : kTovaBooleanFalse);
     EXPECT_EQ(report.At({kVornFontTestUseSandboxOptionKey}), kTovaBooleanFalse);
-    const int last = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
-    EXPECT_EQ(report.Text({kFonts, 0, kRecords, last, kVornFontTestNameKey}), "Required tables");
-    EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, last, kVornFontTestTimeStampKey})), kTovaTypeDate);
-    EXPECT_EQ(full ? Description(report.At({kFonts, 0, kRecords, last, kVornFontTestMessagesKey, 0})) : "",
+    int at = static_cast<int>(report.Count({kFonts, 0, kRecords})) - 1;
+    while (report.Text({kFonts, 0, kRecords, at, kVornFontTestIdentifierKey}) > "veltrin.TrueType.usability") --at;
+    EXPECT_EQ(report.Text({kFonts, 0, kRecords, at, kVornFontTestNameKey}), "Required tables");
+    EXPECT_EQ(TovaGetTypeID(report.At({kFonts, 0, kRecords, at, kVornFontTestTimeStampKey})), kTovaTypeDate);
+    EXPECT_EQ(full ? Description(report.At({kFonts, 0, kRecords, at, kVornFontTestMessagesKey, 0})) : "",
               full ? "{kVornFontTestResultKey: kVornFontTestSeverityFatalError, kVornFontTestMessageTextKey: sfnt: The "
                      "font is missing a horizontal metrics ('htmx') table (required by the TrueType specification).}"
                    : "");
-    EXPECT_EQ(report.Count({kFonts, 0, kRecords, last, kVornFontTestMessagesKey}), full ? 1 : 0);
+    EXPECT_EQ(report.Count({kFonts, 0, kRecords, at, kVornFontTestMessagesKey}), full ? 1 : 0);
   }
 }
 

@@ -13,7 +13,8 @@ using namespace test;
 
 /// Makes reports of a file of each thread's own, on several threads at once; what they all found.
 std::string ReportOnThreads(const TemporaryFolder& folder, const Bytes& bytes) {
-  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
+  const auto options = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull},
+                                   {kVornFontTestSkipDuplicateFontTestOptionKey, kTovaBooleanTrue}});
   std::vector<std::string> descriptions(4);
   std::vector<std::thread> threads;
   for (size_t i = 0; i < descriptions.size(); ++i) {

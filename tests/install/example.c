@@ -4,11 +4,14 @@
 
 int main(int argc, char** argv) {
   TovaURLRef url = TovaURLCreateWithFilePath(argc > 1 ? argv[1] : "");
-  TovaDictionaryRef report = VornFontTestCreateReport(url, NULL);
+  TovaMutableDictionaryRef options = TovaDictionaryCreateMutable();
+  TovaDictionarySetValue(options, kVornFontTestSkipDuplicateFontTestOptionKey, kTovaBooleanTrue);
+  TovaDictionaryRef report = VornFontTestCreateReport(url, options);
   TovaStringRef text = TovaCopyDescription(TovaDictionaryGetValue(report, kVornFontTestResultKey));
   printf("%s\n", TovaStringGetUTF8(text));
   TovaRelease(text);
   TovaRelease(report);
+  TovaRelease(options);
   TovaRelease(url);
   return 0;
 }

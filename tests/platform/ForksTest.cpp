@@ -123,8 +123,10 @@ TEST(Resources, AMapThatLeavesTheForkOpensNothing) {
 
 TEST(Resources, WhatLeavesTheForkIsNoResource) {
   const TableBuilder fork = Fork();
+  TableBuilder damaged;
   const auto list = [&](const char* label, uint64_t value) {
-    return ResourceFile::Open(View(TableBuilder(fork).Patch(label, value)))->List(kFamilies);
+    damaged = TableBuilder(fork).Patch(label, value);
+    return ResourceFile::Open(View(damaged))->List(kFamilies);
   };
   for (const auto& [label, value] : {std::pair<const char*, uint64_t>{"FOND.128.data", 0xFFFFFF},
                                      {"FOND.128.length", 70},

@@ -43,9 +43,15 @@ class ReportCreation : public testing::Test {
     return Report(VornFontTestCreateReport(FileUrl(path).get(), options));
   }
 
+  /// Options of the usability tests but for the one that waits for a conduit.
+  static Tova::MutableDictionary WithoutConduit(TovaStringRef type) {
+    return Dictionary({{kVornFontTestCreateReportTypeKey, type},
+                       {kVornFontTestSkipDuplicateFontTestOptionKey, kTovaBooleanTrue}});
+  }
+
   TemporaryFolder folder_;
-  Tova::MutableDictionary full_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull}});
-  Tova::MutableDictionary summary_ = Dictionary({{kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeSummary}});
+  Tova::MutableDictionary full_ = WithoutConduit(kVornFontTestReportTypeFull);
+  Tova::MutableDictionary summary_ = WithoutConduit(kVornFontTestReportTypeSummary);
 };
 
 inline constexpr auto& kResult = kVornFontTestResultKey;

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "TableAccess/AncillaryClasses/FTGlyphInk.h"
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
 #include "TableAccess/AncillaryClasses/FTWorkBudget.h"
+#include "TableAccess/Glyphs/FTGlyphInk.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
 

@@ -4,6 +4,7 @@
 #include "TableAccess/ContainerClasses/FTDiskBasedFontContainer.h"
 #include "Tests/VornFontTester_duplicate.h"
 #include "support/MessagePorts.h"
+#include "support/SuitcaseBuilder.h"
 #include "support/TestRun.h"
 #include "support/Values.h"
 
@@ -55,7 +56,7 @@ TEST_F(Duplicates, OnlySfntFontsWithANameFromAFileAreAskedAbout) {
 }
 
 TEST_F(Duplicates, AreNotLookedForWhereTheOptionsSaySo) {
-  const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(Array({kVornFontTestConsistencyTest}).get()));
+  const auto tests = Tova::Adopt(VornFontTestCopyAvailableTests(Array({kVornFontTestUsabilityTest}).get()));
   const Tova::Url url = Write(FontNamed("Some-Name"));
   for (const bool skip : {true, false}) {
     const auto options = Dictionary(
@@ -63,6 +64,21 @@ TEST_F(Duplicates, AreNotLookedForWhereTheOptionsSaySo) {
     const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), options.get()));
     EXPECT_THAT(asked_, SizeIs(skip ? 0 : 1));
   }
+}
+
+TEST_F(Duplicates, OfAFamilyWithoutOutlineFontAreLookedForByEachOfItsNames) {
+  FamilyBuilder family;
+  family.strings = {"Base", "\x03", "-Bold"};
+  family.indexes = {0, 2};
+  const auto test = [&](int size) {
+    family.fat = {{size, 0, 128}};
+    const Tova::Url url = Write(SuitcaseBuilder().Add("FOND", 128, family.Build(), "Family").Build());
+    const auto container = FTFontContainer::FontContainerFromTovaURLRef(url.get(), true);
+    return test::Run(TestForDuplicates, *container->GetIndFont(0));
+  };
+  EXPECT_THAT(test(0).messages, IsEmpty()) << "it has an outline font";
+  EXPECT_THAT(asked_, IsEmpty());
+  ExpectMessage(test(12), {"MajorError", "Duplicates: A font with the PostScript name Base is already installed."});
 }
 
 }  // namespace

@@ -34,6 +34,7 @@ TEST(HheaStructure, FieldsAreJudgedByTheirRangesAndTheEm) {
   ExpectAll(
       GoodFont(),
       {{{}, {}},
+       {{{"ascender", 400}, {"descender", -600}}, {}},
        {{{"version", 0x00020000}}, {Technical("Bad version number: 0x20000")}},
        {{{"ascender", 399}}, {Minor("ascent (399) is smaller than 40.00  of the em (1000)")}},
        {{{"ascender", 0}, {"descender", 0}},

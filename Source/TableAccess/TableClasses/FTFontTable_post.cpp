@@ -6,7 +6,7 @@
 
 #include "Platform/Utf8.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
-#include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTTableOwner.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ uint32_t FTFontTable_post::GetGlyphCount() const {
     case kNameOffsets:
       return Held(StatedGlyphCount(), GetSize(), kEntries, 1);
     case kCharacterCodes:
-      return Held(GetFont() ? GetFont()->CountFontGlyphs() : 0, GetSize(), kHeaderSize, 2);
+      return Held(Owner() ? Owner()->CountFontGlyphs() : 0, GetSize(), kHeaderSize, 2);
     default:
       return 0;
   }

@@ -1,4 +1,4 @@
-#include "TableAccess/AncillaryClasses/FTGlyphInk.h"
+#include "TableAccess/Glyphs/FTGlyphInk.h"
 
 #include <algorithm>
 
