@@ -70,7 +70,8 @@ struct LayoutTally {
 /// Gathers what the examination of one layout table finds in a part of it, reports it in order when the examination
 /// leaves the part, and holds the work within a bound.
 ///
-/// Of one text in one part only the first kFindingsOfText findings are reported; one more says how many were left out. A text whose severity nobody asked for is not reported, unless it is fatal.
+/// Of one text in one part only the first kFindingsOfText findings are reported; one more says how many were left out.
+/// A text whose severity nobody asked for is not reported, unless it is fatal.
 ///
 /// Honest tables whose parts do not overlap never come near the bound on work; hostile ones refer to the same bytes
 /// over and over.
