@@ -2,9 +2,7 @@
 
 #include <Tova/Tova.hpp>
 #include <algorithm>
-#include <charconv>
 #include <fstream>
-#include <iterator>
 #include <optional>
 
 namespace Tova {
@@ -19,11 +17,30 @@ std::string_view TakeUntil(std::string_view& rest, char separator) {
   return part;
 }
 
-std::optional<uint32_t> ParseCharacter(std::string_view text) {
+/// Cuts off and returns a character in hexadecimal; none when there is no digit or no such character.
+std::optional<uint32_t> TakeCharacter(std::string_view& rest) {
   uint32_t character = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), character, 16);
-  if (error != std::errc() || end != text.data() + text.size() || character > kLastCharacter) return std::nullopt;
+  size_t digits = 0;
+  for (; digits < rest.size(); ++digits) {
+    const char c = rest[digits];
+    if (c >= '0' && c <= '9') {
+      character = 16 * character + static_cast<uint32_t>(c - '0');
+    } else if (c >= 'A' && c <= 'F') {
+      character = 16 * character + static_cast<uint32_t>(c - 'A' + 10);
+    } else {
+      break;
+    }
+    if (character > kLastCharacter) return std::nullopt;
+  }
+  if (digits == 0) return std::nullopt;
+  rest.remove_prefix(digits);
   return character;
+}
+
+bool Take(std::string_view& rest, char wanted) {
+  if (rest.empty() || rest[0] != wanted) return false;
+  rest.remove_prefix(1);
+  return true;
 }
 
 void Add(LanguageAlphabet& alphabet, uint32_t character) {
@@ -39,15 +56,15 @@ std::optional<LanguageAlphabet> ParseLine(std::string_view line) {
   alphabet.tag = TakeUntil(line, ' ');
   uint32_t next = 0;  // runs ascend
   while (!line.empty()) {
-    std::string_view run = TakeUntil(line, ' ');
-    const bool isRange = run.find('-') != std::string_view::npos;
-    const auto first = ParseCharacter(TakeUntil(run, '-'));
-    const auto last = isRange ? ParseCharacter(run) : first;
+    const auto first = TakeCharacter(line);
+    const auto last = Take(line, '-') ? TakeCharacter(line) : first;
     if (!first || !last || *first < next || *last < *first) return std::nullopt;
+    if (!Take(line, ' ') && !line.empty()) return std::nullopt;
     for (uint32_t character = *first; character <= *last; ++character) Add(alphabet, character);
     next = *last + 1;
   }
-  return alphabet.tag.empty() || alphabet.count == 0 ? std::nullopt : std::optional(alphabet);
+  if (alphabet.tag.empty() || alphabet.count == 0) return std::nullopt;
+  return alphabet;
 }
 
 std::vector<LanguageAlphabet> ReadResource() {
@@ -56,8 +73,10 @@ std::vector<LanguageAlphabet> ReadResource() {
       Adopt(TovaBundleCopyResourceURL(bundle, MakeString("LanguageAlphabets").get(), MakeString("txt").get()));
   const String path = Adopt(TovaURLCopyPath(url.get()));
   if (!path) return {};
-  std::ifstream file(std::string(Text(path)), std::ios::binary);
-  return ParseLanguageAlphabets(std::string(std::istreambuf_iterator<char>(file), {}));
+  std::ifstream file(std::string(Text(path)), std::ios::binary | std::ios::ate);
+  std::string text(file ? static_cast<size_t>(file.tellg()) : 0, '\0');
+  file.seekg(0).read(text.data(), static_cast<std::streamsize>(text.size()));
+  return ParseLanguageAlphabets(text);
 }
 
 }  // namespace

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <Tova/Tova.hpp>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <functional>
@@ -63,6 +65,15 @@ int SocketOption(int descriptor, int option) {
   int value = -1;
   socklen_t length = sizeof(value);
   return getsockopt(descriptor, SOL_SOCKET, option, &value, &length) == 0 ? value : -1;
+}
+
+/// How many clients a port keeps; one more makes the one that has been quiet the longest leave. Half of the descriptors
+/// of the process, for who answers them needs some too.
+size_t MaximumClients() {
+  constexpr size_t kMaximumClients = 512;
+  rlimit files = {};
+  if (getrlimit(RLIMIT_NOFILE, &files) != 0) return kMaximumClients;
+  return std::clamp<size_t>(files.rlim_cur / 2, 1, kMaximumClients);
 }
 
 bool IsListener(int descriptor) {
@@ -167,7 +178,7 @@ bool TovaLocalMessagePort::AcceptClient() const {
   const int error = socket ? 0 : errno;
   if (error == EBADF || error == EINVAL || error == ENOTSOCK || error == EOPNOTSUPP) return false;
   const bool lacksResources = error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
-  if (!clients_.empty() && (lacksResources || clients_.size() >= kMaximumClients)) {
+  if (!clients_.empty() && (lacksResources || clients_.size() >= Tova::MaximumClients())) {
     clients_.erase(clients_.begin());
   } else if (lacksResources) {
     poll(nullptr, 0, Tova::kPauseWithoutResources);

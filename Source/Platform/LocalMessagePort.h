@@ -39,9 +39,6 @@ class MessagePortClient {
 
 /// The server's side of a message port: one thread, which waits for all clients at once.
 struct TovaLocalMessagePort final : Tova::Object {
-  /// As many clients as may be connected; one more makes the one that has been quiet the longest leave.
-  static constexpr size_t kMaximumClients = 512;
-
   /// path is that of the socket, to be removed at the end; empty when that is another's business.
   TovaLocalMessagePort(Tova::Descriptor listener, std::string path, TovaMessagePortAnswer answer, void* context)
       : Object(kTovaTypeLocalMessagePort),

@@ -72,7 +72,7 @@ class VornFontTester {
   /// Whether the caller asked for findings of this severity.
   bool ExecuteTestsWithSeverity(Severity iSeverity) const { return _fOptions->severities.Has(iSeverity); }
   /// The accessor of a table with this tag when the running test examines one; null otherwise.
-  virtual const FTFontTable* TestsTableWithTag(uint32_t) const { return nullptr; }
+  const FTFontTable* TestsTableWithTag(uint32_t) const { return nullptr; }
   /// The string table of the test's messages and their prefix; null for no prefix.
   virtual const char* GetStringTableName() const { return "VornFTMessages"; }
 

@@ -83,7 +83,7 @@ Tova::Array SelectTests(const Options& options) {
     if (!MatchesAny(pattern, all)) throw UsageError("--exclude: no test matches '" + pattern + "'");
   }
 
-  const Tova::Array ofTypes = CopyTests(options.types);
+  const Tova::Array ofTypes = options.types.empty() ? everything : CopyTests(options.types);
   Tests remaining = ByIdentifier(ofTypes.get());
   for (const std::string& pattern : options.tests) {
     if (MatchesAny(pattern, remaining)) continue;

@@ -1,6 +1,5 @@
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <set>
 
 #include "support/AllTests.h"
@@ -40,8 +39,10 @@ TEST(SampleSuitcases, OfAFontEditorAreReadWhateverForkTheyLieIn) {
                                     {"header", HeaderForm({}, fork, "FFIL")},
                                     {"beside", {}}}) {
     const auto report = MakeReport(copies.Write(name, bytes), kVornFontTestReportTypeFull);
-    const std::regex time("kVornFontTestTimeStampKey: [^,]*");
-    reports.insert(std::regex_replace(Description(report.get()), time, ""));
+    std::string text = Description(report.get());
+    for (size_t at; (at = text.find("kVornFontTestTimeStampKey")) != text.npos;)
+      text.erase(at, text.find(',', at) - at);
+    reports.insert(text);
   }
   EXPECT_EQ(reports.size(), 1u) << "all alike";
   EXPECT_NE(reports.begin()->find("veltrin.resource.FOND.Type1.usability"), std::string::npos);

@@ -30,37 +30,37 @@ class FTEncoding {
   FTEncoding(Tova::ByteView iBytes, uint32_t iPlatform, uint32_t iScript);
   FTEncoding(const FTEncoding&) = default;
   FTEncoding& operator=(const FTEncoding&) = default;
-  virtual ~FTEncoding() = default;
+  ~FTEncoding() = default;
 
   /// Equal platform, script, language and pairs.
-  virtual bool operator==(const FTEncoding& iOther) const;
-  virtual bool operator!=(const FTEncoding& iOther) const { return !(*this == iOther); }
+  bool operator==(const FTEncoding& iOther) const;
+  bool operator!=(const FTEncoding& iOther) const { return !(*this == iOther); }
   /// All pairs of character and glyph, by character. Throws for more pairs than Unicode could have use for.
-  virtual const Mapping& GetMapping() const { return GetRanges().Pairs(); }
-  virtual Mapping CreateMappingCopy() const { return GetMapping(); }
-  virtual uint64_t GetMappingCount() const { return GetRanges().PairCount(); }
-  virtual const uint8_t* GetUnswappedMappingDataPtr() const { return _fBytes.Data(); }
+  const Mapping& GetMapping() const { return GetRanges().Pairs(); }
+  Mapping CreateMappingCopy() const { return GetMapping(); }
+  uint64_t GetMappingCount() const { return GetRanges().PairCount(); }
+  const uint8_t* GetUnswappedMappingDataPtr() const { return _fBytes.Data(); }
   /// The length that the subtable states, whether or not so many bytes are there.
-  virtual uint64_t GetUnswappedMappingDataLength() const { return _fDeclaredLength; }
+  uint64_t GetUnswappedMappingDataLength() const { return _fDeclaredLength; }
   /// The format number in the upper 16 bits.
-  virtual uint32_t GetLongFormat() const { return _fLongFormat; }
-  virtual uint32_t GetShortFormat() const { return _fLongFormat >> 16; }
-  virtual uint32_t GetPlatform() const { return _fPlatform; }
-  virtual uint32_t GetScript() const { return _fScript; }
-  virtual uint32_t GetLanguage() const { return _fLanguage; }
-  virtual bool MapsCharacter(uint32_t iCharacter) const { return CharacterToGlyph(iCharacter) > 0; }
+  uint32_t GetLongFormat() const { return _fLongFormat; }
+  uint32_t GetShortFormat() const { return _fLongFormat >> 16; }
+  uint32_t GetPlatform() const { return _fPlatform; }
+  uint32_t GetScript() const { return _fScript; }
+  uint32_t GetLanguage() const { return _fLanguage; }
+  bool MapsCharacter(uint32_t iCharacter) const { return CharacterToGlyph(iCharacter) > 0; }
   /// 0 for a character without a glyph; of several, the first in table order.
-  virtual uint32_t CharacterToGlyph(uint32_t iCharacter) const { return GetRanges().CharacterToGlyph(iCharacter); }
-  virtual bool MapsGlyph(int32_t iGlyph) const { return GlyphToCharacter(iGlyph) != kNoCharacter; }
+  uint32_t CharacterToGlyph(uint32_t iCharacter) const { return GetRanges().CharacterToGlyph(iCharacter); }
+  bool MapsGlyph(int32_t iGlyph) const { return GlyphToCharacter(iGlyph) != kNoCharacter; }
   /// The lowest character of the glyph, or kNoCharacter.
-  virtual uint32_t GlyphToCharacter(int32_t iGlyph) const;
-  virtual bool IsUnicodeEncoding() const;
+  uint32_t GlyphToCharacter(int32_t iGlyph) const;
+  bool IsUnicodeEncoding() const;
   /// Whether its characters can be told in Unicode.
-  virtual bool IsUnicodableEncoding() const;
+  bool IsUnicodableEncoding() const;
   /// The Unicode characters that have a glyph other than 0 and 0xFFFF; kept by the encoding. Those of platform 1 are
   /// converted from the text encoding of their script, where one stands for one Unicode character; an encoding that is
   /// not unicodable has none.
-  virtual const icu::UnicodeSet& GetCharacterSet() const;
+  const icu::UnicodeSet& GetCharacterSet() const;
 
   /// The bytes from the subtable's start to the table's end, for reading.
   Tova::ByteView MappingBytes() const { return _fBytes; }

@@ -24,14 +24,14 @@ class FTException {
   FTException& operator=(const FTException& iOther);
   virtual ~FTException() = default;
 
-  virtual const char* GetAssertion() const { return _fAssertion.data(); }
-  virtual int32_t GetErrorCode() const { return _fCode; }
-  virtual const char* GetFile() const { return _fFile.data(); }
-  virtual uint32_t GetLine() const { return _fLine; }
+  const char* GetAssertion() const { return _fAssertion.data(); }
+  int32_t GetErrorCode() const { return _fCode; }
+  const char* GetFile() const { return _fFile.data(); }
+  uint32_t GetLine() const { return _fLine; }
   /// The detailed message as a string; owned by the exception. The first call also prints the report.
-  virtual TovaStringRef GetUIMessageString() const;
+  TovaStringRef GetUIMessageString() const;
   /// Says "FTException: " and the detailed message as a line in the log.
-  virtual void PrintReport() const;
+  void PrintReport() const;
   virtual const char* GetDetailedMessage() const { return _fDetailedMessage.data(); }
 
  private:

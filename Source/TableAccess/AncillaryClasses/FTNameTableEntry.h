@@ -17,19 +17,19 @@ class FTNameTableEntry {
                    FTWorkBudget* ioBudget = nullptr);
   FTNameTableEntry(const FTNameTableEntry&) = default;
   FTNameTableEntry& operator=(const FTNameTableEntry&) = default;
-  virtual ~FTNameTableEntry() = default;
+  ~FTNameTableEntry() = default;
 
   /// Equal codes and raw bytes.
-  virtual bool operator==(const FTNameTableEntry& iOther) const;
+  bool operator==(const FTNameTableEntry& iOther) const;
   /// The text, owned by the entry: null when the bytes do not decode, U+FFFD when platform and script imply no
   /// encoding.
-  virtual TovaStringRef GetNameString() const;
-  virtual const uint8_t* GetUnswappedNameData() const { return _fBytes.Data(); }
-  virtual uint64_t GetUnswappedNameDataLength() const { return _fBytes.Size(); }
-  virtual uint32_t GetNameCode() const { return _fNameCode; }
-  virtual uint32_t GetPlatform() const { return _fPlatform; }
-  virtual uint32_t GetScript() const { return _fScript; }
-  virtual uint32_t GetLanguage() const { return _fLanguage; }
+  TovaStringRef GetNameString() const;
+  const uint8_t* GetUnswappedNameData() const { return _fBytes.Data(); }
+  uint64_t GetUnswappedNameDataLength() const { return _fBytes.Size(); }
+  uint32_t GetNameCode() const { return _fNameCode; }
+  uint32_t GetPlatform() const { return _fPlatform; }
+  uint32_t GetScript() const { return _fScript; }
+  uint32_t GetLanguage() const { return _fLanguage; }
 
   /// The encoding of the raw bytes, kTovaTextEncodingInvalid where platform and script imply none.
   TovaTextEncoding GetEncoding() const;

@@ -25,9 +25,9 @@ class FTDiskBasedFontContainer : public FTFontContainer {
   /// Looks in the file's folder; this file itself is none.
   std::shared_ptr<const FTLWFNFontContainer> FindOutlineFile(const std::string& iName) const override;
 
-  virtual Tova::String CopyPath() const;
-  virtual const Tova::File& GetFile() const { return *_fFile; }
-  virtual TovaURLRef GetFileURL() const { return _fFile->GetUrl(); }
+  Tova::String CopyPath() const;
+  const Tova::File& GetFile() const { return *_fFile; }
+  TovaURLRef GetFileURL() const { return _fFile->GetUrl(); }
 
  private:
   std::vector<uint64_t> DirectoryOffsets(Tova::ByteView iFork) const;

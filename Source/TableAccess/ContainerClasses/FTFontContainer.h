@@ -42,15 +42,15 @@ class FTFontContainer : public FTFontOwner {
   ~FTFontContainer() override = default;
 
   TovaStringRef GetName() const override = 0;
-  virtual uint64_t GetFontCount() const { return Fonts().size(); }
+  uint64_t GetFontCount() const { return Fonts().size(); }
   /// The font at an index. Throws "An attempt was made to access an array element outside of the array bounds".
-  virtual const FTFont* GetIndFont(uint64_t iFontIndex) const;
+  const FTFont* GetIndFont(uint64_t iFontIndex) const;
   bool IsReadOnly() const override { return _fReadOnly; }
   /// Makes the fonts and hands them to SetFonts.
   virtual void ReadData() const = 0;
   virtual const FontArray& Fonts() const;
   /// Takes the fonts over; those held before are destroyed. The budget for work begins anew, sized by their bytes.
-  virtual void SetFonts(FontArray iFonts) const;
+  void SetFonts(FontArray iFonts) const;
 
   // What its fonts ask.
   const FTFontContainer* AsContainer() const override { return this; }

@@ -45,10 +45,10 @@ class FTFont {
   virtual TovaStringRef GetName() const;
   virtual TovaStringRef GetPostScriptName() const { return nullptr; }
   virtual uint32_t GetType() const { return kBase; }
-  virtual const FTFontContainer* GetContainer() const { return _fOwner ? _fOwner->AsContainer() : nullptr; }
-  virtual void SetContainer(const FTFontOwner* iOwner) { _fOwner = iOwner; }
-  virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
-  virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
+  const FTFontContainer* GetContainer() const { return _fOwner ? _fOwner->AsContainer() : nullptr; }
+  void SetContainer(const FTFontOwner* iOwner) { _fOwner = iOwner; }
+  const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
+  uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
   virtual bool IsReadOnly() const;
   /// The value for a glyph in a lookup table of the state-machine layout tables, given by the bytes from its format
   /// word on: a view that starts at the value, or an empty one where the table has none for the glyph.

@@ -55,51 +55,49 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
 
   /// The family resource that lists this font; none for a font from a data fork.
   virtual const FTFont_FOND* GetFOND() const { return nullptr; }
-  virtual uint64_t CountTables() const;
+  uint64_t CountTables() const;
   /// The tag of a directory entry, 'NULL' for an index beyond the last.
-  virtual uint32_t GetIndTableTag(uint64_t iIndex) const;
-  virtual const FTFontTable* GetIndTable(uint64_t iIndex) const;
+  uint32_t GetIndTableTag(uint64_t iIndex) const;
+  const FTFontTable* GetIndTable(uint64_t iIndex) const;
   /// The accessor of the first entry with the tag, null without one.
   const FTFontTable* GetTaggedTable(uint32_t iTag) const override;
   /// Whether the first entry with the tag has bytes: a table of length 0 counts as absent.
   bool HasTaggedTable(uint32_t iTag) const override;
   /// The index of that entry; all bits set without one.
-  virtual uint64_t IndexOfTaggedTable(uint32_t iTag) const;
-  virtual uint32_t GetScaler() const { return _fScaler; }
-  virtual const Tables& GetTables() const;
-  virtual uint16_t GetFontUnitsPerEm() const;
-  virtual uint32_t GetChecksumAdjustment() const;
-  virtual bool IsHintedFont() const;
-  virtual bool HasTrueTypeGlyphs() const;
-  virtual bool HasOTPostScriptGlyphs() const;
-  virtual bool HasType1PostScriptGlyphs() const;
-  virtual bool HasSbitGlyphs() const;
-  virtual bool IsSbitOnly() const;
-  virtual TovaStringRef GetUniqueName() const;
-  virtual TovaStringRef GetFullName() const;
+  uint64_t IndexOfTaggedTable(uint32_t iTag) const;
+  uint32_t GetScaler() const { return _fScaler; }
+  const Tables& GetTables() const;
+  uint16_t GetFontUnitsPerEm() const;
+  uint32_t GetChecksumAdjustment() const;
+  bool IsHintedFont() const;
+  bool HasTrueTypeGlyphs() const;
+  bool HasOTPostScriptGlyphs() const;
+  bool HasType1PostScriptGlyphs() const;
+  bool HasSbitGlyphs() const;
+  bool IsSbitOnly() const;
+  TovaStringRef GetUniqueName() const;
+  TovaStringRef GetFullName() const;
   uint16_t CountFontGlyphs() const override;
-  virtual uint64_t CountFontNames() const;
-  virtual uint64_t CountFontEncodings() const;
+  uint64_t CountFontNames() const;
+  uint64_t CountFontEncodings() const;
   uint16_t CountHorizontalLongMetrics() const override;
   uint16_t CountVerticalLongMetrics() const override;
-  virtual uint64_t CountGlobalCoordinates() const;
+  uint64_t CountGlobalCoordinates() const;
   /// The glyph of a Unicode character; kNone without one, and never glyph 0.
-  virtual uint32_t UnicodeToGlyphID(uint32_t iCharacter) const;
-  virtual uint32_t GlyphIDToUnicode(uint16_t iGlyph) const;
+  uint32_t UnicodeToGlyphID(uint32_t iCharacter) const;
+  uint32_t GlyphIDToUnicode(uint16_t iGlyph) const;
   /// The first encoding with these codes (kAny matches every one) and its index; null without one.
-  virtual const FTEncoding* FindFontEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
-                                             uint64_t& oIndex) const;
-  virtual TovaStringRef FindFontName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
-                                     uint64_t& oIndex) const;
-  virtual const FTEncoding* FindFontUnicodeEncoding(uint64_t& oIndex) const;
+  const FTEncoding* FindFontEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage, uint64_t& oIndex) const;
+  TovaStringRef FindFontName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                             uint64_t& oIndex) const;
+  const FTEncoding* FindFontUnicodeEncoding(uint64_t& oIndex) const;
   /// The first name of the feature in 'feat' and its index; false without one.
-  virtual bool FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const;
-  virtual const FTEncoding* GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript,
-                                            uint32_t& oLanguage) const;
+  bool FindFontFeature(uint16_t iFeatureType, FTFeatureName& oName, uint64_t& oIndex) const;
+  const FTEncoding* GetFontEncoding(uint64_t iIndex, uint32_t& oPlatform, uint32_t& oScript, uint32_t& oLanguage) const;
   /// Outputs may be null.
-  virtual TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
-                                    uint32_t* oLanguage) const;
-  virtual uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
+  TovaStringRef GetFontName(uint64_t iIndex, uint32_t* oNameCode, uint32_t* oPlatform, uint32_t* oScript,
+                            uint32_t* oLanguage) const;
+  uint64_t GetDirectoryOffset() const { return _fDirectoryOffset; }
   /// The Unicode characters of all encodings that give them, with their glyphs; empty without a 'cmap' table.
   const FTUnicodeMap& UnicodeMap() const;
   /// The name that the 'post' table gives a glyph; none where it gives none, or an empty one.

@@ -38,7 +38,7 @@ struct Reading<std::array<T, N>> {
 #define FT_FIELD_SIZE(type, name) +sizeof(type)  // NOLINT(bugprone-macro-parentheses): a summand
 #define FT_FIELD_READ(type, name) tFields.name = FTFixedLayout::Reading<type>::From(tReader);
 #define FT_FIELD_ACCESSOR(type, name) \
-  virtual type name() const {         \
+  type name() const {                 \
     ReadData();                       \
     return _fFields.name;             \
   }

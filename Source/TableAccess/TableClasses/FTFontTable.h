@@ -31,16 +31,16 @@ class FTFontTable {
   FTFontTable& operator=(const FTFontTable& iOther);
   virtual ~FTFontTable() = default;
 
-  virtual const FTFont_sfnt* GetFont() const;
+  const FTFont_sfnt* GetFont() const;
   /// The tag; a class made for one table answers its own, whatever the directory says.
   virtual uint32_t GetTag() const { return _fTag; }
-  virtual uint64_t GetOffset() const { return _fOffset; }
-  virtual uint32_t GetChecksum() const { return _fChecksum; }
-  virtual uint64_t GetSize() const { return GetUnswappedDataLength(); }
-  virtual const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
-  virtual uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
-  virtual bool DataRead() const { return _fDataRead; }
-  virtual void MarkDataRead() const { _fDataRead = true; }
+  uint64_t GetOffset() const { return _fOffset; }
+  uint32_t GetChecksum() const { return _fChecksum; }
+  uint64_t GetSize() const { return GetUnswappedDataLength(); }
+  const uint8_t* GetUnswappedDataPtr() const { return _fBytes.Data(); }
+  uint64_t GetUnswappedDataLength() const { return _fBytes.Size(); }
+  bool DataRead() const { return _fDataRead; }
+  void MarkDataRead() const { _fDataRead = true; }
   /// Parses the fields at the first call.
   virtual void ReadData() const;
   virtual void ReadDataInternal() const {}

@@ -9,7 +9,7 @@ class FTFontTable_CID_ : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_CID_, FTFontTable, "CID ")
 
   void ReadDataInternal() const override;
-  virtual uint32_t NumGlyphs() const {
+  uint32_t NumGlyphs() const {
     ReadData();
     return _fGlyphCount;
   }

@@ -19,15 +19,15 @@ class FTFontTable_Chains : public FTFontTable {
   explicit FTFontTable_Chains(const FTFontTable& iTable) : FTFontTable(iTable) {}
 
   virtual uint32_t Version() const = 0;
-  virtual uint64_t GetChainCount() const { return ReadChains().size(); }
+  uint64_t GetChainCount() const { return ReadChains().size(); }
   /// 0 for a chain beyond the last.
-  virtual uint64_t GetFeatureCount(uint64_t iChain) const;
+  uint64_t GetFeatureCount(uint64_t iChain) const;
   /// False for a chain or an index beyond the last.
-  virtual bool GetIndFeature(uint64_t iChain, uint64_t iIndex, FTLayoutFeature& oFeature) const;
+  bool GetIndFeature(uint64_t iChain, uint64_t iIndex, FTLayoutFeature& oFeature) const;
   /// How many features are on by default: the entries (those of type 0 apart) whose enable flags are not 0 and are all
   /// set in the default flags of the chain; a chain without such an entry counts as one when any of its subtables runs
   /// by default. 0 exactly when nothing runs unless the user asks for it.
-  virtual uint64_t CountDefaultFeatures() const;
+  uint64_t CountDefaultFeatures() const;
 
   virtual FTLayoutChains Chains() const = 0;
 

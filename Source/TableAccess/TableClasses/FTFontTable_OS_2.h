@@ -9,6 +9,6 @@
 class FTFontTable_OS_2 : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_OS_2, FTFontTable, "OS_2")
 
-  virtual uint16_t GetVersion() const { return Bytes().U16(0); }
-  virtual int16_t GetFSType() const { return Bytes().S16(8); }
+  uint16_t GetVersion() const { return Bytes().U16(0); }
+  int16_t GetFSType() const { return Bytes().S16(8); }
 };

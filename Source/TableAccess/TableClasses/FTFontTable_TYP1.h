@@ -10,7 +10,7 @@ class FTFontTable_TYP1 : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_TYP1, FTFontTable, "TYP1")
 
   void ReadDataInternal() const override;
-  virtual uint32_t NumGlyphs() const {
+  uint32_t NumGlyphs() const {
     ReadData();
     return _fGlyphCount;
   }

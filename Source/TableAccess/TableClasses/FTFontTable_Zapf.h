@@ -13,8 +13,8 @@ class FTFontTable_Zapf : public FTFontTable {
 
   static constexpr uint64_t kHeaderSize = 8;
 
-  virtual uint32_t Version() const { return Bytes().U32(0); }
-  virtual uint32_t ExtraInfoOffset() const { return Bytes().U32(4); }
+  uint32_t Version() const { return Bytes().U32(0); }
+  uint32_t ExtraInfoOffset() const { return Bytes().U32(4); }
   /// Bytes from the start of the table; 0 for a glyph whose offset lies outside.
-  virtual uint32_t GetGlyphInfoOffset(uint16_t iGlyph) const { return Bytes().U32(kHeaderSize + 4 * uint64_t{iGlyph}); }
+  uint32_t GetGlyphInfoOffset(uint16_t iGlyph) const { return Bytes().U32(kHeaderSize + 4 * uint64_t{iGlyph}); }
 };

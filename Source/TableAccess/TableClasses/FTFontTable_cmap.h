@@ -23,18 +23,17 @@ class FTFontTable_cmap : public FTFontTable {
 
   virtual bool operator==(const FTFontTable_cmap& iOther) const;
   virtual bool operator!=(const FTFontTable_cmap& iOther) const { return !(*this == iOther); }
-  virtual uint16_t Version() const;
-  virtual const EncodingArray& Encodings() const;
-  virtual uint64_t EncodingCount() const { return Encodings().size(); }
+  uint16_t Version() const;
+  const EncodingArray& Encodings() const;
+  uint64_t EncodingCount() const { return Encodings().size(); }
   /// Null for an index beyond the last.
-  virtual const FTEncoding* GetIndEncoding(uint64_t iIndex) const;
+  const FTEncoding* GetIndEncoding(uint64_t iIndex) const;
   /// The first encoding of the platform, script and language; all bits set in one of them matches every value. Null
   /// without one; oIndex is set only with one.
-  virtual const FTEncoding* FindEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
-                                         uint64_t& oIndex) const;
-  virtual const FTEncoding* operator[](uint64_t iIndex) const { return GetIndEncoding(iIndex); }
+  const FTEncoding* FindEncoding(uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage, uint64_t& oIndex) const;
+  const FTEncoding* operator[](uint64_t iIndex) const { return GetIndEncoding(iIndex); }
   /// The table's bytes anew; nothing can be changed through this accessor.
-  virtual Tova::Data RebuildDataInternal() const;
+  Tova::Data RebuildDataInternal() const;
 
   /// The encoding that stands for Unicode: the first of platform 0, script 4, 3, 0, 2 or 1, or platform 3, script 1 or
   /// 10, tried in this order.

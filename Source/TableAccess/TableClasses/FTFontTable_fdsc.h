@@ -11,13 +11,13 @@
 class FTFontTable_fdsc : public FTFontTable {
   FT_TABLE_CLASS(FTFontTable_fdsc, FTFontTable, "fdsc")
 
-  virtual uint32_t Version() const { return Bytes().U32(0); }
+  uint32_t Version() const { return Bytes().U32(0); }
   /// As stored; the table may hold fewer.
-  virtual uint64_t GetDescriptorCount() const { return Bytes().U32(4); }
+  uint64_t GetDescriptorCount() const { return Bytes().U32(4); }
   /// False for an index beyond the last and for a descriptor that the table does not hold whole.
-  virtual bool GetIndDescriptor(uint64_t iIndex, uint32_t& oTag, int32_t& oValue) const;
+  bool GetIndDescriptor(uint64_t iIndex, uint32_t& oTag, int32_t& oValue) const;
   /// The value of the first descriptor with the tag; false without one.
-  virtual bool GetDescriptor(uint32_t iTag, int32_t& oValue) const;
+  bool GetDescriptor(uint32_t iTag, int32_t& oValue) const;
   /// The value of 'slnt', in degrees (16.16) clockwise from upright; 0 without one.
-  virtual int32_t GetAngle() const;
+  int32_t GetAngle() const;
 };

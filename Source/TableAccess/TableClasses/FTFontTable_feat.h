@@ -36,13 +36,13 @@ class FTFontTable_feat : public FTFontTable {
   static constexpr uint64_t kNameSize = 12;
   static constexpr uint64_t kSettingSize = 4;
 
-  virtual uint32_t Version() const { return Bytes().U32(0); }
+  uint32_t Version() const { return Bytes().U32(0); }
   /// As stored; the table may hold fewer.
-  virtual uint64_t GetNameCount() const { return Bytes().U16(4); }
+  uint64_t GetNameCount() const { return Bytes().U16(4); }
   /// False for an index beyond the last and for a name that the table does not hold whole.
-  virtual bool GetIndNameData(uint64_t iIndex, FTFeatureName& oName) const;
+  bool GetIndNameData(uint64_t iIndex, FTFeatureName& oName) const;
   /// A setting of the name with an index; false likewise.
-  virtual bool GetIndSetting(uint64_t iIndex, uint64_t iSetting, uint16_t& oSetting, uint16_t& oNameIndex) const;
+  bool GetIndSetting(uint64_t iIndex, uint64_t iSetting, uint16_t& oSetting, uint16_t& oNameIndex) const;
   /// The index of the first name of the type. The names' order is not relied upon.
-  virtual bool FindName(uint16_t iType, uint64_t& oIndex) const;
+  bool FindName(uint16_t iType, uint64_t& oIndex) const;
 };

@@ -16,10 +16,10 @@ class FTFontTable_hdmx : public FTFontTable {
   FT_FIXED_LAYOUT(FT_HDMX_FIELDS, 8)
 
   /// The records' bytes, all of them.
-  virtual Tova::ByteView GetDeviceRecords() const { return Bytes().From(8); }
+  Tova::ByteView GetDeviceRecords() const { return Bytes().From(8); }
   /// The bytes from the start of a record to the end of the table; an empty view without data for an index that is not
   /// below the record count.
-  virtual Tova::ByteView GetDeviceRecord(uint64_t iIndex) const {
+  Tova::ByteView GetDeviceRecord(uint64_t iIndex) const {
     if (iIndex >= GetDeviceRecordCount()) return {};
     return GetDeviceRecords().From(iIndex * GetDeviceRecordSize());
   }

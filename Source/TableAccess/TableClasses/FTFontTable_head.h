@@ -29,7 +29,7 @@ class FTFontTable_head : public FTFontTable {
   FT_FIXED_LAYOUT(FT_HEAD_FIELDS, 54)
 
   /// Whether 'loca' holds 32-bit offsets. Every format but 1, valid or not, means 16-bit ones.
-  virtual bool FontUsesLongGlyphOffsets() const { return IndexToLocFormat() == 1; }
+  bool FontUsesLongGlyphOffsets() const { return IndexToLocFormat() == 1; }
 };
 
 /// The header of a bitmap-only font, laid out as 'head'.

@@ -22,7 +22,7 @@ class FTFontTable_hmtx : public FTFontTable {
   void ReadDataInternal() const override;
 
   /// Throws "A reference was made to a non-existent glyph".
-  virtual FTGlyphMetrics GetMetrics(uint16_t iGlyph) const;
+  FTGlyphMetrics GetMetrics(uint16_t iGlyph) const;
 
  private:
   mutable uint16_t _fGlyphCount = 0;

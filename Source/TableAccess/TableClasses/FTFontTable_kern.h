@@ -34,9 +34,9 @@ class FTFontTable_kern : public FTFontTable {
 
   /// 0, or the whole first u32.
   virtual uint32_t Version() const { return Bytes().U16(0) == 0 ? 0 : Bytes().U32(0); }
-  virtual uint64_t GetSubtableCount() const { return IsVersion1() ? Bytes().U32(4) : Bytes().U16(2); }
+  uint64_t GetSubtableCount() const { return IsVersion1() ? Bytes().U32(4) : Bytes().U16(2); }
   /// False when the header does not fit, or one before it has a length that is too small for its header.
-  virtual bool GetIndSubtable(uint64_t iIndex, FTKernSubtable& oSubtable) const;
+  bool GetIndSubtable(uint64_t iIndex, FTKernSubtable& oSubtable) const;
 
   bool IsVersion1() const { return Version() == kVersion1; }
   uint64_t HeaderSize() const { return IsVersion1() ? 8 : 4; }

@@ -15,9 +15,9 @@ class FTFontTable_loca : public FTFontTable {
 
   /// In bytes from the start of 'glyf'. Both throw "A reference was made to a non-existent glyph" for an index that is
   /// not below the font's glyph count.
-  virtual uint64_t GetGlyphOffset(uint16_t iGlyph) const;
+  uint64_t GetGlyphOffset(uint16_t iGlyph) const;
   /// The distance to the next offset in bytes; where that is lower, the difference as an unsigned 64-bit number.
-  virtual uint64_t GetGlyphLength(uint16_t iGlyph) const;
+  uint64_t GetGlyphLength(uint16_t iGlyph) const;
 
   const FTGlyphLocations& GetLocations() const {
     ReadData();

@@ -28,7 +28,7 @@ class FTFontTable_maxp : public FTFontTable {
   FT_FIXED_LAYOUT(FT_MAXP_FIELDS, 32)
 
   /// Big-endian bytes of the long form (32), whatever the version.
-  virtual Tova::Data RebuildDataInternal() const;
+  Tova::Data RebuildDataInternal() const;
 
   static constexpr uint32_t kLongVersion = 0x00010000;
 

@@ -21,25 +21,24 @@ class FTFontTable_name : public FTFontTable {
   void ReadDataInternal() const override;
 
   virtual bool operator==(const FTFontTable_name& iOther) const;
-  virtual uint16_t Format() const;
-  virtual uint16_t StringBaseOffset() const;
-  virtual const Entries& Names() const;
-  virtual uint64_t NameCount() const { return Names().size(); }
+  uint16_t Format() const;
+  uint16_t StringBaseOffset() const;
+  const Entries& Names() const;
+  uint64_t NameCount() const { return Names().size(); }
   /// Null for an index beyond the last.
-  virtual const FTNameTableEntry* GetIndName(uint64_t iIndex) const;
+  const FTNameTableEntry* GetIndName(uint64_t iIndex) const;
   /// The first entry of the name code whose platform, script and language are those given; all bits set in one of these
   /// three matches every value. Null without one; oIndex is set only with one.
-  virtual const FTNameTableEntry* FindName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
-                                           uint64_t& oIndex) const;
+  const FTNameTableEntry* FindName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
+                                   uint64_t& oIndex) const;
   /// These change the accessor's own entries, never the bytes. Replaces the text of an entry; false without one.
-  virtual bool SetIndName(uint64_t iIndex, const Tova::String& iName);
+  bool SetIndName(uint64_t iIndex, const Tova::String& iName);
   /// Replaces the text of the entry that FindName finds, or adds an entry of these codes.
-  virtual void SetName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage,
-                       const Tova::String& iName);
+  void SetName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage, const Tova::String& iName);
   /// Removes the entry that FindName finds; false without one.
-  virtual bool DeleteName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage);
+  bool DeleteName(uint32_t iNameCode, uint32_t iPlatform, uint32_t iScript, uint32_t iLanguage);
   /// Removes all entries.
-  virtual void DeleteData();
+  void DeleteData();
 
  private:
   mutable uint16_t _fFormat = 0;

@@ -31,31 +31,31 @@ class FTFontTable_post : public FTFontTable {
 
   void ReadDataInternal() const override;
 
-  virtual uint32_t GetFormat() const { return Bytes().U32(0); }
+  uint32_t GetFormat() const { return Bytes().U32(0); }
   /// 16.16 degrees, counter-clockwise from the vertical, so that a font leaning to the right has a negative one.
-  virtual int32_t GetItalicAngle() const { return Bytes().S32(4); }
+  int32_t GetItalicAngle() const { return Bytes().S32(4); }
   /// In font units, as the thickness.
-  virtual int16_t GetUnderlinePosition() const { return Bytes().S16(8); }
-  virtual int16_t GetUnderlineThickness() const { return Bytes().S16(10); }
+  int16_t GetUnderlinePosition() const { return Bytes().S16(8); }
+  int16_t GetUnderlineThickness() const { return Bytes().S16(10); }
   virtual bool IsFixedPitch() const { return Bytes().U32(12) != 0; }
   /// Memory that the font takes as a Type 42 or a Type 1 font, in bytes.
-  virtual uint32_t GetMinMemType42() const { return Bytes().U32(16); }
-  virtual uint32_t GetMaxMemType42() const { return Bytes().U32(20); }
-  virtual uint32_t GetMinMemType1() const { return Bytes().U32(24); }
-  virtual uint32_t GetMaxMemType1() const { return Bytes().U32(28); }
+  uint32_t GetMinMemType42() const { return Bytes().U32(16); }
+  uint32_t GetMaxMemType42() const { return Bytes().U32(20); }
+  uint32_t GetMinMemType1() const { return Bytes().U32(24); }
+  uint32_t GetMaxMemType1() const { return Bytes().U32(28); }
 
   /// How many glyphs have an entry that lies wholly in the table; the 258 standard ones in format 1.0.
-  virtual uint32_t GetGlyphCount() const;
+  uint32_t GetGlyphCount() const;
   /// How many whole names follow the name indices of format 2.0; the first that passes the table's end ends them.
-  virtual uint32_t CountStoredNames() const;
+  uint32_t CountStoredNames() const;
   /// The bytes of a stored name. Throws "An attempt was made to access an array element outside of the array bounds".
-  virtual Tova::ByteView GetStoredName(uint32_t iIndex) const;
+  Tova::ByteView GetStoredName(uint32_t iIndex) const;
   /// 0 to 257 a standard name, 258 and above a stored one; any number in format 2.5, -1 where a format has no indices.
   /// This and GetGlyphName throw "A reference was made to a non-existent glyph" at GetGlyphCount() and above.
-  virtual int32_t GetNameIndex(uint32_t iGlyphID) const;
+  int32_t GetNameIndex(uint32_t iGlyphID) const;
   /// The name in UTF-8, made of bytes that are taken as Latin-1; none when the format has no names or the index no
   /// name.
-  virtual std::optional<std::string> GetGlyphName(uint32_t iGlyphID) const;
+  std::optional<std::string> GetGlyphName(uint32_t iGlyphID) const;
 
   /// The glyph count that formats 2.0 and 2.5 state, whether or not there are so many entries.
   uint16_t StatedGlyphCount() const { return Bytes().U16(kHeaderSize); }

@@ -24,11 +24,11 @@ class FTFontTable_prop : public FTFontTable {
   static constexpr uint16_t kReserved = 0x0060;
   static constexpr uint16_t kDirectionClass = 0x001F;
 
-  virtual uint32_t Version() const { return Bytes().U32(0); }
-  virtual uint16_t Format() const { return Bytes().U16(4); }
-  virtual uint16_t DefaultProperties() const { return Bytes().U16(6); }
+  uint32_t Version() const { return Bytes().U32(0); }
+  uint16_t Format() const { return Bytes().U16(4); }
+  uint16_t DefaultProperties() const { return Bytes().U16(6); }
   /// The properties that the lookup has for the glyph, else the default.
-  virtual uint16_t GetProperties(uint16_t iGlyph) const {
+  uint16_t GetProperties(uint16_t iGlyph) const {
     const Tova::ByteView tLookup = Bytes().From(kHeaderSize);
     const int64_t tValue = Format() == 1 ? FTLookupSearch::FindValue(tLookup, iGlyph) : FTLookupSearch::kNone;
     return tValue == FTLookupSearch::kNone ? DefaultProperties() : tLookup.U16(static_cast<uint64_t>(tValue));
