@@ -142,12 +142,12 @@ TEST_F(Suitcases, WithoutRoomAFamilyHasNoOffsetsAndNoBoxes) {
   EXPECT_FALSE(Family(styled.Build()).GetOffsets()) << "the style mapping table stands there";
   EXPECT_EQ(Family(styled.Build().Patch("styleOffset", 0)).GetOffsetCount(), 1) << "it is taken for offsets";
   const TableBuilder sound = FamilyBuilder().Build();
-  EXPECT_EQ(Family(TableBuilder(sound).Patch("offsetCount", 0x7FFF)).GetOffsetCount(), -32768);
-  EXPECT_FALSE(Family(TableBuilder(sound).Patch("offsetCount", 0x7FFE)).GetOffsets());
-  const FTFont_FOND& tooMany = Family(TableBuilder(sound).Patch("boxCount", 100));
+  EXPECT_EQ(Family(sound.With("offsetCount", 0x7FFF)).GetOffsetCount(), -32768);
+  EXPECT_FALSE(Family(sound.With("offsetCount", 0x7FFE)).GetOffsets());
+  const FTFont_FOND& tooMany = Family(sound.With("boxCount", 100));
   EXPECT_EQ(tooMany.GetBoundingBoxCount(), 101) << "kept";
   EXPECT_FALSE(tooMany.GetBoundingBoxes());
-  EXPECT_EQ(Family(TableBuilder(sound).Patch("fatCount", 0xFFFF)).GetFATEntryCount(), 65536u);
+  EXPECT_EQ(Family(sound.With("fatCount", 0xFFFF)).GetFATEntryCount(), 65536u);
 }
 
 TEST_F(Suitcases, BadFamiliesThrowEachTime) {

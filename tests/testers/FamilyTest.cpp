@@ -90,21 +90,21 @@ TEST_F(FamilyTests, AssociatedFontsMustBeInTheSuitcase) {
 TEST_F(FamilyTests, OffsetsMustLeadIntoTheFamilyAndBehindItsAssociations) {
   const TableBuilder bare = FamilyBuilder().Build(), sound = Named({"Base"}).Build();
   Expect(TestUsability_FOND_Offsets,
-         TableBuilder(bare).Patch("styleOffset", 0xFFFFFFFF).Patch("kernOffset", 80).Patch("widthOffset", 80).Data(),
+         bare.With("styleOffset", 0xFFFFFFFF).Patch("kernOffset", 80).Patch("widthOffset", 80).Data(),
          {"Major: The style mapping table offset (0xFFFFFFFF) is beyond the end of the FOND (0x00000050)",
           "Major: The kerning table offset (0x00000050) is beyond the end of the FOND (0x00000050)",
           "Major: The width table offset (0x00000050) is beyond the end of the FOND (0x00000050)"});
   Expect(TestUsability_FOND_Offsets,
-         TableBuilder(sound).Patch("styleOffset", 58).Patch("kernOffset", 58).Patch("widthOffset", 59).Data(),
+         sound.With("styleOffset", 58).Patch("kernOffset", 58).Patch("widthOffset", 59).Data(),
          {"Minor: The style mapping table offset (0x0000003A) is before the end of the FOND's FAT (0x0000003C)",
           "Minor: The kerning table offset (0x0000003A) is before the end of the FOND's FAT (0x0000003C)",
           "Minor: The width table offset (0x0000003B) is before the end of the FOND's FAT (0x0000003C)"});
-  Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Patch("glyphEncoding", 0x10000).Data(),
+  Expect(TestUsability_FOND_Offsets, sound.With("glyphEncoding", 0x10000).Data(),
          {"Minor: The style mapping table is invalid"});
   Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Truncate(sound.Offset("styles") + 50).Data(),
          {"Major: The style mapping table header extends 8 bytes beyond the end of the FOND"});
 
-  const Bytes bad = TableBuilder(bare).Patch("kernOffset", 80);
+  const Bytes bad = bare.With("kernOffset", 80);
   const std::string detail = "The 'FOND' resource has a bad kerning table offset";
   EXPECT_NE(RunOn(TestUsability_FOND_FAT, bad).messages.at(0).text.find(detail), std::string::npos);
   ExpectThrow(detail, [&] { RunOn(TestUsability_FOND_Kerning, bad); });
@@ -119,11 +119,11 @@ TEST_F(FamilyTests, TheOffsetTableIsReadWhereItLies) {
   }
   Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Truncate(62).Data(),
          {"Major: Offset table entry count extends beyond the end of the FOND"});
-  Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Patch("offsetCount", 100).Data(),
+  Expect(TestUsability_FOND_Offsets, sound.With("offsetCount", 100).Data(),
          {"Major: The offset table ends at 0x000001D2, which is beyond the end of the table (0x00000050)"});
-  Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Patch("offset.0", 0x50).Data(),
+  Expect(TestUsability_FOND_Offsets, sound.With("offset.0", 0x50).Data(),
          {"Major: Offset 0 (0x00000050) is beyond the end of the table (0x00000050)"});
-  Expect(TestUsability_FOND_Offsets, TableBuilder(sound).Patch("offsetCount", 0x7FFF).Data(), {});
+  Expect(TestUsability_FOND_Offsets, sound.With("offsetCount", 0x7FFF).Data(), {});
 }
 
 TEST_F(FamilyTests, PostScriptNamesMustBeLegal) {
@@ -131,7 +131,7 @@ TEST_F(FamilyTests, PostScriptNamesMustBeLegal) {
   const std::string tooLong(64, 'x');
   const Findings findings = RunOn(TestUsability_FOND_Styles, Named({tooLong}).Build());
   ASSERT_EQ(findings.messages.size(), 48u) << "every style";
-  EXPECT_EQ(findings.messages[47], (Message{"MajorError",
+  EXPECT_EQ(findings.messages[47], (Message{kMajor,
                                             "FOND styles: PostScript name for style 47 ('" + tooLong +
                                                 "') is too long (64 bytes; should be no more than 63 bytes).",
                                             "FOND (Style 47)"}));
@@ -174,21 +174,19 @@ TEST_F(FamilyTests, TheStyleMappingTableMustHoldItsStringsAndGlyphNames) {
   FamilyBuilder family = Named({"Base", "Other"});
   family.kerning = {{0, 1}};
   const TableBuilder kerned = family.Build();
-  const auto cut = [&](size_t length) -> Bytes {
-    return TableBuilder(kerned).Patch("kernOffset", kerned.Offset("styles") + length);
-  };
+  const auto cut = [&](size_t length) -> Bytes { return kerned.With("kernOffset", kerned.Offset("styles") + length); };
   Expect(TestUsability_FOND_Styles, cut(57), {tooShort});
   Expect(TestUsability_FOND_Styles, cut(59), {exceeds, "Minor: The style names were bad"});
   Expect(TestUsability_FOND_Styles, cut(64), {"Minor: The style names were bad"});
   Expect(TestUsability_FOND_Styles, cut(65), {});
-  Expect(TestUsability_FOND_Styles, TableBuilder(kerned).Patch("styleOffset", 0xFFFF).Data(), {tooShort});
+  Expect(TestUsability_FOND_Styles, kerned.With("styleOffset", 0xFFFF).Data(), {tooShort});
 
   family = Named({"Base"});
   family.indexes.resize(12);
   const TableBuilder sound = family.Build();
   const size_t end = sound.Size() - sound.Offset("styles");
   const auto glyphs = [&](size_t offset, const Bytes& bytes) -> Bytes {
-    return TableBuilder(sound).Patch("glyphEncoding", offset).Append(bytes);
+    return sound.With("glyphEncoding", offset).Append(bytes);
   };
   const Bytes one = TableBuilder().U16(1).U8('a').U8(2).Text("aa");
   Expect(TestUsability_FOND_Styles, glyphs(end, one), {});
@@ -210,21 +208,21 @@ TEST_F(FamilyTests, KerningAndBoxesMustFit) {
   family.kerning = {{0, 1}, {1, 2}};
   family.hasWidths = true;
   const TableBuilder sound = family.Build();
-  Expect(TestUsability_FOND_Kerning, TableBuilder(sound).Patch("widthOffset", sound.Offset("kernCount") + 9).Data(),
+  Expect(TestUsability_FOND_Kerning, sound.With("widthOffset", sound.Offset("kernCount") + 9).Data(),
          {"Fatal: The kerning data ends at 0x00000058, which is beyond the end of the kerning subtable (0x00000057)",
           "Fatal: The kerning pair data ends at 0x00000064, which is beyond the end of the kerning subtable "
           "(0x00000057)"});
-  Expect(TestUsability_FOND_Kerning, TableBuilder(sound).Patch("kern.1.pairs", 5).Data(),
+  Expect(TestUsability_FOND_Kerning, sound.With("kern.1.pairs", 5).Data(),
          {"Fatal: The kerning pair data ends at 0x00000070, which is beyond the end of the kerning subtable "
           "(0x00000064)"});
-  Expect(TestUsability_FOND_Kerning, TableBuilder(sound).Patch("kern.1.pairs", 0x8000).Data(), {});
+  Expect(TestUsability_FOND_Kerning, sound.With("kern.1.pairs", 0x8000).Data(), {});
 
   family.boxes = 5;
   const TableBuilder boxed = family.Build();
   Expect(TestUsability_FOND_BoundingBox, boxed.Data(), {});
-  Expect(TestUsability_FOND_BoundingBox, TableBuilder(boxed).Patch("boxCount", 9).Data(),
+  Expect(TestUsability_FOND_BoundingBox, boxed.With("boxCount", 9).Data(),
          {"Fatal: The bounding box data exceeds the resource limits."});
-  Expect(TestUsability_FOND_BoundingBox, TableBuilder(boxed).Patch("boxCount", 500).Data(), {});
+  Expect(TestUsability_FOND_BoundingBox, boxed.With("boxCount", 500).Data(), {});
 }
 
 TEST_F(FamilyTests, PiecesOfOutlinesAreJudgedOneByOne) {
@@ -263,10 +261,9 @@ TEST(BitmapFonts, NeedAHeaderAndARangeOfCharacters) {
     return test::Run(TestUsability_NFNT, FTFont_NFNT(nullptr, view, FTTag("NFNT"), 1, {}));
   };
   ExpectMessages(run(TableBuilder().U16(0x9000).U16(0x20).U16(0xFF).Zeros(20)), {});
-  ExpectMessages(run(Bytes(25)),
-                 {{"FatalError", "NFNT: NFNT size (25 bytes) too small; it should be at least 26 bytes"}});
+  ExpectMessages(run(Bytes(25)), {{kFatal, "NFNT: NFNT size (25 bytes) too small; it should be at least 26 bytes"}});
   ExpectMessages(run(TableBuilder().U16(0x9000).U16(0x41).S16(-1).Zeros(20)),
-                 {{"MajorError", "NFNT: First character (0x0041) is greater than last character (0xFFFFFFFF)"}});
+                 {{kMajor, "NFNT: First character (0x0041) is greater than last character (0xFFFFFFFF)"}});
   EXPECT_FALSE(test::Run(TestUsability_NFNT, GoodFont()).applies);
 }
 

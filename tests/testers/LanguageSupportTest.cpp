@@ -79,7 +79,7 @@ TEST(LanguageSupport, OptionalLettersMayBeMissing) {
 TEST(LanguageSupport, LittleIsCoveredByAFontOfOneLetter) {
   const std::string count = std::to_string(Tova::LanguageAlphabets().size());
   ExpectMessages(RunOn(CmapFormat6('A', {1})),
-                 {{"Information", "languages: The font covers the alphabet of none of " + count + " languages"}});
+                 {{kInformation, "languages: The font covers the alphabet of none of " + count + " languages"}});
   EXPECT_FALSE(test::Run(TestLanguageSupport, GoodFont().Remove("cmap")).applies);
 }
 

@@ -7,15 +7,12 @@ namespace {
 
 using namespace test;
 
-Message Technical(const std::string& text) { return {"TechnicalError", "name: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "name: " + text}; }
-Message Major(const std::string& text) { return {"MajorError", "name: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "name: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("name: ");
 
 using Records = std::vector<NameRecord>;
 
 void ExpectStructure(const Bytes& table, const std::vector<Message>& expected) {
-  ExpectMessages(test::Run(TestStructure_name, GoodFont().Table("name", table)), expected);
+  Expect(TestStructure_name, GoodFont().Table("name", table), expected);
 }
 void ExpectStructure(const Records& records, const std::vector<Message>& expected) {
   ExpectStructure(NameRecordsTable(records).Data(), expected);
@@ -27,26 +24,23 @@ TEST(NameStructure, TheHeaderIsJudged) {
   ExpectStructure(table.Data(), {});
   ExpectStructure(TableBuilder(table).Truncate(5),
                   {Fatal("The table is 5 bytes long, too short for its header of 6 bytes")});
-  ExpectStructure(TableBuilder(table).Patch("format", 2),
-                  {Minor("The table has format 2; only formats 0 and 1 are defined")});
+  ExpectStructure(table.With("format", 2), {Minor("The table has format 2; only formats 0 and 1 are defined")});
   ExpectStructure(Records{}, {Major("The table holds no names")});
-  ExpectStructure(TableBuilder(table).Patch("count", 1000),
-                  {Fatal("The header announces 1000 names, but the table has room for 2")});
-  ExpectStructure(TableBuilder(table).Patch("stringOffset", 28).Patch("offset0", 2).Patch("offset1", 4),
+  ExpectStructure(table.With("count", 1000), {Fatal("The header announces 1000 names, but the table has room for 2")});
+  ExpectStructure(table.With("stringOffset", 28).Patch("offset0", 2).Patch("offset1", 4),
                   {Minor("The string storage starts at byte 28, inside the name records, which end at byte 30")});
-  ExpectStructure(TableBuilder(table).Patch("stringOffset", 35),
+  ExpectStructure(table.With("stringOffset", 35),
                   {Fatal("The string storage starts at byte 35, beyond the end of the table (34 bytes)")});
   EXPECT_FALSE(test::Run(TestStructure_name, GoodFont().Truncate("name", 0)).applies);
 }
 
 TEST(NameStructure, TextsLieInsideTheTable) {
   const TableBuilder table = NameRecordsTable({MicrosoftName(1, "A"), MicrosoftName(4, "B")});
-  ExpectStructure(TableBuilder(table).Patch("length1", 3),
-                  {Fatal("Entry 1 ends at byte 35, beyond the end of the table (34 bytes)")});
-  ExpectStructure(TableBuilder(table).Patch("offset1", 4),
+  ExpectStructure(table.With("length1", 3), {Fatal("Entry 1 ends at byte 35, beyond the end of the table (34 bytes)")});
+  ExpectStructure(table.With("offset1", 4),
                   {Fatal("Entry 1 starts at byte 34, beyond the end of the table (34 bytes)")});
   const Message empty = Minor("Entry 1 (name code 4) is empty");
-  ExpectStructure(TableBuilder(table).Patch("offset1", 60000).Patch("length1", 0), {empty});
+  ExpectStructure(table.With("offset1", 60000).Patch("length1", 0), {empty});
 }
 
 TEST(NameStructure, CodesAreJudged) {
@@ -63,7 +57,7 @@ TEST(NameStructure, CodesAreJudged) {
   ExpectStructure(unordered,
                   {Technical("Entry 1 is out of order; entries ascend by platform, script, language and name code")});
   ExpectMessages(test::Run(TestStructure_name, GoodFont().Table("name", unordered),
-                           {.severities = {"MinorError", "MajorError", "FatalError"}}),
+                           {.severities = {kMinor, "MajorError", "FatalError"}}),
                  {});
 }
 
@@ -112,7 +106,7 @@ TEST(NameStructure, RecordsThatShareALongTextCostLittle) {
 void ExpectUsability(const Records& records, const std::vector<Message>& expected, uint16_t style = 0) {
   const FontBuilder font =
       GoodFont().Table("name", NameRecordsTable(records)).Table("head", HeadTable().Patch("style", style));
-  ExpectMessages(test::Run(TestUsability_name, font), expected);
+  Expect(TestUsability_name, font, expected);
 }
 
 /// A full set of names, with another text for one of them, and more records.
@@ -126,7 +120,7 @@ Records Names(uint16_t code = 0, const std::string& text = "", const Records& mo
 
 TEST(NameUsability, NeededNamesAreThere) {
   ExpectUsability(Names(), {});
-  ExpectMessages(test::Run(TestUsability_name, GoodFont().Remove("name")), {Fatal("The font has no 'name' table")});
+  Expect(TestUsability_name, GoodFont().Remove("name"), {Fatal("The font has no 'name' table")});
   ExpectUsability(
       {MicrosoftName(4, "A"), {1, 0, 0, 3, "\x80\x81"}, {1, 1, 0, 6, "\xFF\xFF"}},
       {Major("The font has no family name (name code 1)"), Major("The font has no style name (name code 2)"),
@@ -164,9 +158,8 @@ TEST(NameUsability, PlatformsAgree) {
   ExpectUsability(
       Names(0, "", valdor("Other\x01", "Other Regular")),
       {Minor("The family name is 'Good' on the Microsoft platform, but 'Other\uFFFD' on the Valdor platform"),
-       {"Information",
-        "name: The full name is 'Good Regular' on the Microsoft platform, but 'Other Regular' on the Valdor "
-        "platform"}});
+       Information("The full name is 'Good Regular' on the Microsoft platform, but 'Other Regular' on the Valdor "
+                   "platform")});
   Records typographic = valdor("Better", "Good Regular");
   typographic.push_back(MicrosoftName(16, "Better"));
   ExpectUsability(Names(0, "", typographic), {});
@@ -178,7 +171,7 @@ TEST(NameUsability, PlatformsAgree) {
                    {1, 0, 0, 4, "D"},
                    {1, 0, 0, 5, "1.0"},
                    {1, 0, 0, 6, "E"}},
-                  {{"Information", "name: The font has no names for the Microsoft platform"}});
+                  {Information("The font has no names for the Microsoft platform")});
 }
 
 TEST(NameUsability, TextsAgreeWithTheHeader) {

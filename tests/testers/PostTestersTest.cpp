@@ -8,14 +8,10 @@ namespace {
 
 using namespace test;
 
-Message Technical(const std::string& text) { return {"TechnicalError", "post: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "post: " + text}; }
-Message Major(const std::string& text) { return {"MajorError", "post: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "post: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("post: ");
 
 void ExpectStructure(const Bytes& table, const std::vector<Message>& expected, uint16_t glyphs = 3) {
-  ExpectMessages(test::Run(TestStructure_post, GoodFont().Table("post", table).Table("maxp", MaxpTable(glyphs))),
-                 expected);
+  Expect(TestStructure_post, GoodFont().Table("post", table).Table("maxp", MaxpTable(glyphs)), expected);
 }
 
 TEST(PostStructure, SizeAndFormatAreJudged) {
@@ -55,7 +51,7 @@ TEST(PostStructure, NamesFillTheTable) {
   ExpectStructure(TableBuilder(good).U8(1).Text("c"),
                   {Technical("The table holds 3 names, but the glyphs use only 2")});
   ExpectStructure(TableBuilder(good).U8(9).Text("c"), {Technical("The last name needs 10 bytes, but only 2 are left")});
-  ExpectStructure(TableBuilder(good).Patch("length1", 5),
+  ExpectStructure(good.With("length1", 5),
                   {Major("1 glyphs have no name, since the table holds only 1 names; glyph 2 has the name index 259"),
                    Minor("The last name needs 6 bytes, but only 2 are left")});
 }
@@ -75,7 +71,7 @@ void ExpectUsability(const TableBuilder& post, const std::vector<Message>& expec
                                .Table("post", post)
                                .Table("maxp", MaxpTable(glyphs))
                                .Table("cmap", CmapTable({{3, 1, CmapFormat4({{'A', 'C', 1 - 'A'}})}}));
-  ExpectMessages(test::Run(TestUsability_post, font), expected);
+  Expect(TestUsability_post, font, expected);
 }
 
 TEST(PostUsability, ReservedNamesAreForTheirGlyphs) {
@@ -88,7 +84,7 @@ TEST(PostUsability, ReservedNamesAreForTheirGlyphs) {
        Technical("1 glyph names contain characters other than letters, digits, periods and underscores, the "
                  "first of them 'a\uFFFD' (glyph 0)")});
   const Findings none = test::Run(TestUsability_post, GoodFont());
-  ExpectMessages(none, {{"Information", "post: The font gives its glyphs no names"}});
+  ExpectMessages(none, {Information("The font gives its glyphs no names")});
   EXPECT_FALSE(test::Run(TestUsability_post, GoodFont().Truncate("post", 31)).applies);
 }
 
@@ -119,8 +115,8 @@ TEST(PostUsability, NamesAreTrueToTheMapping) {
 
 TEST(PostUsability, AnglePitchAndUnderlineFitTheFont) {
   const auto expect = [](const TableBuilder& post, uint16_t style, const std::vector<Message>& expected) {
-    FontBuilder font = GoodFont().Table("post", TableBuilder(post).Patch("version", 0x00040000));
-    ExpectMessages(test::Run(TestUsability_post, font.Table("head", HeadTable().Patch("style", style))), expected);
+    FontBuilder font = GoodFont().Table("post", post.With("version", 0x00040000));
+    Expect(TestUsability_post, font.Table("head", HeadTable().Patch("style", style)), expected);
   };
   const Message upright = Minor("The italic angle is 46.000000 degrees, but the header does not call the font italic");
   expect(PostTable().Patch("italicAngle", 46 << 16), 0,
@@ -136,8 +132,7 @@ TEST(PostUsability, FixedPitchIsWhatTheWidthsSay) {
   const auto expect = [](uint32_t fixed, uint16_t width, const std::vector<Message>& expected) {
     FontBuilder font = GoodFont().Table("post", PostTable().Patch("version", 0x00040000).Patch("isFixedPitch", fixed));
     font.Table("cmap", CmapTable({{3, 1, CmapFormat4({{'M', 'M', 1 - 'M'}, {'i', 'i', 2 - 'i'}})}}));
-    ExpectMessages(test::Run(TestUsability_post, font.Table("hmtx", MetricsTable({{0, 0}, {600, 0}, {width, 0}}))),
-                   expected);
+    Expect(TestUsability_post, font.Table("hmtx", MetricsTable({{0, 0}, {600, 0}, {width, 0}})), expected);
   };
   expect(1, 600, {});
   expect(0, 600, {Minor("Every glyph is 600 units wide, but the font is not marked as fixed-pitch")});
