@@ -181,18 +181,10 @@ TEST(SbitStructure, ComponentsHaveImages) {
 }
 
 TEST(SbitStructure, OverlappingIndexesEndTheTest) {
-  std::vector<BitmapSubtable> subtables(100, {0, 2, BitmapIndex3(1, {0, 0, 0, 0})});
-  std::vector<BitmapStrike> strikes(2000, {8, subtables});
-  TableBuilder location = BitmapLocationTable({{8, subtables}});
-  TableBuilder many;
-  many.U32(0x00020000).U32(2000);
-  const Bytes& one = location.Data();
-  Bytes record(one.begin() + 8, one.begin() + 56);
-  for (int i = 0; i < 2000; ++i) {
-    TableBuilder strike;
-    strike.U32(8 + 48 * 2000).Append(Bytes(record.begin() + 4, record.end()));
-    many.Append(strike);
-  }
+  const std::vector<BitmapSubtable> subtables(100, {0, 2, BitmapIndex3(1, {0, 0, 0, 0})});
+  const Bytes one = BitmapLocationTable({{8, subtables}});
+  TableBuilder many = TableBuilder().U32(0x00020000).U32(2000);
+  for (int i = 0; i < 2000; ++i) many.U32(8 + 48 * 2000).Append(Bytes(one.begin() + 12, one.begin() + 56));
   many.Append(Bytes(one.begin() + 56, one.end()));
   const Findings findings = test::Run(TestStructure_sbit, Font(many, kGoodData));
   ASSERT_FALSE(findings.messages.empty());
