@@ -56,17 +56,17 @@ TEST_F(Forks, LieInTheFileItselfInOneFileOrBesideIt) {
 
 TEST_F(Forks, BrokenFormatsAreNone) {
   const TableBuilder sidecar = Sidecar(Text("beside"), "TYPE");
-  const auto beside = [&](TableBuilder broken) {
-    folder_.Write("._file", broken);
-    return Describe(*Open(Text("plain")));
-  };
-  EXPECT_EQ(beside(sidecar.With("magic", 0x00051600)), "plain,none,none");
-  EXPECT_EQ(beside(sidecar.With("version", 0x00010000)), "plain,none,none");
-  EXPECT_EQ(beside(sidecar.With("entry.2.length", 7)), "plain,none,TYPE") << "beyond the end";
-  EXPECT_EQ(beside(sidecar.With("entry.2.offset", 0xFFFFFFFF)), "plain,none,TYPE");
-  EXPECT_EQ(beside(sidecar.With("entry.9.length", 3)), "plain,beside,none");
-  EXPECT_EQ(beside(sidecar.With("entryCount", 1)), "plain,none,TYPE");
-  EXPECT_EQ(beside(sidecar.With("entryCount", 0xFFFF)), "plain,beside,TYPE");
+  for (const auto& [label, value, expected] :
+       std::vector<std::tuple<std::string, uint64_t, std::string>>{{"magic", 0x00051600, "plain,none,none"},
+                                                                   {"version", 0x00010000, "plain,none,none"},
+                                                                   {"entry.2.length", 7, "plain,none,TYPE"},
+                                                                   {"entry.2.offset", 0xFFFFFFFF, "plain,none,TYPE"},
+                                                                   {"entry.9.length", 3, "plain,beside,none"},
+                                                                   {"entryCount", 1, "plain,none,TYPE"},
+                                                                   {"entryCount", 0xFFFF, "plain,beside,TYPE"}}) {
+    folder_.Write("._file", sidecar.With(label, value));
+    EXPECT_EQ(Describe(*Open(Text("plain"))), expected) << label;
+  }
   std::filesystem::remove(folder_.File("._file"));
 
   const TableBuilder header = HeaderForm(Text("data"), Text("resource"), "LWFN");
