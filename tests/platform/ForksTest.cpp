@@ -102,8 +102,7 @@ TEST(Resources, AreListedByTypeWithTheirIdsAndNames) {
   EXPECT_EQ(file->List(kOutlines).Count(), 0u);
   const Tova::ResourceList families = file->List(kFamilies);
   ASSERT_EQ(families.Count(), 2u);
-  EXPECT_EQ(families[0]->id, 128);
-  EXPECT_TRUE(families[0]->name == View(Text("Name")));
+  EXPECT_TRUE(families[0]->id == 128 && families[0]->name == View(Text("Name")));
   EXPECT_TRUE(families[0]->data == View(Text("family")));
   EXPECT_TRUE(families[1]->name.Empty() && families[1]->data.Empty());
   EXPECT_FALSE(families[2]);

@@ -64,10 +64,8 @@ TEST(PostStructure, MemoryAndUnderlineAreJudged) {
 /// What the usability test finds in a font whose glyphs have these names (a standard one by its index), with 'A', 'B'
 /// and 'C' mapped to glyphs 1, 2 and 3.
 void ExpectUse(const TableBuilder& post, const std::vector<Message>& expected, uint16_t glyphs = 6) {
-  const FontBuilder font = GoodFont()
-                               .Table("post", post)
-                               .Table("maxp", MaxpTable(glyphs))
-                               .Table("cmap", CmapTable({{3, 1, CmapFormat4({{'A', 'C', 1 - 'A'}})}}));
+  const Bytes cmap = CmapTable({{3, 1, CmapFormat4({{'A', 'C', 1 - 'A'}})}});
+  const FontBuilder font = GoodFont().Table("post", post).Table("cmap", cmap).Table("maxp", MaxpTable(glyphs));
   Expect(TestUsability_post, font, expected);
 }
 

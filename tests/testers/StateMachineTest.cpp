@@ -126,8 +126,6 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
 }
 
 TEST(StateMachine, ClassesAreJudged) {
-  TableBuilder extended = Rearrangement(kExtended).Build();
-  TableBuilder classic = Rearrangement(kClassic).Build();
   const auto patched = [](uint16_t value) {  // the class of glyph 1
     TableBuilder machine = Rearrangement(kClassic).Build();
     return MessagesOf(Kind::kRearrangement, kClassic,

@@ -20,10 +20,8 @@ TableBuilder Just(uint16_t actionType, const Bytes& actionData) {
   just.Patch("widthDeltas", just.Size()).U32(1, "deltas").U32(5, "deltaClass");
   just.S32(0, "growth").S32(0).S32(0).S32(0, "shrinkage").U16(0, "growFlags").U16(0);
   just.Patch("postcompensation", just.Size()).Append(LookupFormat6({{2, 20}})).U32(1, "actions");
-  return just.U16(5, "actionClass")
-      .U16(actionType, "type")
-      .U32(8 + actionData.size(), "length")
-      .Append(actionData, "data");
+  just.U16(5, "actionClass").U16(actionType, "type").U32(8 + actionData.size(), "length");
+  return just.Append(actionData, "data");
 }
 void ExpectOfJust(const Bytes& just, std::vector<Message> expected, bool isOfData = true) {
   for (Message& message : expected) message.text.insert(0, isOfData ? "just: Horizontal data: " : "just: ");

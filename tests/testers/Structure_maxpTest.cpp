@@ -43,15 +43,12 @@ TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
 }
 
 TEST(MaxpStructure, OtherOutlinesHaveTheLongForm) {
-  const auto expect = [](const FontBuilder& font, const std::vector<Message>& expected) {
-    Expect(TestStructure_maxp, font, expected);
-  };
   FontBuilder bare = GoodFont().Remove("glyf");
-  expect(bare, {});
-  expect(bare.Truncate("maxp", 33), {Technical("The table is 33 bytes in size; it should be 32")});
-  expect(bare.Truncate("maxp", 31), {Fatal("The table is 31 bytes in size; it should be 32")});
+  Expect(TestStructure_maxp, bare, {});
+  Expect(TestStructure_maxp, bare.Truncate("maxp", 33), {Technical("The table is 33 bytes in size; it should be 32")});
+  Expect(TestStructure_maxp, bare.Truncate("maxp", 31), {Fatal("The table is 31 bytes in size; it should be 32")});
   const Bytes shortForm = MaxpTable(4).Patch("version", 0x00005000).Truncate(6);
-  expect(NestedFont().Table("maxp", shortForm),
+  Expect(TestStructure_maxp, NestedFont().Table("maxp", shortForm),
          {Fatal("The table is 6 bytes in size; it should be 32"),
           Minor("The table's version is 0x00005000; it should be 0x00010000"),
           Minor("The table's maximum point count is 0; it should be 5"),

@@ -197,13 +197,8 @@ TEST(SbitStructure, ScaledSizesAreJudged) {
     return test::Run(TestStructure_sbit, Font(BitmapLocationTable({{8, kGood}}), kGoodData).Table("EBSC", scaled));
   };
   TableBuilder scaled;
-  scaled.U32(0x00020000, "version")
-      .U32(1, "numSizes")
-      .Zeros(24)
-      .U8(9, "ppemX")
-      .U8(9, "ppemY")
-      .U8(8, "substitutePpemX")
-      .U8(8);
+  scaled.U32(0x00020000, "version").U32(1, "numSizes").Zeros(24);
+  scaled.U8(9, "ppemX").U8(9, "ppemY").U8(8, "substitutePpemX").U8(8);
   ExpectMessages(run(scaled), {});
   ExpectMessages(run(scaled.With("ppemX", 0)), {Minor("Scaled size 0 has a zero size")});
   ExpectMessages(run(scaled.With("ppemX", 8).Patch("ppemY", 8).Patch("substitutePpemX", 7)),
