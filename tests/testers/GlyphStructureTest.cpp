@@ -9,7 +9,9 @@ namespace {
 
 using namespace test;
 
-const Message kEmptyGlyph1 = {kInformation, "glyf: Glyph 1 has no visual appearance"};
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("glyf: ");
+
+const Message kEmptyGlyph1 = Information("Glyph 1 has no visual appearance");
 
 TEST(GlyfStructure, ChecksThatOtherTablesAllowItToRun) {
   const FontBuilder good = OutlineFont({SquareGlyph(9), Bytes(), SquareGlyph(9)});
@@ -28,26 +30,23 @@ TEST(GlyfStructure, ChecksThatOtherTablesAllowItToRun) {
 
 TEST(GlyfStructure, TheFirstTwoGlyphsAndTheContourCountAreJudged) {
   const FontBuilder font = OutlineFont({Bytes(), SquareGlyph(9)}).Table("maxp", MaxpTable(2).Patch("maxContours", 2));
-  const Message contours = {kMinor, "glyf: Maximum contour count is 2 in the 'maxp' table but 1 here"};
+  const Message contours = Minor("Maximum contour count is 2 in the 'maxp' table but 1 here");
   Expect(TestStructure_glyf, font,
-         {{kMinor, "glyf: Glyph 0 has no visual appearance but should"},
-          {kInformation, "glyf: Glyph 0 has no visual appearance"},
-          {kMinor, "glyf: Glyph 1 should have no visual appearance but does"},
-          contours});
+         {Minor("Glyph 0 has no visual appearance but should"), Information("Glyph 0 has no visual appearance"),
+          Minor("Glyph 1 should have no visual appearance but does"), contours});
   // Simple glyphs are skipped, contours and all, when nobody asks for minor errors.
   const FontBuilder damaged = OutlineFont({SquareGlyph(9).Patch("xMin", 5), Bytes()});
   ExpectMessages(test::Run(TestStructure_glyf, damaged, {.severities = {"FatalError"}}),
-                 {kEmptyGlyph1, {kMinor, "glyf: Maximum contour count is 1 in the 'maxp' table but 0 here"}});
+                 {kEmptyGlyph1, Minor("Maximum contour count is 1 in the 'maxp' table but 0 here")});
 }
 
 TEST(GlyfStructure, BoxesAreComparedWithPointsAndWithTheFontsBox) {
   const TableBuilder glyph = SimpleGlyph({{{-5, -6}, {-5, 900}, {800, 900}}});
   const std::vector<Message> expected = {
-      kEmptyGlyph1,
-      {kMinor, "glyf: Glyph 2: x-minimum (-5) is less than the global x-minimum in the 'head' table (0)"},
-      {kMinor, "glyf: Glyph 2: y-minimum (-6) is less than the global y-minimum in the 'head' table (0)"},
-      {kMinor, "glyf: Glyph 2: x-maximum (800) is greater than the global x-maximum in the 'head' table (500)"},
-      {kMinor, "glyf: Glyph 2: y-maximum (900) is greater than the global y-maximum in the 'head' table (700)"}};
+      kEmptyGlyph1, Minor("Glyph 2: x-minimum (-5) is less than the global x-minimum in the 'head' table (0)"),
+      Minor("Glyph 2: y-minimum (-6) is less than the global y-minimum in the 'head' table (0)"),
+      Minor("Glyph 2: x-maximum (800) is greater than the global x-maximum in the 'head' table (500)"),
+      Minor("Glyph 2: y-maximum (900) is greater than the global y-maximum in the 'head' table (700)")};
   Expect(TestStructure_glyf, OutlineFont({SquareGlyph(9), Bytes(), glyph}), expected);
   for (const char* side : {"xMin", "yMin", "xMax", "yMax"}) {
     const Findings findings = test::Run(
@@ -89,9 +88,8 @@ TEST(GlyfStructure, ComponentFlagsComeBeforeComponentGlyphs) {
     return test::Run(TestStructure_glyf, OutlineFont({SquareGlyph(9), Bytes(), CompoundGlyph(components)}));
   };
   ExpectMessages(run({{0x0810, 0}, {0x0088, 0}, {0x0009, 0}, {0x0040, 0}, {0x0080, 0}}),
-                 {kEmptyGlyph1,
-                  {kTechnical, "glyf: Glyph 2, component 0: Undefined component flags set (0x00000810)"},
-                  {kMajor, "glyf: Glyph 2, component 1: Multiple component scaling flags set"}});
+                 {kEmptyGlyph1, Technical("Glyph 2, component 0: Undefined component flags set (0x00000810)"),
+                  Major("Glyph 2, component 1: Multiple component scaling flags set")});
   // A glyph that does not exist fails the decoding before it comes to be judged.
   EXPECT_THAT(run({{0, 3}}).severities, testing::ElementsAre("Information", "FatalError"));
 }

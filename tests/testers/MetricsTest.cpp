@@ -9,9 +9,11 @@ namespace {
 
 using namespace test;
 
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("hmtx: ");
+
 /// Runs the horizontal test, and the vertical one on the same values: its words and its severities of sizes differ.
-void ExpectMetricsMessages(uint16_t glyphs, uint16_t longMetrics, const Bytes& table, std::vector<Message> expected,
-                           uint16_t em = 1000) {
+void ExpectBoth(uint16_t glyphs, uint16_t longMetrics, const Bytes& table, std::vector<Message> expected,
+                uint16_t em = 1000) {
   FontBuilder font;
   font.Table("head", HeadTable().Patch("unitsPerEm", em)).Table("maxp", MaxpTable(glyphs));
   font.Table("hhea", HheaTable(longMetrics)).Table("vhea", HheaTable(longMetrics));
@@ -38,40 +40,32 @@ Bytes Metrics(const std::vector<std::pair<uint16_t, int16_t>>& metrics, size_t s
 
 TEST(MetricsStructure, SizeFitsTheCounts) {
   const auto usual = [](size_t size) { return Metrics({{500, 0}, {0, 0}}, size); };
-  ExpectMetricsMessages(3, 3, usual(12), {});
-  ExpectMetricsMessages(3, 3, usual(40), {});
-  ExpectMetricsMessages(3, 3, usual(10),
-                        {{kFatal,
-                          "hmtx: The table is too small to accomodate the font's long horizontal metrics; it should be "
-                          "at least 12 bytes in size but is only 10"}});
-  ExpectMetricsMessages(4, 2, usual(15), {});
-  ExpectMetricsMessages(
-      4, 2, usual(16),
-      {{kMinor, "hmtx: The table is too large and may be corrupt; it should be 12 bytes in size but is 16"}});
-  ExpectMetricsMessages(
-      4, 2, usual(11),
-      {{kFatal, "hmtx: The table is too small; it should be at least 12 bytes in size but is only 11"}});
-  ExpectMetricsMessages(2, 3, usual(12),
-                        {{kMinor, "hmtx: There are more long horizontal metrics in the font (3) than glyphs (2)"}});
+  ExpectBoth(3, 3, usual(12), {});
+  ExpectBoth(3, 3, usual(40), {});
+  ExpectBoth(3, 3, usual(10),
+             {Fatal("The table is too small to accomodate the font's long horizontal metrics; it should be "
+                    "at least 12 bytes in size but is only 10")});
+  ExpectBoth(4, 2, usual(15), {});
+  ExpectBoth(4, 2, usual(16),
+             {Minor("The table is too large and may be corrupt; it should be 12 bytes in size but is 16")});
+  ExpectBoth(4, 2, usual(11), {Fatal("The table is too small; it should be at least 12 bytes in size but is only 11")});
+  ExpectBoth(2, 3, usual(12), {Minor("There are more long horizontal metrics in the font (3) than glyphs (2)")});
 }
 
 TEST(MetricsStructure, ValuesAreHeldAgainstTheEm) {
-  ExpectMetricsMessages(
+  ExpectBoth(
       3, 3, Metrics({{0, 400}, {1000, 401}, {1001, -500}}, 12),
-      {{kMinor,
-        "hmtx: Glyph 0 has a width of zero; since it is used for undisplayable characters, it should be non-zero."},
-       {kMinor, "hmtx: Glyph 1 has a width of 1000; it should be zero"},
-       {kInformation,
-        "hmtx: Glyph 1 has a width of 401, which is greater than 40 percent of the font's em (that is, 400); this may "
-        "be incorrect."},
-       {kInformation,
-        "hmtx: Glyph 2 has a width of 1001, which is greater than the font's em (1000); this may be incorrect."}});
+      {Minor("Glyph 0 has a width of zero; since it is used for undisplayable characters, it should be non-zero."),
+       Minor("Glyph 1 has a width of 1000; it should be zero"),
+       Information(
+           "Glyph 1 has a width of 401, which is greater than 40 percent of the font's em (that is, 400); this may "
+           "be incorrect."),
+       Information("Glyph 2 has a width of 1001, which is greater than the font's em (1000); this may be incorrect.")});
   // Twice an em of 16385 is negative in 16 bits.
-  ExpectMetricsMessages(2, 2, Metrics({{9, -6552}, {0, -6553}}, 8),
-                        {{kInformation,
-                          "hmtx: Glyph 0 has a width of -6552, which is greater than 40 percent of the font's em (that "
-                          "is, -6553); this may be incorrect."}},
-                        16385);
+  ExpectBoth(2, 2, Metrics({{9, -6552}, {0, -6553}}, 8),
+             {Information("Glyph 0 has a width of -6552, which is greater than 40 percent of the font's em (that "
+                          "is, -6553); this may be incorrect.")},
+             16385);
 }
 
 TEST(HdmxStructure, HeaderFitsTheGlyphCount) {
