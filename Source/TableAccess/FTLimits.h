@@ -34,6 +34,9 @@ inline constexpr uint64_t kFTStepsOfGlyph = 4;
 inline constexpr uint64_t kFTStepsOfComponent = 3;
 inline constexpr uint64_t kFTStepsOfWidth = 4;
 inline constexpr uint64_t kFTStepsOfLookUp = 5;
+inline constexpr uint64_t kFTStepsOfPart = 8;
+inline constexpr uint64_t kFTStepsOfGlyphName = 12;
+inline constexpr uint64_t kFTStepsOfStrike = 64;
 
 /// Sets of glyphs that a file's fonts keep for one another; each takes up to two megabytes.
 inline constexpr uint64_t kFTKeptGlyphSets = 4;

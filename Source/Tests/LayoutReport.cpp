@@ -16,14 +16,9 @@ LayoutReport::LayoutReport(const VornFontTester& iTester, uint64_t iTableSize)
 
 void LayoutReport::Enter(const char* iPart, std::initializer_list<LayoutArgument> iArguments) {
   Leave();
-  if (_fTester.CanBailOnFirstFailure()) return;  // nobody reads it
-  std::vector<Tova::FormatArgument> tArguments;
-  for (const LayoutArgument& tArgument : iArguments) tArguments.push_back(tArgument.ForFormat());
-  const Tova::String tKey = Tova::MakeString(iPart);
-  const Tova::String tTable = Tova::MakeString(_fTester.GetStringTableName());
-  const auto tFormat =
-      Tova::Adopt(TovaBundleCopyLocalizedString(TovaBundleGetMain(), tKey.get(), tKey.get(), tTable.get()));
-  _fPart = Tova::Text(Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size())));
+  _fTester.GetFont()->SpendWork(kFTStepsOfPart);
+  _fPartFormat = iPart;
+  _fPartArguments = iArguments;
 }
 
 void LayoutReport::Leave() {
@@ -35,6 +30,20 @@ void LayoutReport::Leave() {
     }
   }
   _fPart.clear();
+  _fPartFormat = nullptr;
+}
+
+/// The part's text is made for the first finding in it: most parts have none.
+const std::string& LayoutReport::Part() const {
+  if (!_fPart.empty() || !_fPartFormat || _fTester.CanBailOnFirstFailure()) return _fPart;
+  std::vector<Tova::FormatArgument> tArguments;
+  for (const LayoutArgument& tArgument : _fPartArguments) tArguments.push_back(tArgument.ForFormat());
+  const Tova::String tKey = Tova::MakeString(_fPartFormat);
+  const Tova::String tTable = Tova::MakeString(_fTester.GetStringTableName());
+  const auto tFormat =
+      Tova::Adopt(TovaBundleCopyLocalizedString(TovaBundleGetMain(), tKey.get(), tKey.get(), tTable.get()));
+  _fPart = Tova::Text(Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size())));
+  return _fPart;
 }
 
 void LayoutReport::Report(uint16_t iRank, Severity iSeverity, const char* iFormat,
@@ -77,6 +86,6 @@ void LayoutReport::ReportNow(Severity iSeverity, const char* iFormat, const Layo
                              const LayoutWhere& iWhere) const {
   std::vector<Tova::FormatArgument> tArguments;
   for (const LayoutArgument& tArgument : iArguments) tArguments.push_back(tArgument.ForFormat());
-  const At tHere(_fTester, {.glyph = iWhere.glyph, .offset = iWhere.offset, .part = _fPart});
+  const At tHere(_fTester, {.glyph = iWhere.glyph, .offset = iWhere.offset, .part = Part()});
   _fTester.ReportAt(iSeverity, iFormat, tArguments);
 }

@@ -89,7 +89,8 @@ class LayoutReport {
   const VornFontTester& Tester() const { return _fTester; }
   bool Wants(Severity iSeverity) const { return iSeverity == Severity::kFatalError || _fWanted.Has(iSeverity); }
 
-  /// Leaves the part that was examined and enters another: "Chain %d, subtable %d" and its numbers.
+  /// Leaves the part that was examined and enters another: "Chain %d, subtable %d" and its numbers. Throws FTException
+  /// when the budget of the file ends.
   void Enter(const char* iPart, std::initializer_list<LayoutArgument> iArguments = {});
   /// Leaves the part that was examined, for the table itself.
   void Leave();
@@ -118,6 +119,7 @@ class LayoutReport {
   };
   void Add(uint16_t iRank, Severity iSeverity, const char* iFormat, const LayoutArguments& iArguments,
            const LayoutWhere& iWhere);
+  const std::string& Part() const;
   void ReportNow(Severity iSeverity, const char* iFormat, const LayoutArguments& iArguments,
                  const LayoutWhere& iWhere) const;
 
@@ -125,6 +127,8 @@ class LayoutReport {
   SeveritySet _fWanted;
   const uint64_t _fStepsAllowed;
   uint64_t _fStepsLeft;
-  std::string _fPart;
+  const char* _fPartFormat = nullptr;  // the part that is examined, null for the table itself
+  LayoutArguments _fPartArguments;
+  mutable std::string _fPart;
   std::map<uint16_t, Cases> _fFound;
 };

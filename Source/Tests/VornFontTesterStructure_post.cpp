@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "TableAccess/FTLimits.h"
+
 namespace {
 
 using Table = FTFontTable_post;
@@ -19,6 +21,7 @@ void VornFontTesterStructure_post::CheckTable(const Table& iTable) const {
                  {iTable.GetSize(), Table::kHeaderSize});
     return;
   }
+  SfntFont().SpendWork(kFTStepsOfGlyphName * iTable.GetGlyphCount());
   CheckNames(iTable);
   CheckMemory(iTable.GetMinMemType42(), iTable.GetMaxMemType42());
   CheckMemory(iTable.GetMinMemType1(), iTable.GetMaxMemType1());

@@ -8,6 +8,8 @@ const VornFontTesterStructure_sbit::Pair VornFontTesterStructure_sbit::kVeltrinP
 const VornFontTesterStructure_sbit::Pair VornFontTesterStructure_sbit::kMicrosoftPair = {"EBLC", FTTag("EBLC"), "EBDT",
                                                                                          FTTag("EBDT")};
 
+#include "TableAccess/FTLimits.h"
+
 namespace {
 
 constexpr uint64_t kDataHeaderSize = 4;
@@ -87,10 +89,14 @@ void VornFontTesterStructure_sbit::CheckPair(const Pair& iPair) const {
   for (uint32_t i = 0; i < tLocation.StrikeCount(); ++i) {
     const At tHereToo(*this, {.offset = FTBitmapLocation::kHeaderSize + FTBitmapLocation::kStrikeSize * i});
     const FTBitmapStrike tStrike = tLocation.GetStrike(i);
+    SfntFont().SpendWork(kFTStepsOfStrike);
     CheckStrike(i, tStrike, tStrikes);
     if (!CheckIndexPlace(i, tStrike, tTableSize)) continue;
     SbitStrikeImages tImages(tLocation, tStrike, SfntFont().CountFontGlyphs(), &iPair == &kVeltrinPair);
-    if (!tImages.Examine(tBudget)) {
+    const uint64_t tBudgetBefore = tBudget.left;
+    const bool tExamined = tImages.Examine(tBudget);
+    SfntFont().SpendWork(tBudgetBefore - tBudget.left);
+    if (!tExamined) {
       ReportResult(Severity::kMajorError,
                    "The indexes of the '%@' table overlap so much that the images from strike %d on were not examined",
                    {Tova::MakeString(iPair.locationName), i});

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
+#include "TableAccess/FTLimits.h"
 #include "Tests/SfntFacts.h"
 
 namespace {
@@ -71,6 +72,7 @@ bool VornFontTesterUsability_post::ExecuteTest() const {
     ReportResultIfAsked(Severity::kInformation, "The font gives its glyphs no names");
   }
   if (tFormat == Table::kStandardNames || tFormat == Table::kStoredNames || tFormat == Table::kNameOffsets) {
+    SfntFont().SpendWork(kFTStepsOfGlyphName * tTable->GetGlyphCount());
     CheckNames(CollectNames(*tTable, SfntFont().CountFontGlyphs()));
   }
   CheckItalicAngle(*tTable);

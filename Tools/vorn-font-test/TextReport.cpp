@@ -178,7 +178,7 @@ void TextReport::WriteFindings() {
                   std::string(Word(LevelShowing(mildest))) + " to see all)\n");
   }
   if (folded_ > 0) {
-    output_.Write(Grouped(folded_) + " left out that differ from others only in numbers (use --all-messages)\n");
+    output_.Write(Grouped(folded_) + " left out that break the same rules (use --all-messages)\n");
   }
 }
 

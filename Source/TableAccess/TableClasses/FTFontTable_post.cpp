@@ -65,6 +65,7 @@ void FTFontTable_post::ReadDataInternal() const {
     tAt += uint64_t{1} + tLength;
   }
   _fStoredNamesEnd = std::min(tAt, GetSize());
+  ChargeWork(_fStoredNames.size());
 }
 
 uint32_t FTFontTable_post::GetGlyphCount() const {
