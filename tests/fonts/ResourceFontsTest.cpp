@@ -122,15 +122,12 @@ TEST_F(Suitcases, TablesOfFamiliesAreFoundWhereTheHeaderSaysOrAfterTheAssociatio
   const TableBuilder bytes = builder.Build();
   const FTFont_FOND& family = Family(bytes);
   const auto at = [&bytes](const char* label) { return static_cast<int64_t>(bytes.Offset(label)); };
-  EXPECT_EQ(family.GetFATEntryCount(), 2u);
-  EXPECT_EQ(family.GetFAT()[1].U16(4), 2u);
-  EXPECT_EQ(family.GetStyleMappingTable(), at("styles"));
-  EXPECT_EQ(family.GetWidthTable(), at("widths"));
-  EXPECT_EQ(family.GetOffsets(), at("offset.0"));
-  EXPECT_EQ(family.GetBoundingBoxCount(), 1);
-  EXPECT_EQ(family.GetBoundingBoxes(), at("box.0"));
-  EXPECT_EQ(family.GetKernTable(), at("kernCount"));
-  EXPECT_EQ(family.GetIndKernPairCount(0), 2);
+  EXPECT_EQ(std::tuple(family.GetFATEntryCount(), family.GetFAT()[1].U16(4), family.GetBoundingBoxCount(),
+                       family.GetIndKernPairCount(0)),
+            std::tuple(2u, 2u, 1, 2));
+  EXPECT_EQ(std::tuple(family.GetStyleMappingTable(), family.GetWidthTable(), family.GetOffsets(),
+                       family.GetBoundingBoxes(), family.GetKernTable()),
+            std::tuple(at("styles"), at("widths"), at("offset.0"), at("box.0"), at("kernCount")));
   EXPECT_EQ(family.GetIndKernPair(1, 0), at("kern.1.pairs") + 2);
   EXPECT_FALSE(family.GetIndKernPair(1, 1) || family.GetIndKernEntry(2));
 }
@@ -142,12 +139,12 @@ TEST_F(Suitcases, WithoutRoomAFamilyHasNoOffsetsAndNoBoxes) {
   EXPECT_FALSE(Family(styled.Build()).GetOffsets()) << "the style mapping table stands there";
   EXPECT_EQ(Family(styled.Build().Patch("styleOffset", 0)).GetOffsetCount(), 1) << "it is taken for offsets";
   const TableBuilder sound = FamilyBuilder().Build();
-  EXPECT_EQ(Family(TableBuilder(sound).Patch("offsetCount", 0x7FFF)).GetOffsetCount(), -32768);
-  EXPECT_FALSE(Family(TableBuilder(sound).Patch("offsetCount", 0x7FFE)).GetOffsets());
-  const FTFont_FOND& tooMany = Family(TableBuilder(sound).Patch("boxCount", 100));
+  EXPECT_EQ(Family(sound.With("offsetCount", 0x7FFF)).GetOffsetCount(), -32768);
+  EXPECT_FALSE(Family(sound.With("offsetCount", 0x7FFE)).GetOffsets());
+  const FTFont_FOND& tooMany = Family(sound.With("boxCount", 100));
   EXPECT_EQ(tooMany.GetBoundingBoxCount(), 101) << "kept";
   EXPECT_FALSE(tooMany.GetBoundingBoxes());
-  EXPECT_EQ(Family(TableBuilder(sound).Patch("fatCount", 0xFFFF)).GetFATEntryCount(), 65536u);
+  EXPECT_EQ(Family(sound.With("fatCount", 0xFFFF)).GetFATEntryCount(), 65536u);
 }
 
 TEST_F(Suitcases, BadFamiliesThrowEachTime) {

@@ -56,22 +56,22 @@ TEST_F(Forks, LieInTheFileItselfInOneFileOrBesideIt) {
 
 TEST_F(Forks, BrokenFormatsAreNone) {
   const TableBuilder sidecar = Sidecar(Text("beside"), "TYPE");
-  const auto beside = [&](TableBuilder broken) {
-    folder_.Write("._file", broken);
-    return Describe(*Open(Text("plain")));
-  };
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("magic", 0x00051600)), "plain,none,none");
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("version", 0x00010000)), "plain,none,none");
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("entry.2.length", 7)), "plain,none,TYPE") << "beyond the end";
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("entry.2.offset", 0xFFFFFFFF)), "plain,none,TYPE");
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("entry.9.length", 3)), "plain,beside,none");
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("entryCount", 1)), "plain,none,TYPE");
-  EXPECT_EQ(beside(TableBuilder(sidecar).Patch("entryCount", 0xFFFF)), "plain,beside,TYPE");
+  for (const auto& [label, value, expected] :
+       std::vector<std::tuple<std::string, uint64_t, std::string>>{{"magic", 0x00051600, "plain,none,none"},
+                                                                   {"version", 0x00010000, "plain,none,none"},
+                                                                   {"entry.2.length", 7, "plain,none,TYPE"},
+                                                                   {"entry.2.offset", 0xFFFFFFFF, "plain,none,TYPE"},
+                                                                   {"entry.9.length", 3, "plain,beside,none"},
+                                                                   {"entryCount", 1, "plain,none,TYPE"},
+                                                                   {"entryCount", 0xFFFF, "plain,beside,TYPE"}}) {
+    folder_.Write("._file", sidecar.With(label, value));
+    EXPECT_EQ(Describe(*Open(Text("plain"))), expected) << label;
+  }
   std::filesystem::remove(folder_.File("._file"));
 
   const TableBuilder header = HeaderForm(Text("data"), Text("resource"), "LWFN");
   for (const char* label : {"zero", "nameLength", "zero74", "dataLength", "crc"}) {
-    const auto file = Open(TableBuilder(header).Patch(label, 64));
+    const auto file = Open(header.With(label, 64));
     EXPECT_EQ(Read(*file, Fork::kData).size(), header.Size()) << label << ": a plain file";
   }
   EXPECT_EQ(Read(*Open(Bytes(127)), Fork::kData).size(), 127u);
@@ -102,8 +102,7 @@ TEST(Resources, AreListedByTypeWithTheirIdsAndNames) {
   EXPECT_EQ(file->List(kOutlines).Count(), 0u);
   const Tova::ResourceList families = file->List(kFamilies);
   ASSERT_EQ(families.Count(), 2u);
-  EXPECT_EQ(families[0]->id, 128);
-  EXPECT_TRUE(families[0]->name == View(Text("Name")));
+  EXPECT_TRUE(families[0]->id == 128 && families[0]->name == View(Text("Name")));
   EXPECT_TRUE(families[0]->data == View(Text("family")));
   EXPECT_TRUE(families[1]->name.Empty() && families[1]->data.Empty());
   EXPECT_FALSE(families[2]);
@@ -113,7 +112,7 @@ TEST(Resources, AreListedByTypeWithTheirIdsAndNames) {
 TEST(Resources, AMapThatLeavesTheForkOpensNothing) {
   const TableBuilder fork = Fork();
   const auto opens = [&](const char* label, uint64_t value) {
-    return ResourceFile::Open(View(TableBuilder(fork).Patch(label, value))).has_value();
+    return ResourceFile::Open(View(fork.With(label, value))).has_value();
   };
   EXPECT_TRUE(opens("dataOffset", 16));
   EXPECT_FALSE(opens("mapOffset", fork.Offset("map") + 1) || opens("mapOffset", 0xFFFFFFFF));
@@ -125,7 +124,7 @@ TEST(Resources, WhatLeavesTheForkIsNoResource) {
   const TableBuilder fork = Fork();
   TableBuilder damaged;
   const auto list = [&](const char* label, uint64_t value) {
-    damaged = TableBuilder(fork).Patch(label, value);
+    damaged = fork.With(label, value);
     return ResourceFile::Open(View(damaged))->List(kFamilies);
   };
   for (const auto& [label, value] : {std::pair<const char*, uint64_t>{"FOND.128.data", 0xFFFFFF},

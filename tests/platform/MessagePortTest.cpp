@@ -47,25 +47,6 @@ TEST(MessagePorts, ARequestGetsItsReply) {
   EXPECT_EQ(Ask(port, 12, large), "0") << "a reply that is too long is an empty one";
 }
 
-// Under ThreadSanitizer, too.
-TEST(MessagePortThreads, ManyClientsAtOnceAreAnsweredEachItsOwn) {
-  const RuntimeFolder folder;
-  const PortServer server(kName, Echo);
-  const auto shared = Connect(kName);
-  std::vector<std::thread> clients;
-  std::atomic<int> right = 0;
-  for (int client = 0; client < 8; ++client) {
-    clients.emplace_back([&, client, own = Connect(kName)] {
-      for (int i = 0; i < 100; ++i) {
-        const std::string text(static_cast<size_t>(i * 100), static_cast<char>('a' + client));
-        if (Ask(i % 2 ? own : shared, client, text) == "0 " + Echo(client, text)) ++right;
-      }
-    });
-  }
-  for (std::thread& client : clients) client.join();
-  EXPECT_EQ(right, 800);
-}
-
 TEST(MessagePorts, LieInThePrivateFolderOfTheUser) {
   const TemporaryFolder temporary;
   const Variable runtime("XDG_RUNTIME_DIR", "relative");

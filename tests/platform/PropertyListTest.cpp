@@ -66,30 +66,24 @@ TEST(PropertyLists, MalformedInputGivesOneLineOfReason) {
   const std::string deep = Nested(513), deeper = Nested(100000);
   for (const std::string_view input :
        {"", "junk", "<plist>", "<plist/>", "<dict/>", "<plist><array></dict></plist>", "<plist><true/></plist><plist/>",
-        "<plist>text<true/></plist>", "<plist><string>\xFF</string></plist>", deep.c_str(), deeper.c_str()}) {
+        "<plist><true/><false/></plist>", "<plist>text<true/></plist>", "<plist><string>\xFF</string></plist>",
+        deep.c_str(), deeper.c_str()}) {
     EXPECT_FALSE(Read(input)) << input;
   }
-  for (const std::string content : {"<true/><false/>",
-                                    "<unknown/>",
-                                    "<string>&foo;</string>",
-                                    "<string>a<b/></string>",
-                                    "<true>x</true>",
-                                    "<array>x</array>",
-                                    "<integer/>",
-                                    "<integer>1x</integer>",
-                                    "<integer>9223372036854775808</integer>",
-                                    "<real>one</real>",
-                                    "<date>2026-02-30T00:00:00Z</date>",
-                                    "<date>yesterday</date>",
-                                    "<data>AAA</data>",
-                                    "<data>A===</data>",
-                                    "<data>AA==AA==</data>",
-                                    "<data>A*==</data>",
-                                    "<dict><key>k</key></dict>",
-                                    "<dict><true/></dict>",
-                                    "<dict><key>k</key>x<true/></dict>",
-                                    "<dict><key>k</key><true/><key>k</key><true/></dict>"}) {
-    EXPECT_FALSE(Read("<plist>" + content + "</plist>")) << content;
+  const std::pair<std::string, std::vector<std::string>> elements[] = {
+      {"unknown", {""}},
+      {"string", {"&foo;", "a<b/>"}},
+      {"true", {"x"}},
+      {"array", {"x"}},
+      {"integer", {"", "1x", "9223372036854775808"}},
+      {"real", {"one"}},
+      {"date", {"2026-02-30T00:00:00Z", "yesterday"}},
+      {"data", {"AAA", "A===", "AA==AA==", "A*=="}},
+      {"dict", {"<key>k</key>", "<true/>", "<key>k</key>x<true/>", "<key>k</key><true/><key>k</key><true/>"}}};
+  for (const auto& [name, contents] : elements) {
+    for (const std::string& content : contents) {
+      EXPECT_FALSE(Read("<plist><" + name + ">" + content + "</" + name + "></plist>")) << name << content;
+    }
   }
 }
 

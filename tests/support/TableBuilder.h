@@ -28,6 +28,8 @@ class TableBuilder {
 
   /// Overwrites a labelled value, in the width it was written with.
   TableBuilder& Patch(const std::string& label, uint64_t value);
+  /// A copy with the value overwritten.
+  TableBuilder With(const std::string& label, uint64_t value) const { return TableBuilder(*this).Patch(label, value); }
   /// Cuts the table off after so many bytes.
   TableBuilder& Truncate(size_t size);
 

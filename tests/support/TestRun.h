@@ -28,6 +28,22 @@ struct Message {
 };
 std::ostream& operator<<(std::ostream& out, const Message& message);
 
+const std::string kInformation = "Information", kTechnical = "TechnicalError";
+const std::string kMinor = "MinorError", kMajor = "MajorError", kFatal = "FatalError";
+
+/// Makes messages of a severity, which all begin alike.
+struct MessageMaker {
+  std::string severity, prefix;
+  Message operator()(const std::string& text) const { return {severity, prefix + text}; }
+};
+/// Those of the severities from information to fatal errors.
+struct MessageMakers {
+  MessageMaker information, technical, minor, major, fatal;
+};
+inline MessageMakers MessagesOf(const std::string& prefix) {
+  return {{kInformation, prefix}, {kTechnical, prefix}, {kMinor, prefix}, {kMajor, prefix}, {kFatal, prefix}};
+}
+
 /// What a test run gave.
 struct Findings {
   bool applies = false;                 ///< the entry function returned results
@@ -62,6 +78,11 @@ Findings Run(VornFontTestEntry entry, const FontBuilder& font, const RunOptions&
 
 /// Expects exactly these messages, in this order; prints all findings when they differ.
 void ExpectMessages(const Findings& findings, const std::vector<Message>& expected);
+/// The same of a run over a font.
+template <class Font>
+void Expect(VornFontTestEntry entry, const Font& font, const std::vector<Message>& expected) {
+  ExpectMessages(Run(entry, font), expected);
+}
 /// Expects the message among others.
 void ExpectMessage(const Findings& findings, const Message& expected);
 

@@ -62,12 +62,8 @@ TEST(FeatureChains, ChainsAndEntriesLieInsideTheTable) {
   for (const StateTableWidth width : kWidths) {
     const TableBuilder good = Chain(width, 1, {1}, {1});
     const size_t entries = good.Offset("type0");
-    const auto patched = [&](const char* field, uint64_t value) {
-      return Count(width, TableBuilder(good).Patch(field, value));
-    };
-    const auto cut = [&](size_t size) {
-      return Count(width, TableBuilder(good).Patch("chainLength", size - 8).Truncate(size));
-    };
+    const auto patched = [&](const char* field, uint64_t value) { return Count(width, good.With(field, value)); };
+    const auto cut = [&](size_t size) { return Count(width, good.With("chainLength", size - 8).Truncate(size)); };
     EXPECT_EQ(cut(entries + 24), 1u) << "subtables are not asked for";
     ExpectThrow(kEntryOutside, [&] { cut(entries + 23); });
     ExpectThrow(kEntryOutside, [&] { patched("featureCount", 0xFFFF); });

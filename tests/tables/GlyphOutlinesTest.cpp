@@ -79,7 +79,7 @@ TEST(SimpleGlyph, RecordsThatCannotHoldTheirPointsThrowOnceAndForAll) {
     const char* message;
   } cases[] = {
       {TableBuilder(square).Truncate(9), "A glyph contains bad data"},
-      {TableBuilder(square).Patch("instructionLength", square.Size() - 3),
+      {square.With("instructionLength", square.Size() - 3),
        "A glyph has more data than will fit in the space allocated"},
       {TableBuilder(square).Truncate(flags).U8(1).U8(1).U8(1), "Glyph data exceeded data limit when unzipping flags"},
       {TableBuilder(square).Truncate(flags).U8(0x01).U8(0x09).U8(3),

@@ -46,21 +46,15 @@ TEST(FeatTable, NamesAndSettingsAreFoundInsideTheTable) {
   const MemoryFont font(FontBuilder().Table("feat", feat.Patch("count", 3)).Build());
   FTFeatureName name;
   uint64_t index = 0;
-  EXPECT_TRUE(font->FindFontFeature(1, name, index));
-  EXPECT_EQ(index, 1u);
-  EXPECT_EQ(name.fNameIndex, -2);
+  EXPECT_TRUE(font->FindFontFeature(1, name, index) && index == 1 && name.fNameIndex == -2);
   EXPECT_EQ(name.GetDefaultIndex(), 0) << "its settings are not exclusive";
   EXPECT_FALSE(font->FindFontFeature(2, name, index));
   const auto& table = *font->FindTable<FTFontTable_feat>();
   EXPECT_EQ(table.GetNameCount(), 3u);
-  EXPECT_TRUE(table.GetIndNameData(0, name));
-  EXPECT_EQ(name.GetDefaultIndex(), 1);
+  EXPECT_TRUE(table.GetIndNameData(0, name) && name.GetDefaultIndex() == 1);
   EXPECT_FALSE(table.GetIndNameData(3, name));
-  uint16_t setting = 0;
-  uint16_t code = 0;
-  EXPECT_TRUE(table.GetIndSetting(0, 1, setting, code));
-  EXPECT_EQ(setting, 4);
-  EXPECT_EQ(code, 258);
+  uint16_t setting = 0, code = 0;
+  EXPECT_TRUE(table.GetIndSetting(0, 1, setting, code) && setting == 4 && code == 258);
   EXPECT_FALSE(table.GetIndSetting(0, 2, setting, code)) << "it has two";
   EXPECT_FALSE(table.GetIndSetting(1, 1, setting, code)) << "not in the table";
 }
@@ -76,14 +70,11 @@ TEST(KernTable, SubtablesOfBothVersionsAreWalked) {
     return font->FindTable<FTFontTable_kern>()->GetIndSubtable(index, subtable);
   };
   FTKernSubtable subtable;
-  EXPECT_TRUE(ask(old, 1, subtable));
-  EXPECT_EQ(subtable.offset, 14u);
+  EXPECT_TRUE(ask(old, 1, subtable) && subtable.offset == 14);
   EXPECT_EQ(subtable.length, 32u) << "that of its pairs";
   EXPECT_FALSE(ask(old, 2, subtable));
   EXPECT_TRUE(ask(extended, 1, subtable));
-  EXPECT_EQ(subtable.format, 3);
-  EXPECT_EQ(subtable.tupleIndex, 5);
-  EXPECT_EQ(subtable.Body(), 28u);
+  EXPECT_EQ(std::tuple(subtable.format, subtable.tupleIndex, subtable.Body()), std::tuple(3, 5, 28u));
   EXPECT_FALSE(ask(TableBuilder(extended).Truncate(27), 1, subtable));
 }
 
@@ -93,13 +84,8 @@ TEST(SmallLayoutTables, FieldsAreReadFromTheirPlaces) {
   const TableBuilder gvar = TableBuilder().U32(0x00010000).U16(2).U16(7).U32(0).U16(3);
   const TableBuilder zapf = TableBuilder().U32(0x00010000).U32(99).U32(12);
   const TableBuilder fdsc = TableBuilder().U32(0x00010000).U32(9).Text("wght").U32(6).Text("slnt").S32(-2);
-  const MemoryFont font(FontBuilder()
-                            .Table("Zapf", zapf)
-                            .Table("fdsc", fdsc)
-                            .Table("gvar", gvar)
-                            .Table("just", just)
-                            .Table("prop", prop)
-                            .Build());
+  FontBuilder tables = FontBuilder().Table("Zapf", zapf).Table("fdsc", fdsc).Table("gvar", gvar);
+  const MemoryFont font(tables.Table("just", just).Table("prop", prop).Build());
   EXPECT_EQ(font->FindTable<FTFontTable_prop>()->GetProperties(3), 0x1F00);
   EXPECT_EQ(font->FindTable<FTFontTable_prop>()->GetProperties(4), 5);
   EXPECT_EQ(FTFontTable_prop::PartnerOffsetOf(0x1F00), -1);

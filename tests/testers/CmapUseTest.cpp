@@ -10,11 +10,7 @@ namespace {
 
 using namespace test;
 
-Message Information(const std::string& text) { return {"Information", "cmap: " + text}; }
-Message Technical(const std::string& text) { return {"TechnicalError", "cmap: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "cmap: " + text}; }
-Message Major(const std::string& text) { return {"MajorError", "cmap: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "cmap: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("cmap: ");
 
 using Records = std::vector<CmapRecord>;
 
@@ -24,7 +20,7 @@ FontBuilder Font(const Records& records) {
   return font.Table("cmap", CmapTable(records));
 }
 void ExpectUsable(const FontBuilder& font, const std::vector<Message>& expected) {
-  ExpectMessages(test::Run(TestUsability_cmap, font), expected);
+  Expect(TestUsability_cmap, font, expected);
 }
 
 /// Groups that map both spaces to a blank glyph, and these characters to a square.
@@ -106,7 +102,7 @@ TEST(CmapUsability, CharactersAreCharacters) {
 }
 
 void ExpectConsistent(const Records& records, const std::vector<Message>& expected) {
-  ExpectMessages(test::Run(TestConsistency_cmap, Font(records)), expected);
+  Expect(TestConsistency_cmap, Font(records), expected);
 }
 
 TEST(CmapConsistency, EncodingsOfOneKindHaveTheSameCharacters) {

@@ -38,7 +38,7 @@ class Duplicates : public testing::Test {
 TEST_F(Duplicates, AreReportedWhateverSeveritiesAreWanted) {
   const Tova::Url url = Write(FontNamed("Some-Name"));
   ExpectMessages(Test(url, {.severities = {"FatalError"}}),
-                 {{"MajorError", "Duplicates: A font with the PostScript name Some-Name is already installed."}});
+                 {{kMajor, "Duplicates: A font with the PostScript name Some-Name is already installed."}});
   EXPECT_THAT(asked_, ElementsAre("{FileURLKey: " + Description(url.get()) +
                                   ", PostscritNameKey: Some-Name, WantsDupKey: false}"));
   const Findings none = Test(Write(FontNamed("Unknown")));
@@ -78,7 +78,7 @@ TEST_F(Duplicates, OfAFamilyWithoutOutlineFontAreLookedForByEachOfItsNames) {
   };
   EXPECT_THAT(test(0).messages, IsEmpty()) << "it has an outline font";
   EXPECT_THAT(asked_, IsEmpty());
-  ExpectMessage(test(12), {"MajorError", "Duplicates: A font with the PostScript name Base is already installed."});
+  ExpectMessage(test(12), {kMajor, "Duplicates: A font with the PostScript name Base is already installed."});
 }
 
 }  // namespace

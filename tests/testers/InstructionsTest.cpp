@@ -11,14 +11,14 @@ using namespace test;
 /// The messages for the text of each.
 std::vector<Message> Major(const std::string& prefix, const std::vector<std::string>& texts) {
   std::vector<Message> messages;
-  for (const std::string& text : texts) messages.push_back({"MajorError", prefix + ": " + text});
+  for (const std::string& text : texts) messages.push_back({kMajor, prefix + ": " + text});
   return messages;
 }
 
 /// Expects these messages of a program of no special kind.
 void Expect(const Bytes& program, const std::vector<std::string>& texts) {
   SCOPED_TRACE(testing::PrintToString(program));
-  ExpectMessages(test::Run(TestInstructions_prep, FontBuilder().Table("prep", program)), Major("prep", texts));
+  Expect(TestInstructions_prep, FontBuilder().Table("prep", program), Major("prep", texts));
 }
 
 constexpr char kOverrun[] = "INSTRUCTION STREAM OVERRUN ENCOUNTERED!";
@@ -66,25 +66,24 @@ TEST(InstructionStream, IfsDefinitionsAndOpcodesAreInOrder) {
                {{0x58, 0x7B, 0x83}, {"Illegal opcode: 7B", kUnbalancedIf}},
                {{0xA0, 0x4B, 0xAF}, {"Illegal opcode: AF"}}};
   for (const auto& [stream, messages] : cases) Expect(stream, messages);
-  ExpectMessages(test::Run(TestInstructions_prep, FontBuilder().Table("prep", {0x59, 0x7B})),
-                 {{"MinorError", "prep: EIF appears without matching IF"}});
+  Expect(TestInstructions_prep, FontBuilder().Table("prep", {0x59, 0x7B}),
+         {{kMinor, "prep: EIF appears without matching IF"}});
 }
 
 TEST(InstructionTesters, WalkGlyphAndTablePrograms) {
   FontBuilder font = OutlineFont({SquareGlyph(9, {0x7B}), Bytes(), SquareGlyph(9, {0xB0}), SquareGlyph(9),
                                   CompoundGlyph({{0x0100, 0}}), SquareGlyph(9, {0x83})});
   font.Table("fpgm", {0x4B, 0x90}).Table("prep", {0xAF});
-  ExpectMessages(test::Run(TestInstructions_glyf, font),
-                 Major("glyf", {"Illegal opcode: 7B", kOverrun, "Illegal opcode: 83"}));
-  ExpectMessages(test::Run(TestInstructions_fpgm, font), Major("fpgm", {"Illegal opcode: 90"}));
-  ExpectMessages(test::Run(TestInstructions_prep, font), Major("prep", {"Illegal opcode: AF"}));
+  Expect(TestInstructions_glyf, font, Major("glyf", {"Illegal opcode: 7B", kOverrun, "Illegal opcode: 83"}));
+  Expect(TestInstructions_fpgm, font, Major("fpgm", {"Illegal opcode: 90"}));
+  Expect(TestInstructions_prep, font, Major("prep", {"Illegal opcode: AF"}));
   EXPECT_FALSE(test::Run(TestInstructions_fpgm, FontBuilder(font).Truncate("fpgm", 0)).applies);
 
   // Without messages the first failing program ends the test, so that a later glyph that cannot be read goes unseen.
   font = OutlineFont({SquareGlyph(9, {0x7B}), TableBuilder(SquareGlyph(9)).Truncate(4)});
   EXPECT_EQ(test::Run(TestInstructions_glyf, font, {.messages = false}).severities,
             std::vector<std::string>{"MajorError"});
-  EXPECT_EQ(test::Run(TestInstructions_glyf, font).severities, (std::vector<std::string>{"MajorError", "FatalError"}));
+  EXPECT_EQ(test::Run(TestInstructions_glyf, font).severities, (std::vector<std::string>{kMajor, "FatalError"}));
 }
 
 }  // namespace

@@ -10,9 +10,6 @@ namespace {
 
 using namespace test;
 
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 /// Messages about a lookup; those about the font that holds it are left out.
 void ExpectOfLookup(const Bytes& lookup, std::vector<Message> expected, uint32_t fill = 0) {
   for (Message& message : expected) message.text = "morx: Chain 0, subtable 0: " + message.text;
@@ -61,7 +58,7 @@ TEST(LookupCheck, BoundsAreThoseOfTheTableAndOfTheSubtable) {
   ExpectOfLookup(LookupFormat0({1, 2, 3, 4, 5, 0}).Truncate(12),
                  {{kFatal, "The lookup needs 14 bytes; only 12 are left in the table"}});
   TableBuilder array = LookupFormat4({{1, {2, 3}}, {4, {0, 0}}});
-  ExpectOfLookup(TableBuilder(array).Patch("offset1", array.Offset("offset1") + 30), {}, 16);
+  ExpectOfLookup(array.With("offset1", array.Offset("offset1") + 30), {}, 16);
   const Message beyond = {kFatal,
                           "The lookup has 1 value arrays beyond the end of the table; the first is in unit 1 (0x0025)"};
   ExpectOfLookup(array.Patch("offset1", 37), {beyond});
@@ -89,11 +86,10 @@ TEST(LookupCheck, UnitsAscendAndEndWithAMarker) {
 TEST(LookupCheck, ValuesBelongToGlyphsOfTheFont) {
   const TableBuilder lookup = LookupFormat2({{1, 1, 0}, {5, 8, 0}, {20, 20, 0}});
   const TableBuilder prop = TableBuilder().U32(0x00010000).U16(1).U16(0).Append(lookup);
-  ExpectMessages(
-      test::Run(TestStructure_prop, FontBuilder().Table("maxp", MaxpTable(6)).Table("prop", prop)),
-      {{kMinor, "prop: The property table has values for 4 glyphs that the font does not have; the first is 6",
-        "prop glyph 6 offset 8"}});
-  ExpectMessages(test::Run(TestStructure_prop, FontBuilder().Table("prop", prop)), {});  // nothing is known of glyphs
+  Expect(TestStructure_prop, FontBuilder().Table("maxp", MaxpTable(6)).Table("prop", prop),
+         {{kMinor, "prop: The property table has values for 4 glyphs that the font does not have; the first is 6",
+           "prop glyph 6 offset 8"}});
+  Expect(TestStructure_prop, FontBuilder().Table("prop", prop), {});  // nothing is known of glyphs
 }
 
 TEST(LookupCheck, TheWorkIsBounded) {

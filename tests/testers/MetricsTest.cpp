@@ -9,15 +9,17 @@ namespace {
 
 using namespace test;
 
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("hmtx: ");
+
 /// Runs the horizontal test, and the vertical one on the same values: its words and its severities of sizes differ.
-void ExpectMetricsMessages(uint16_t glyphs, uint16_t longMetrics, const Bytes& table, std::vector<Message> expected,
-                           uint16_t em = 1000) {
+void ExpectBoth(uint16_t glyphs, uint16_t longMetrics, const Bytes& table, std::vector<Message> expected,
+                uint16_t em = 1000) {
   FontBuilder font;
   font.Table("head", HeadTable().Patch("unitsPerEm", em)).Table("maxp", MaxpTable(glyphs));
   font.Table("hhea", HheaTable(longMetrics)).Table("vhea", HheaTable(longMetrics));
   font.Table("hmtx", table).Table("vmtx", table);
   SCOPED_TRACE(table.size());
-  ExpectMessages(test::Run(TestUsability_hmtx, font), expected);
+  Expect(TestUsability_hmtx, font, expected);
   const auto replace = [](std::string& text, std::string_view from, std::string_view to) {
     if (const size_t at = text.find(from); at != std::string::npos) text.replace(at, from.size(), to);
   };
@@ -29,7 +31,7 @@ void ExpectMetricsMessages(uint16_t glyphs, uint16_t longMetrics, const Bytes& t
         message.text.find("small; it") != std::string::npos)
       message.severity = "MajorError";
   }
-  ExpectMessages(test::Run(TestUsability_vmtx, font), expected);
+  Expect(TestUsability_vmtx, font, expected);
 }
 
 Bytes Metrics(const std::vector<std::pair<uint16_t, int16_t>>& metrics, size_t size) {
@@ -38,41 +40,32 @@ Bytes Metrics(const std::vector<std::pair<uint16_t, int16_t>>& metrics, size_t s
 
 TEST(MetricsStructure, SizeFitsTheCounts) {
   const auto usual = [](size_t size) { return Metrics({{500, 0}, {0, 0}}, size); };
-  ExpectMetricsMessages(3, 3, usual(12), {});
-  ExpectMetricsMessages(3, 3, usual(40), {});
-  ExpectMetricsMessages(3, 3, usual(10),
-                        {{"FatalError",
-                          "hmtx: The table is too small to accomodate the font's long horizontal metrics; it should be "
-                          "at least 12 bytes in size but is only 10"}});
-  ExpectMetricsMessages(4, 2, usual(15), {});
-  ExpectMetricsMessages(
-      4, 2, usual(16),
-      {{"MinorError", "hmtx: The table is too large and may be corrupt; it should be 12 bytes in size but is 16"}});
-  ExpectMetricsMessages(
-      4, 2, usual(11),
-      {{"FatalError", "hmtx: The table is too small; it should be at least 12 bytes in size but is only 11"}});
-  ExpectMetricsMessages(
-      2, 3, usual(12),
-      {{"MinorError", "hmtx: There are more long horizontal metrics in the font (3) than glyphs (2)"}});
+  ExpectBoth(3, 3, usual(12), {});
+  ExpectBoth(3, 3, usual(40), {});
+  ExpectBoth(3, 3, usual(10),
+             {Fatal("The table is too small to accomodate the font's long horizontal metrics; it should be "
+                    "at least 12 bytes in size but is only 10")});
+  ExpectBoth(4, 2, usual(15), {});
+  ExpectBoth(4, 2, usual(16),
+             {Minor("The table is too large and may be corrupt; it should be 12 bytes in size but is 16")});
+  ExpectBoth(4, 2, usual(11), {Fatal("The table is too small; it should be at least 12 bytes in size but is only 11")});
+  ExpectBoth(2, 3, usual(12), {Minor("There are more long horizontal metrics in the font (3) than glyphs (2)")});
 }
 
 TEST(MetricsStructure, ValuesAreHeldAgainstTheEm) {
-  ExpectMetricsMessages(
+  ExpectBoth(
       3, 3, Metrics({{0, 400}, {1000, 401}, {1001, -500}}, 12),
-      {{"MinorError",
-        "hmtx: Glyph 0 has a width of zero; since it is used for undisplayable characters, it should be non-zero."},
-       {"MinorError", "hmtx: Glyph 1 has a width of 1000; it should be zero"},
-       {"Information",
-        "hmtx: Glyph 1 has a width of 401, which is greater than 40 percent of the font's em (that is, 400); this may "
-        "be incorrect."},
-       {"Information",
-        "hmtx: Glyph 2 has a width of 1001, which is greater than the font's em (1000); this may be incorrect."}});
+      {Minor("Glyph 0 has a width of zero; since it is used for undisplayable characters, it should be non-zero."),
+       Minor("Glyph 1 has a width of 1000; it should be zero"),
+       Information(
+           "Glyph 1 has a width of 401, which is greater than 40 percent of the font's em (that is, 400); this may "
+           "be incorrect."),
+       Information("Glyph 2 has a width of 1001, which is greater than the font's em (1000); this may be incorrect.")});
   // Twice an em of 16385 is negative in 16 bits.
-  ExpectMetricsMessages(2, 2, Metrics({{9, -6552}, {0, -6553}}, 8),
-                        {{"Information",
-                          "hmtx: Glyph 0 has a width of -6552, which is greater than 40 percent of the font's em (that "
-                          "is, -6553); this may be incorrect."}},
-                        16385);
+  ExpectBoth(2, 2, Metrics({{9, -6552}, {0, -6553}}, 8),
+             {Information("Glyph 0 has a width of -6552, which is greater than 40 percent of the font's em (that "
+                          "is, -6553); this may be incorrect.")},
+             16385);
 }
 
 TEST(HdmxStructure, HeaderFitsTheGlyphCount) {
@@ -81,24 +74,24 @@ TEST(HdmxStructure, HeaderFitsTheGlyphCount) {
     return test::Run(TestStructure_hdmx, FontBuilder().Table("maxp", MaxpTable(3)).Table("hdmx", table));
   };
   ExpectMessages(run(0, 2, 8, 27), {});
-  ExpectMessages(run(1, 2, 12, 32),
-                 {{"TechnicalError", "hdmx: The table version is 1; it should be 0."},
-                  {"MinorError",
-                   "hdmx: The device records are too large and may be corrupt; they should be 8 bytes but are 12."}});
+  ExpectMessages(
+      run(1, 2, 12, 32),
+      {{kTechnical, "hdmx: The table version is 1; it should be 0."},
+       {kMinor, "hdmx: The device records are too large and may be corrupt; they should be 8 bytes but are 12."}});
   ExpectMessages(
       run(0, 256, 6, 1543),
-      {{"MinorError", "hdmx: The table is too small; it is only 1543 bytes long but should be 1544."},
-       {"MinorError",
+      {{kMinor, "hdmx: The table is too small; it is only 1543 bytes long but should be 1544."},
+       {kMinor,
         "hdmx: The table has 256 device records, which is pointless since each device record must have a point size "
         "from 0 to 255."},
-       {"MinorError", "hdmx: The device records are 6 bytes in size; their size should be a multiple of four."},
-       {"MinorError", "hdmx: The device records are too small; they should be at least 8 bytes but are only 6."}});
+       {kMinor, "hdmx: The device records are 6 bytes in size; their size should be a multiple of four."},
+       {kMinor, "hdmx: The device records are too small; they should be at least 8 bytes but are only 6."}});
   ExpectMessages(
       run(0, 0, 8, 12),
-      {{"MinorError", "hdmx: The table is too big and may be corrupt; it is 12 bytes long but should be only 8."}});
+      {{kMinor, "hdmx: The table is too big and may be corrupt; it is 12 bytes long but should be only 8."}});
   // Sizes are 64-bit numbers; the message shows their low 32 bits.
   ExpectMessage(run(0, 0x8000, 0x20000, 8),
-                {"MinorError", "hdmx: The table is too small; it is only 8 bytes long but should be 8."});
+                {kMinor, "hdmx: The table is too small; it is only 8 bytes long but should be 8."});
 }
 
 FontBuilder DeviceFont(uint16_t em, const std::vector<uint16_t>& advances, const TableBuilder& hdmx) {
@@ -119,12 +112,12 @@ TEST(MetricsConsistency, DeviceWidthsAreTheScaledAdvances) {
       "hdmx: Minor hmtx vs hdmx size mismatch for character glyph 2 at size 12: 6 (hmtx), 8 (hdmx)";
   const std::string significant =
       "hdmx: Significant hmtx vs hdmx size mismatch for character glyph 3 at size 12: 6 (hmtx), 9 (hdmx)";
-  ExpectMessages(test::Run(TestMetricsConsistency, DeviceFont(1000, {500, 500, 500, 500}, hdmx)),
-                 {{"MinorError", minor}, {"MinorError", significant}});
+  Expect(TestMetricsConsistency, DeviceFont(1000, {500, 500, 500, 500}, hdmx),
+         {{kMinor, minor}, {kMinor, significant}});
   // A width of 6 + 256 pixels is compared modulo 256.
   ExpectMessage(test::Run(TestMetricsConsistency, DeviceFont(1000, {500, 500, 500, 21833}, hdmx)),
-                {"MinorError", significant});
-  ExpectMessages(test::Run(TestMetricsConsistency, DeviceFont(0, {500, 500, 500, 500}, hdmx)), {});
+                {kMinor, significant});
+  Expect(TestMetricsConsistency, DeviceFont(0, {500, 500, 500, 500}, hdmx), {});
   EXPECT_FALSE(test::Run(TestMetricsConsistency, DeviceFont(1000, {500}, hdmx).Remove("hmtx")).applies);
 }
 

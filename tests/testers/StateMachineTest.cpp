@@ -12,9 +12,6 @@ using Kind = StateMachineKind;
 constexpr StateTableWidth kClassic = StateTableWidth::kClassic;
 constexpr StateTableWidth kExtended = StateTableWidth::kExtended;
 constexpr StateTableWidth kWidths[] = {kClassic, kExtended};
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 constexpr uint16_t kPush = 0x8000, kMark = 0x8000, kStay = 0x4000, kAct = 0x2000;
 
 Message Says(const std::string& severity, const std::string& text) { return {severity, text}; }
@@ -104,7 +101,7 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
            {{kTechnical, "The state array has room for 1 state; it should have at least 2"}});
   const TableBuilder good = Rearrangement(kExtended).Build();
   const auto patched = [&](const char* field, uint64_t value, std::vector<Message> expected) {
-    ExpectOf(Kind::kRearrangement, kExtended, TableBuilder(good).Patch(field, value), expected);
+    ExpectOf(Kind::kRearrangement, kExtended, good.With(field, value), expected);
   };
   const Message noAction = {kMinor, "No action can ever be performed"};
   patched("mark.next", 0x4000,
@@ -112,7 +109,7 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
            {kInformation, "State 2 is never referenced"},
            {kInformation, "Entry 2 is never referenced"},
            noAction});
-  EXPECT_EQ(MessagesOf(Kind::kRearrangement, kExtended, TableBuilder(good).Patch("mark.next", 3)).front(),
+  EXPECT_EQ(MessagesOf(Kind::kRearrangement, kExtended, good.With("mark.next", 3)).front(),
             Says(kMajor, "State 3, reached from entry 1, lies beyond the end of the state array"));
   EXPECT_EQ(MessagesOf(Kind::kLigature, kExtended, Ligature(kExtended, 2).Build().Patch("start/end", 3)).front(),
             Says(kMajor, "Entry 3, used by state 0 for class 0, lies beyond the end of the entry table"));
@@ -121,7 +118,7 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
   patched("swap.flags", 0x2011, {{kTechnical, "1 entries have reserved flags set; the first is entry 2 (0x2011)"}});
   const TableBuilder classic = Rearrangement(kClassic).Build();
   const auto next = [&](uint64_t value, const std::string& text) {
-    const auto messages = MessagesOf(Kind::kRearrangement, kClassic, TableBuilder(classic).Patch("mark.next", value));
+    const auto messages = MessagesOf(Kind::kRearrangement, kClassic, classic.With("mark.next", value));
     EXPECT_EQ(messages.front(), Says(kMajor, "Entry 1: the new state offset " + text));
   };
   next(0x0021, "0x0021 is not the start of a state");
@@ -129,8 +126,6 @@ TEST(StateMachine, StatesAndEntriesLieInTheirTables) {
 }
 
 TEST(StateMachine, ClassesAreJudged) {
-  TableBuilder extended = Rearrangement(kExtended).Build();
-  TableBuilder classic = Rearrangement(kClassic).Build();
   const auto patched = [](uint16_t value) {  // the class of glyph 1
     TableBuilder machine = Rearrangement(kClassic).Build();
     return MessagesOf(Kind::kRearrangement, kClassic,
@@ -255,9 +250,9 @@ TEST(StateMachine, KerningListsEndAndStatesMayPrecedeTheArray) {
            {{kMinor, "Entry 1 has 2 values, but at most 1 glyphs can be on the stack"}});
   const auto first = [&](const TableBuilder& table) { return MessagesOf(Kind::kKerning, kClassic, table).front(); };
   const TableBuilder good = machine.Build();
-  EXPECT_EQ(first(TableBuilder(good).Patch("extra table 0", 0x00020004)),
+  EXPECT_EQ(first(good.With("extra table 0", 0x00020004)),
             Says(kFatal, "Entry 1: the values at 0x00000034 run beyond the end of the table"));
-  EXPECT_EQ(first(TableBuilder(good).Patch("kern.flags", 0xBFFF)),
+  EXPECT_EQ(first(good.With("kern.flags", 0xBFFF)),
             Says(kFatal, "Entry 1: the values at 0x0000400F lie beyond the end of the table"));
   TableBuilder second = good;
   const std::vector<Message> found =

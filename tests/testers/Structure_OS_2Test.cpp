@@ -7,14 +7,12 @@ namespace {
 
 using namespace test;
 
-Message Technical(const std::string& text) { return {"TechnicalError", "OS/2: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "OS/2: " + text}; }
-Message Major(const std::string& text) { return {"MajorError", "OS/2: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("OS/2: ");
 
 using Changes = std::vector<std::pair<std::string, int64_t>>;
 
 void Expect(const Bytes& table, const std::vector<Message>& expected, const FontBuilder& font = GoodFont()) {
-  ExpectMessages(test::Run(TestStructure_OS_2, FontBuilder(font).Table("OS/2", table)), expected);
+  Expect(TestStructure_OS_2, FontBuilder(font).Table("OS/2", table), expected);
 }
 /// The same for a table with some fields changed.
 void Expect(uint16_t version, const Changes& changes, const std::vector<Message>& expected,
@@ -28,8 +26,8 @@ void Expect(uint16_t version, const Changes& changes, const std::vector<Message>
 TEST(OS2Structure, TheTableWithTheUnderscoreComesFirst) {
   const Message width = Minor("The width class is 0; it should be from 1 to 9");
   FontBuilder font = GoodFont().Table("OS/2", OS2Table(4).Patch("usWidthClass", 0));
-  ExpectMessages(test::Run(TestStructure_OS_2, font), {{width.severity, width.text, "OS/2"}});
-  ExpectMessages(test::Run(TestStructure_OS_2, font.Table("OS_2", OS2Table(4))), {});
+  Expect(TestStructure_OS_2, font, {{width.severity, width.text, "OS/2"}});
+  Expect(TestStructure_OS_2, font.Table("OS_2", OS2Table(4)), {});
   const Findings none = test::Run(TestStructure_OS_2, GoodFont().Remove("OS/2"));
   ExpectMessages(none, {Minor("The font has no 'OS/2' table, which the Microsoft platform requires")});
   FontBuilder bitmaps = GoodFont().Remove("OS/2").Remove("glyf").Table("EBLC", {1}).Table("EBDT", {1});
@@ -39,7 +37,7 @@ TEST(OS2Structure, TheTableWithTheUnderscoreComesFirst) {
 TEST(OS2Structure, TheVersionDecidesTheLength) {
   for (uint16_t version = 0; version <= 5; ++version) Expect(version, {}, {});
   Expect(OS2Table(0).Truncate(68), {});
-  Expect({0}, {{"FatalError", "OS/2: The table is 1 bytes long, too short for a version number"}});
+  Expect({0}, {Fatal("The table is 1 bytes long, too short for a version number")});
   Expect(OS2Table(4).Truncate(94), {Major("A table of version 4 takes 96 bytes, but this one has 94")});
   Expect(OS2Table(0).Truncate(67), {Major("A table of version 0 takes 78 bytes, but this one has 67")});
   Expect(OS2Table(1).U16(0), {Technical("A table of version 1 takes 86 bytes, but this one has 88")});
@@ -53,7 +51,7 @@ TEST(OS2Structure, ClassesAndPermissionsAreJudged) {
          {Technical("The embedding word 0x001E has reserved bits set"),
           Minor("The embedding word 0x001E has more than one of the bits 1 to 3 set")});
   Expect(2, {{"fsType", 0x000C}}, {});
-  Expect(4, {{"fsType", 0x0002}}, {{"Information", "OS/2: The embedding word 0x0002 forbids embedding"}});
+  Expect(4, {{"fsType", 0x0002}}, {Information("The embedding word 0x0002 forbids embedding")});
   Expect(4, {{"sFamilyClass", 0x0605}}, {Technical("The family class 6 is reserved")});
   Expect(4, {{"panose0", 6}, {"panose1", 99}}, {Technical("PANOSE digit 1 is 6; the highest value is 5")});
   Expect(4, {{"panose0", 2}, {"panose1", 16}, {"panose3", 9}},

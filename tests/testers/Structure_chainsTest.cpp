@@ -8,9 +8,6 @@ namespace {
 using namespace test;
 
 constexpr StateTableWidth kWidths[] = {StateTableWidth::kClassic, StateTableWidth::kExtended};
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 /// Expects the messages of the test of 'morx' or 'mort', without their beginning, in a font of 10 glyphs.
 void ExpectOf(StateTableWidth width, const Bytes& table, std::vector<Message> expected, FontBuilder font = {}) {
   const bool extended = width == StateTableWidth::kExtended;
@@ -41,7 +38,7 @@ TEST(Chains, ARightTableGivesNothing) { ExpectChanged("chainCount", 1, {}); }
 TEST(Chains, HeadersAreJudged) {
   const TableBuilder morx = Good(StateTableWidth::kExtended);
   const auto extended = [&](const char* field, uint64_t value, const std::vector<Message>& expected) {
-    ExpectOf(StateTableWidth::kExtended, TableBuilder(morx).Patch(field, value), expected);
+    ExpectOf(StateTableWidth::kExtended, morx.With(field, value), expected);
   };
   extended("version", 0, {{kMajor, "Bad version number: 0; it should be 2 or 3"}});
   extended("version", 1, {{kMajor, "Bad version number: 1; it should be 2 or 3"}});
@@ -63,24 +60,24 @@ TEST(Chains, LengthsLeadFromOneToTheNext) {
   for (const StateTableWidth width : kWidths) {
     const TableBuilder good = Good(width);
     const std::string size = std::to_string(good.Size() - 8);
-    ExpectOf(width, TableBuilder(good).Patch("chainLength", 0),
+    ExpectOf(width, good.With("chainLength", 0),
              {{kFatal, "Chain 0: The length of the chain, 0, is wrong; " + size + " bytes are left in the table"}});
     const size_t second = good.Offset("length1");
     const std::string left = std::to_string(good.Size() - second);
-    ExpectOf(width, TableBuilder(good).Patch("length1", 0),
+    ExpectOf(width, good.With("length1", 0),
              {{kFatal, "Chain 0, subtable 1: The length of the subtable, 0, is wrong; " + left +
                            " bytes are left in the table"}});
     const std::string length = std::to_string(good.Size() - second + 4);
-    ExpectOf(width, TableBuilder(good).Patch("length1", good.Size() - second + 4).Zeros(4),
+    ExpectOf(width, good.With("length1", good.Size() - second + 4).Zeros(4),
              {{kMajor, "Chain 0, subtable 1: The length of the subtable, " + length + ", is wrong; " + left +
                            " bytes are left in the chain"},
               {kTechnical, "4 bytes follow the last chain"}});
-    ExpectOf(width, TableBuilder(good).Patch("subtableCount", 1),
+    ExpectOf(width, good.With("subtableCount", 1),
              {{kInformation, "Chain 0: Feature 3, setting 2 switches on nothing for its flags 0x00000002"},
               {kTechnical, "Chain 0: " + left + " bytes follow the last subtable of the chain"}});
-    ExpectOf(width, TableBuilder(good).Patch("subtableCount", 3),
+    ExpectOf(width, good.With("subtableCount", 3),
              {{kFatal, "Chain 0, subtable 2: The subtable lies beyond the end of the table"}});
-    ExpectOf(width, TableBuilder(good).Patch("featureCount", 400).Truncate(good.Offset("length0")),
+    ExpectOf(width, good.With("featureCount", 400).Truncate(good.Offset("length0")),
              {{kFatal, "Chain 0: The length of the chain, " + size + ", is wrong; " +
                            std::to_string(good.Offset("length0") - 8) + " bytes are left in the table"}});
   }
@@ -104,7 +101,7 @@ TEST(Chains, FeaturesSwitchSubtablesOn) {
              named(feat));
     ExpectOf(width, Good(width).Patch("setting1", 1), {}, named(feat));  // switches setting 0 off
     ExpectOf(width, Good(width), {{kInformation, "Chain 0: Feature 3 is not in the 'feat' table"}},
-             named(TableBuilder(feat).Patch("type", 4)));
+             named(feat.With("type", 4)));
   }
 }
 
@@ -112,7 +109,7 @@ TEST(Chains, GlyphCoverageIsThereAndNotEmpty) {
   TableBuilder morx = Good(StateTableWidth::kExtended).Patch("version", 3);
   morx.U32(0, "list").U32(8, "offset").U16(0x0100, "bitmap").U16(0).Patch("chainLength", morx.Size() - 8);
   const auto expect = [&](const char* field, uint64_t value, const std::vector<Message>& expected) {
-    ExpectOf(StateTableWidth::kExtended, TableBuilder(morx).Patch(field, value), expected);
+    ExpectOf(StateTableWidth::kExtended, morx.With(field, value), expected);
   };
   expect("list", 0xFFFFFFFF, {});
   expect("bitmap", 0, {{kMinor, "Chain 0: The glyph coverage of subtable 1 is empty; it never runs"}});

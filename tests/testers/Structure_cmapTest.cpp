@@ -38,50 +38,48 @@ TEST(StructureCmap, HeaderAndRecordsAreJudged) {
   const TableBuilder good = CmapFormat6(0x20, {1});
   const auto table = [&](size_t records) { return CmapTable(std::vector<CmapRecord>(records, {3, 1, good})); };
   ExpectMessages(RunOn(table(2)), {});
-  ExpectMessages(RunOn(table(1).Patch("version", 7)), {{"TechnicalError", "cmap: Bad cmap version - 0x00000007"}});
-  ExpectMessages(RunOn(table(0)), {{"FatalError", "cmap: No subtables"}});
-  ExpectMessages(RunOn(table(1025)), {{"MajorError", "cmap: Questionable number of cmap subtables, 1025"}});
+  ExpectMessages(RunOn(table(1).Patch("version", 7)), {{kTechnical, "cmap: Bad cmap version - 0x00000007"}});
+  ExpectMessages(RunOn(table(0)), {{kFatal, "cmap: No subtables"}});
+  ExpectMessages(RunOn(table(1025)), {{kMajor, "cmap: Questionable number of cmap subtables, 1025"}});
   ExpectMessages(
       RunOn(table(1).Patch("numTables", 3).Truncate(12)),
-      {{"FatalError", "cmap: The encoding data requires more room (28 bytes) than there is in the table (12 bytes)"},
-       {"FatalError", "cmap: Encoding 0 (format 0), bad length: 0"}});
-  ExpectMessages(
-      RunOn(table(1).Patch("subtableOffset0", 100)),
-      {{"FatalError", "cmap: Subtable 0 offset (0x00000064) is beyond the end of the table (0x00000018)"},
-       {"FatalError", "cmap: Subtable 0 ending offset (0x00000064) is beyond the end of the table (0x00000018)"},
-       {"FatalError", "cmap: Encoding 0 (format 0), bad length: 0"}});
-  ExpectMessages(
-      RunOn(CmapTable({{3, 11, good}, {0, 3, CmapFormat6(0x20, {1}).Patch("length", 13)}})),
-      {{"MajorError", "cmap: Entry 0 has a bad script code (11) for the Microsoft platform"},
-       {"FatalError", "cmap: Subtable 1 ending offset (0x0000002D) is beyond the end of the table (0x0000002C)"}});
+      {{kFatal, "cmap: The encoding data requires more room (28 bytes) than there is in the table (12 bytes)"},
+       {kFatal, "cmap: Encoding 0 (format 0), bad length: 0"}});
+  ExpectMessages(RunOn(table(1).Patch("subtableOffset0", 100)),
+                 {{kFatal, "cmap: Subtable 0 offset (0x00000064) is beyond the end of the table (0x00000018)"},
+                  {kFatal, "cmap: Subtable 0 ending offset (0x00000064) is beyond the end of the table (0x00000018)"},
+                  {kFatal, "cmap: Encoding 0 (format 0), bad length: 0"}});
+  ExpectMessages(RunOn(CmapTable({{3, 11, good}, {0, 3, CmapFormat6(0x20, {1}).Patch("length", 13)}})),
+                 {{kMajor, "cmap: Entry 0 has a bad script code (11) for the Microsoft platform"},
+                  {kFatal, "cmap: Subtable 1 ending offset (0x0000002D) is beyond the end of the table (0x0000002C)"}});
   const Findings none = test::Run(TestStructure_cmap, GoodFont().Remove("cmap"));
   EXPECT_FALSE(none.applies);
-  ExpectMessages(none, {{"FatalError", "cmap: The font has no 'cmap' table, required by the TrueType spec."}});
+  ExpectMessages(none, {{kFatal, "cmap: The font has no 'cmap' table, required by the TrueType spec."}});
 }
 
 TEST(StructureCmap, Format0) {
   const Expect expect{"0", 1, 0};
   const TableBuilder good = CmapFormat0({{1, 9}});
   expect(good, {});
-  expect(TableBuilder(good).Patch("length", 261), {"FatalError: bad length: 261"});
-  expect(TableBuilder(good).Patch("glyph7", 10), {"FatalError: glyph index (10) out of range (0-10)"});
+  expect(good.With("length", 261), {"FatalError: bad length: 261"});
+  expect(good.With("glyph7", 10), {"FatalError: glyph index (10) out of range (0-10)"});
 }
 
 TEST(StructureCmap, Format2) {
   const Expect expect{"2"};
   const TableBuilder good = CmapFormat2({{0x81, 1}}, {{0, std::vector<uint16_t>(256, 1)}, {0x40, {5, 9}}});
   expect(good, {});
-  expect(TableBuilder(good).Patch("subHeaderKey9", 2041).Patch("subHeaderKey10", 12),
+  expect(good.With("subHeaderKey9", 2041).Patch("subHeaderKey10", 12),
          {"MajorError: subheader key 9 has the suspicious value 2041",
           "FatalError: subheader key 10, value, 0x0C, not a multiple of 8"});
-  expect(TableBuilder(good).Patch("entryCount1", 0).Patch("entryCount0", 257),
+  expect(good.With("entryCount1", 0).Patch("entryCount0", 257),
          {"MinorError: subheader 0 suspicious entry count 257", "MinorError: subheader 1 suspicious entry count 0"});
-  expect(TableBuilder(good).Patch("idRangeOffset0", 9).Patch("idRangeOffset1", 516),
+  expect(good.With("idRangeOffset0", 9).Patch("idRangeOffset1", 516),
          {"FatalError: subheader 0 idRangeOffset 0x0009 is too small",
           "FatalError: subheader 1 idRangeOffset 0x0204 is too big"});
-  expect(TableBuilder(good).Patch("length", 534), {"FatalError: length incorrect start == 534, end == 534",
-                                                   "FatalError: subheader 0 idRangeOffset 0x000A is too big",
-                                                   "FatalError: subheader 1 idRangeOffset 0x0202 is too big"});
+  expect(good.With("length", 534), {"FatalError: length incorrect start == 534, end == 534",
+                                    "FatalError: subheader 0 idRangeOffset 0x000A is too big",
+                                    "FatalError: subheader 1 idRangeOffset 0x0202 is too big"});
   // Subheader 2 is used, 1 is not and inherits the range of subheader 0: one glyph within bounds, one beyond.
   expect(
       CmapFormat2({{0x81, 2}}, {{0x20, {3, 9}, 1}, {0x40, {5}}, {0x40, {5}}}),
@@ -94,14 +92,13 @@ TEST(StructureCmap, Format4Header) {
   expect(one, {});
   expect(CmapFormat4({{0x41, 0x41, -0x40}, {0x43, 0x43, -0x40}}).Patch("searchRange", 6).Patch("rangeShift", 0),
          {"MajorError: search range is 6; should be 4", "MajorError: range shift is 0; should be 2"});
-  expect(TableBuilder(one).Patch("entrySelector", 2), {"MajorError: entry selector is 2; should be 0"});
-  expect(TableBuilder(one).Patch("segCountX2", 0),
+  expect(one.With("entrySelector", 2), {"MajorError: entry selector is 2; should be 0"});
+  expect(one.With("segCountX2", 0),
          {"MajorError: search range is 2; should be 0", "MinorError: missing final 0xFFFFU"});
-  expect(TableBuilder(one).Patch("length", 23), {"FatalError: length incorrect start == 24, end == 23"});
-  expect(TableBuilder(one).Patch("endCode0", 0xFFFE).Patch("startCode0", 0xFFFE).Patch("idDelta0", 3),
+  expect(one.With("length", 23), {"FatalError: length incorrect start == 24, end == 23"});
+  expect(one.With("endCode0", 0xFFFE).Patch("startCode0", 0xFFFE).Patch("idDelta0", 3),
          {"MinorError: missing final 0xFFFFU"});
-  expect(TableBuilder(one).Patch("idDelta0", 0),
-         {"MinorError: final segment has <0xFFFFU,0xFFFFU> range but idDelta != 1"});
+  expect(one.With("idDelta0", 0), {"MinorError: final segment has <0xFFFFU,0xFFFFU> range but idDelta != 1"});
 }
 
 TEST(StructureCmap, Format4Segments) {
@@ -115,9 +112,8 @@ TEST(StructureCmap, Format4Segments) {
           "FatalError: segment 2 from 0x002F to 0x002F produces glyph indices from 15 to 15" + limit});
   const TableBuilder arrays = CmapFormat4({{0x41, 0x42, 0, {3, 9}}, {0x50, 0x51, -9, {9, 18}}});
   expect(arrays, {});
-  expect(TableBuilder(arrays).Patch("idDelta0", 1),
-         {"FatalError: segment maps char 0x0042 to out of range glyph index 2305"});
-  expect(TableBuilder(arrays).Patch("idRangeOffset0", 2).Patch("idRangeOffset1", 12),
+  expect(arrays.With("idDelta0", 1), {"FatalError: segment maps char 0x0042 to out of range glyph index 2305"});
+  expect(arrays.With("idRangeOffset0", 2).Patch("idRangeOffset1", 12),
          {"MinorError: idRangeOffset[ 0 ] == 0x00000002 is too small; it should be 0x00000006",
           "FatalError: idRangeOffset[ 1 ] == 0x0000000C is too large by 4 bytes"});
   expect(CmapFormat4({}).Patch("idRangeOffset0", 0xFFFF),
@@ -136,17 +132,16 @@ TEST(StructureCmap, Format6) {
   const Expect expect{"6"};
   const TableBuilder good = CmapFormat6(0x20, {1, 9});
   expect(good, {});
-  expect(TableBuilder(good).Patch("length", 0), {"FatalError: negative length: 0"});
+  expect(good.With("length", 0), {"FatalError: negative length: 0"});
   expect(CmapFormat6(0x20, {}), {"MajorError: entryCount is 0"});
   expect(CmapFormat6(0x20, {0, 10, 0}), {"TechnicalError: subtable begins with glyph 0 (wasted space)",
                                          "TechnicalError: subtable ends with glyph 0 (wasted space)",
                                          "FatalError: glyph index 1, glyph ID (2560) out of range (0-10)"});
   const TableBuilder wide = CmapFormat6(256, std::vector<uint16_t>(257, 1));
   expect(wide, {});
-  Expect{"6", 1, 25}(TableBuilder(wide).Patch("language", 33), {});
+  Expect{"6", 1, 25}(wide.With("language", 33), {});
   Expect{"6", 1, 0}(wide, {"FatalError: bad first code (0x100)", "TechnicalError: bad entry count (257) "});
-  ExpectMessage(RunOn(CmapTable({{4, 0, wide}})),
-                {"FatalError", "cmap: Encoding 0 (format 6), bad first code (0x100)"});
+  ExpectMessage(RunOn(CmapTable({{4, 0, wide}})), {kFatal, "cmap: Encoding 0 (format 6), bad first code (0x100)"});
 }
 
 std::string Size(int calculated, const char* comparison, int stated) {
@@ -189,23 +184,23 @@ TEST(StructureCmap, Format14) {
   ExpectMessages(run(good), {});
   const std::string range = in + "table 1, default range 1, variation selector U+FE01, character ";
   const auto mapping = [&](int index, const std::string& text) {
-    return Message{"MajorError", in + "table 1, nondefault mapping " + std::to_string(index) +
-                                     ", variation selector U+FE01, character " + text};
+    return Message{kMajor, in + "table 1, nondefault mapping " + std::to_string(index) +
+                               ", variation selector U+FE01, character " + text};
   };
   ExpectMessages(
       run(CmapFormat14({{0xFE00}, {0xFE01, {{0x41, 0}, {0x42, 3}}, {{0x50, 0}, {0x51, 0xFFFF}, {0x52, 10}}}})),
-      {{"TechnicalError", range + "U+0043 mapped to invalid glyph (-1)."},
-       {"MajorError", range + "U+0044 mapped to nonexistent glyph (10), glyph count == 10."},
-       {"TechnicalError", range + "U+0045 mapped to glyph 0."},
+      {{kTechnical, range + "U+0043 mapped to invalid glyph (-1)."},
+       {kMajor, range + "U+0044 mapped to nonexistent glyph (10), glyph count == 10."},
+       {kTechnical, range + "U+0045 mapped to glyph 0."},
        mapping(0, "U+0050 mapped to glyph 0."),
        mapping(1, "U+0051 mapped to invalid glyph (-1)."),
        mapping(1, "U+0051 mapped to nonexistent glyph (65535), glyph count == 10."),
        mapping(2, "U+0052 mapped to nonexistent glyph (10), glyph count == 10.")});
-  ExpectMessages(run(TableBuilder(good).Patch("length", 60).Zeros(2)), {{"MinorError", in + Size(58, "less", 60)}});
-  ExpectMessage(run(TableBuilder(good).Patch("mappings1", 2)), {"FatalError", in + Size(63, "greater", 58)});
+  ExpectMessages(run(good.With("length", 60).Zeros(2)), {{kMinor, in + Size(58, "less", 60)}});
+  ExpectMessage(run(good.With("mappings1", 2)), {kFatal, in + Size(63, "greater", 58)});
   const std::string none =
       "cmap: There is no encoding in the 'cmap' which can be used as the basis for a Unicode encoding";
-  ExpectMessages(RunOn(CmapTable({{3, 0, good}})), {{"FatalError", none}});
+  ExpectMessages(RunOn(CmapTable({{3, 0, good}})), {{kFatal, none}});
 }
 
 /// Tables that claim more than time and memory allow: the result is there, the messages are limited, and a table beyond

@@ -7,9 +7,6 @@ namespace {
 
 using namespace test;
 
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 /// Two features: 3 with the settings 0 and 2, 4 (exclusive) with 0, 1 and 2.
 TableBuilder Feat() {
   TableBuilder feat;
@@ -22,7 +19,7 @@ TableBuilder Feat() {
 void ExpectOfFeat(const Bytes& feat, std::vector<Message> expected, FontBuilder font = {}) {
   for (Message& message : expected) message.text.insert(0, "feat: ");
   font.Table("name", NameTable({{256, "Three"}, {257, "Four"}})).Table("feat", feat);
-  ExpectMessages(test::Run(TestStructure_feat, font), expected);
+  Expect(TestStructure_feat, font, expected);
 }
 
 TEST(FeatStructure, NamesAndSettingsAreJudged) {
@@ -73,9 +70,7 @@ void ExpectOfProp(const Bytes& prop, std::vector<Message> expected) {
   std::vector<std::pair<uint16_t, int16_t>> metrics(6, {0, 0});
   metrics.emplace_back(500, 0);
   const FontBuilder font = FontBuilder().Table("maxp", MaxpTable(10)).Table("hhea", HheaTable(7));
-  ExpectMessages(
-      test::Run(TestStructure_prop, FontBuilder(font).Table("hmtx", MetricsTable(metrics)).Table("prop", prop)),
-      expected);
+  Expect(TestStructure_prop, FontBuilder(font).Table("hmtx", MetricsTable(metrics)).Table("prop", prop), expected);
 }
 
 TEST(PropStructure, HeadersAreJudged) {

@@ -12,8 +12,8 @@ const std::string kFeatures =
 const std::string kRequiresNone =
     kHeader + "flags indicate the font required layout, but they also indicate it has no default layout features";
 
-Message Technical(const std::string& text) { return {"TechnicalError", kHeader + text}; }
-Message Minor(const std::string& text) { return {"MinorError", text}; }
+Message Technical(const std::string& text) { return {kTechnical, kHeader + text}; }
+Message Minor(const std::string& text) { return {kMinor, text}; }
 
 /// A chain table in which one feature is on by default, or none is.
 Bytes Chains(bool extended, bool on) {
@@ -26,11 +26,11 @@ Bytes Chains(bool extended, bool on) {
 
 TEST(HeadStructure, TheSizeMayBePaddedToFourBytes) {
   const auto expect = [](size_t size, const std::vector<Message>& expected) {
-    ExpectMessages(test::Run(TestStructure_head, GoodFont().Truncate("head", size)), expected);
+    Expect(TestStructure_head, GoodFont().Truncate("head", size), expected);
   };
   for (const size_t size : {54u, 55u, 56u}) expect(size, {});
   expect(57, {Technical("is too big.  It is 57 bytes in size, but it should only be 54 bytes in size")});
-  expect(53, {{"FatalError", "head: The table is too small; it is only 53 bytes in size and should be at least 54"}});
+  expect(53, {{kFatal, "head: The table is too small; it is only 53 bytes in size and should be at least 54"}});
 }
 
 TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
@@ -38,26 +38,25 @@ TEST(HeadStructure, FieldsAreJudgedByTheirRanges) {
     const char* field;
     int64_t value;
     std::vector<Message> expected;
-  } cases[] = {
-      {"version", 0x00018000, {Technical("format should be 1.0 but is 1.500000 (0x00018000)")}},
-      {"magicNumber", 0xABC, {Technical("magic number should be 0x5F0F3CF5 but is 0x00000ABC")}},
-      {"unitsPerEm", 15, {Technical("units per em is 15, but it should be 16 or above")}},
-      {"unitsPerEm", 16385, {Technical("units per em is 16385, but it should be 16384 or below")}},
-      {"style", 128, {Technical("Valdour style field is 128; it should be 127 or below")}},
-      {"lowestRecPPEM", 25, {Technical("lowest readable point size is 25, which seems suspiciously high")}},
-      {"fontDirectionHint", -3, {Technical("direction hint value is -3; it should be -2, -1, 0, 1, or 2")}},
-      {"fontDirectionHint", 3, {Technical("direction hint value is 3; it should be -2, -1, 0, 1, or 2")}},
-      {"glyphDataFormat", -1, {Technical("glyph data format value is -1; it should be 0")}},
-      {"indexToLocFormat", -1, {{"FatalError", kHeader + "'loca' table format value is -1; it should be 0 or 1"}}}};
+  } cases[] = {{"version", 0x00018000, {Technical("format should be 1.0 but is 1.500000 (0x00018000)")}},
+               {"magicNumber", 0xABC, {Technical("magic number should be 0x5F0F3CF5 but is 0x00000ABC")}},
+               {"unitsPerEm", 15, {Technical("units per em is 15, but it should be 16 or above")}},
+               {"unitsPerEm", 16385, {Technical("units per em is 16385, but it should be 16384 or below")}},
+               {"style", 128, {Technical("Valdour style field is 128; it should be 127 or below")}},
+               {"lowestRecPPEM", 25, {Technical("lowest readable point size is 25, which seems suspiciously high")}},
+               {"fontDirectionHint", -3, {Technical("direction hint value is -3; it should be -2, -1, 0, 1, or 2")}},
+               {"fontDirectionHint", 3, {Technical("direction hint value is 3; it should be -2, -1, 0, 1, or 2")}},
+               {"glyphDataFormat", -1, {Technical("glyph data format value is -1; it should be 0")}},
+               {"indexToLocFormat", -1, {{kFatal, kHeader + "'loca' table format value is -1; it should be 0 or 1"}}}};
   for (const auto& [field, value, expected] : cases) {
     SCOPED_TRACE(field);
     const Bytes head = HeadTable().Patch(field, static_cast<uint64_t>(value));
-    ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", head)), expected);
+    Expect(TestStructure_head, GoodFont().Table("head", head), expected);
   }
   for (const bool low : {true, false}) {
     TableBuilder limits = HeadTable().Patch("unitsPerEm", low ? 16 : 16384).Patch("style", low ? 0 : 127);
     limits.Patch("lowestRecPPEM", low ? 0 : 24).Patch("fontDirectionHint", low ? 0xFFFE : 2);
-    ExpectMessages(test::Run(TestStructure_head, GoodFont().Table("head", limits)), {});
+    Expect(TestStructure_head, GoodFont().Table("head", limits), {});
   }
   // Without technical errors the ranges are not judged.
   const Bytes head = HeadTable().Patch("unitsPerEm", 1).Patch("flags", 0x1000).Patch("magicNumber", 0);
@@ -86,11 +85,11 @@ TEST(HeadStructure, FlagsAreHeldAgainstTheDefaultFeatures) {
     FontBuilder font = GoodFont().Table("head", HeadTable().Patch("flags", flags));
     const std::string tag = table;
     if (!tag.empty()) font.Table(tag, Chains(tag == "morx", on));
-    ExpectMessages(test::Run(TestStructure_head, font), expected);
+    Expect(TestStructure_head, font, expected);
   }
   // The extended table alone counts where there are both.
   FontBuilder both = GoodFont().Table("mort", Chains(false, true)).Table("morx", Chains(true, false));
-  ExpectMessages(test::Run(TestStructure_head, both), {});
+  Expect(TestStructure_head, both, {});
 }
 
 TEST(HeadStructure, TheHeaderDependsOnTheKindOfFont) {
@@ -98,13 +97,13 @@ TEST(HeadStructure, TheHeaderDependsOnTheKindOfFont) {
   bitmaps.Table("bloc", {1}).Table("bdat", {1}).Table("head", HeadTable());
   const Findings missing = test::Run(TestStructure_head, bitmaps);
   EXPECT_FALSE(missing.applies);
-  ExpectMessages(missing, {{"MajorError",
+  ExpectMessages(missing, {{kMajor,
                             "head: The font is missing a 'bhed' table, required by the Veltrin TrueType spec for "
                             "bitmap-only fonts."}});
-  ExpectMessages(test::Run(TestStructure_head, bitmaps.Table("bhed", HeadTable().Patch("unitsPerEm", 3))),
-                 {Technical("units per em is 3, but it should be 16 or above")});
-  ExpectMessages(test::Run(TestStructure_head, GoodFont().Truncate("head", 0)),
-                 {{"FatalError", "head: The font is missing a 'head' table, required by the TrueType spec."}});
+  Expect(TestStructure_head, bitmaps.Table("bhed", HeadTable().Patch("unitsPerEm", 3)),
+         {Technical("units per em is 3, but it should be 16 or above")});
+  Expect(TestStructure_head, GoodFont().Truncate("head", 0),
+         {{kFatal, "head: The font is missing a 'head' table, required by the TrueType spec."}});
 }
 
 }  // namespace

@@ -6,9 +6,7 @@ namespace {
 
 using namespace test;
 
-Message Technical(const std::string& text) { return {"TechnicalError", "hhea: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "hhea: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "hhea: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("hhea: ");
 
 /// The 'hhea' of GoodFont with some fields changed.
 using Changes = std::vector<std::pair<std::string, int64_t>>;
@@ -26,7 +24,7 @@ struct Case {
 void ExpectAll(const FontBuilder& font, const std::vector<Case>& cases) {
   for (const auto& [changes, expected] : cases) {
     SCOPED_TRACE(changes.empty() ? "unchanged" : changes[0].first + " " + std::to_string(changes[0].second));
-    ExpectMessages(test::Run(TestStructure_hhea, FontBuilder(font).Table("hhea", Changed(changes))), expected);
+    Expect(TestStructure_hhea, FontBuilder(font).Table("hhea", Changed(changes)), expected);
   }
 }
 
@@ -79,7 +77,7 @@ TEST(HheaStructure, TheCaretSlopeIsSoundAndFitsTheItalicAngle) {
   const std::vector<Message> horizontal = {
       Minor("caretSlopeRise (0) and caretSlopeRun (1) will cause a horizontal caret")};
   const Message backward = Minor("caretSlopeRise (5) and caretSlopeRun (-1) will cause a backward-slanted caret");
-  ExpectAll(GoodFont(), {{caret(0, 0), {{"MajorError", "hhea: both caretSlopeRise and caretSlopeRun are zero"}}},
+  ExpectAll(GoodFont(), {{caret(0, 0), {Major("both caretSlopeRise and caretSlopeRun are zero")}},
                          {caret(0, 1), {horizontal[0], Minor("The caret slope (0/1" + vertical)}},
                          {caret(5, -1), {backward, Minor("The caret slope (5/-1" + vertical)}}});
   const Bytes slanted = PostTable().Patch("italicAngle", 0xFFF40000);
@@ -107,7 +105,7 @@ TEST(HheaStructure, TheCaretSlopeFitsTheSlantDescriptor) {
   for (const auto& [angle, expected] : cases) {
     SCOPED_TRACE(angle);
     const Bytes fdsc = TableBuilder().U32(0x00010000).U32(1).Text("slnt").U32(angle);
-    ExpectMessages(test::Run(TestStructure_hhea, GoodFont().Table("fdsc", fdsc)), expected);
+    Expect(TestStructure_hhea, GoodFont().Table("fdsc", fdsc), expected);
   }
 }
 
@@ -116,12 +114,11 @@ TEST(HheaStructure, OtherTablesDecideHowFarTheTestGoes) {
   EXPECT_FALSE(none.applies);
   ExpectMessages(none, {});
   const FontBuilder broken = GoodFont().Table("hhea", Bytes(36));
-  ExpectMessages(test::Run(TestStructure_hhea, FontBuilder(broken).Remove("head")),
-                 {Fatal("'head' table is needed for 'hhea' test.")});
-  ExpectMessages(test::Run(TestStructure_hhea, FontBuilder(broken).Remove("head").Remove("loca")), {});
+  Expect(TestStructure_hhea, FontBuilder(broken).Remove("head"), {Fatal("'head' table is needed for 'hhea' test.")});
+  Expect(TestStructure_hhea, FontBuilder(broken).Remove("head").Remove("loca"), {});
   FontBuilder bitmaps = FontBuilder(broken).Remove("glyf").Table("EBLC", {1}).Table("EBDT", {1});
-  ExpectMessages(test::Run(TestStructure_hhea, bitmaps),
-                 {{"Information", "hhea: table is redundant for sbit-only fonts and has not been checked."}});
+  Expect(TestStructure_hhea, bitmaps,
+         {Information("table is redundant for sbit-only fonts and has not been checked.")});
 }
 
 }  // namespace

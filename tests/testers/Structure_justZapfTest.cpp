@@ -7,9 +7,6 @@ namespace {
 
 using namespace test;
 
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 /// Horizontal data: glyph 1 has a cluster of one width delta, glyph 2 a list of one action of a type; a machine gives
 /// glyph 1 the class 5, which the delta is for.
 TableBuilder Just(uint16_t actionType, const Bytes& actionData) {
@@ -23,17 +20,15 @@ TableBuilder Just(uint16_t actionType, const Bytes& actionData) {
   just.Patch("widthDeltas", just.Size()).U32(1, "deltas").U32(5, "deltaClass");
   just.S32(0, "growth").S32(0).S32(0).S32(0, "shrinkage").U16(0, "growFlags").U16(0);
   just.Patch("postcompensation", just.Size()).Append(LookupFormat6({{2, 20}})).U32(1, "actions");
-  return just.U16(5, "actionClass")
-      .U16(actionType, "type")
-      .U32(8 + actionData.size(), "length")
-      .Append(actionData, "data");
+  just.U16(5, "actionClass").U16(actionType, "type").U32(8 + actionData.size(), "length");
+  return just.Append(actionData, "data");
 }
 void ExpectOfJust(const Bytes& just, std::vector<Message> expected, bool isOfData = true) {
   for (Message& message : expected) message.text.insert(0, isOfData ? "just: Horizontal data: " : "just: ");
   TableBuilder fvar;
   fvar.U32(0x00010000).U16(16).U16(2).U16(1).U16(20).Zeros(4).Text("wght").Zeros(16);
   const FontBuilder font = FontBuilder().Table("maxp", MaxpTable(10)).Table("fvar", fvar);
-  ExpectMessages(test::Run(TestStructure_just, FontBuilder(font).Table("just", just)), expected);
+  Expect(TestStructure_just, FontBuilder(font).Table("just", just), expected);
 }
 const Bytes kNothing = {};
 

@@ -5,15 +5,11 @@ namespace {
 
 using namespace test;
 
-const std::string kTechnical = "TechnicalError", kMajor = "MajorError", kFatal = "FatalError";
-const std::string kInformation = "Information", kMinor = "MinorError";
-
 /// Expects the messages, without their beginning, in a font of 10 glyphs and 1000 units per em.
 void ExpectOf(const Bytes& kern, std::vector<Message> expected) {
   for (Message& message : expected) message.text.insert(0, "kern: ");
-  ExpectMessages(test::Run(TestStructure_kern,
-                           FontBuilder().Table("head", HeadTable()).Table("maxp", MaxpTable(10)).Table("kern", kern)),
-                 expected);
+  Expect(TestStructure_kern, FontBuilder().Table("head", HeadTable()).Table("maxp", MaxpTable(10)).Table("kern", kern),
+         expected);
 }
 /// The same for messages about the one subtable.
 void ExpectOfSubtable(const Bytes& kern, std::vector<Message> expected) {
@@ -109,9 +105,7 @@ TEST(KernStructure, ClassesLeadIntoTheArray) {
   TableBuilder body;
   body.U16(4, "rowWidth").U16(16, "leftTable").U16(24, "rightTable").U16(32, "array");
   body.U16(1).U16(2).U16(32).U16(36, "left").U16(2).U16(2).U16(0).U16(2, "right").S16(1).S16(2).S16(-3).S16(4, "last");
-  const auto changed = [&](const char* field, uint64_t value) {
-    return Version1(2, TableBuilder(body).Patch(field, value));
-  };
+  const auto changed = [&](const char* field, uint64_t value) { return Version1(2, body.With(field, value)); };
   ExpectOfSubtable(Version1(2, body), {});
   ExpectOfSubtable(changed("rowWidth", 3), {{kMajor, "The row width is 3"}});
   ExpectOfSubtable(changed("left", 34),
@@ -133,7 +127,7 @@ TEST(KernStructure, IndicesHaveValues) {
   body.U16(10, "glyphs").U8(2, "values").U8(2).U8(1).U8(0, "flags").S16(5).S16(1500, "value");
   body.Zeros(9).U8(1, "left").Zeros(10).U8(0).U8(1, "index");
   const auto changed = [&](const char* field, uint64_t value) {
-    return Version1(3, TableBuilder(body).Patch("value", 6).Patch(field, value));
+    return Version1(3, body.With("value", 6).Patch(field, value));
   };
   ExpectOfSubtable(Version1(3, body), {{kMinor, "1 values are larger than the em; the first is 1500"}});
   ExpectOfSubtable(changed("flags", 1), {{kTechnical, "The flags (0x01) are not zero"}});

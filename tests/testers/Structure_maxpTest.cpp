@@ -6,9 +6,7 @@ namespace {
 
 using namespace test;
 
-Message Minor(const std::string& text) { return {"MinorError", "maxp: " + text}; }
-Message Technical(const std::string& text) { return {"TechnicalError", "maxp: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "maxp: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("maxp: ");
 
 /// A simple glyph of 4 points and 3 instruction bytes, one of 5 points in 2 contours, a compound of both, and one of
 /// that and the first.
@@ -33,7 +31,7 @@ const Message kDeep = Minor(
 TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
   const auto expect = [](const Bytes& maxp, const std::vector<Message>& expected) {
     for (const char* tag : {"CFF ", "CFF2"}) {
-      ExpectMessages(test::Run(TestStructure_maxp, GoodFont().Table(tag, {1}).Table("maxp", maxp)), expected);
+      Expect(TestStructure_maxp, GoodFont().Table(tag, {1}).Table("maxp", maxp), expected);
     }
   };
   const std::string version = "The table's version is 0x00010000; it should be 0x00010000";
@@ -45,15 +43,12 @@ TEST(MaxpStructure, PostScriptOutlinesHaveTheShortForm) {
 }
 
 TEST(MaxpStructure, OtherOutlinesHaveTheLongForm) {
-  const auto expect = [](const FontBuilder& font, const std::vector<Message>& expected) {
-    ExpectMessages(test::Run(TestStructure_maxp, font), expected);
-  };
   FontBuilder bare = GoodFont().Remove("glyf");
-  expect(bare, {});
-  expect(bare.Truncate("maxp", 33), {Technical("The table is 33 bytes in size; it should be 32")});
-  expect(bare.Truncate("maxp", 31), {Fatal("The table is 31 bytes in size; it should be 32")});
+  Expect(TestStructure_maxp, bare, {});
+  Expect(TestStructure_maxp, bare.Truncate("maxp", 33), {Technical("The table is 33 bytes in size; it should be 32")});
+  Expect(TestStructure_maxp, bare.Truncate("maxp", 31), {Fatal("The table is 31 bytes in size; it should be 32")});
   const Bytes shortForm = MaxpTable(4).Patch("version", 0x00005000).Truncate(6);
-  expect(NestedFont().Table("maxp", shortForm),
+  Expect(TestStructure_maxp, NestedFont().Table("maxp", shortForm),
          {Fatal("The table is 6 bytes in size; it should be 32"),
           Minor("The table's version is 0x00005000; it should be 0x00010000"),
           Minor("The table's maximum point count is 0; it should be 5"),

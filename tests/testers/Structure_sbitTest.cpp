@@ -6,17 +6,14 @@ namespace {
 
 using namespace test;
 
-Message Technical(const std::string& text) { return {"TechnicalError", "sbit: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "sbit: " + text}; }
-Message Major(const std::string& text) { return {"MajorError", "sbit: " + text}; }
-Message Fatal(const std::string& text) { return {"FatalError", "sbit: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("sbit: ");
 
 /// A font of three glyphs with these bitmaps.
 FontBuilder Font(const TableBuilder& location, const TableBuilder& data) {
   return GoodFont().Table("EBLC", location).Table("EBDT", data);
 }
 void Expect(const TableBuilder& location, const TableBuilder& data, const std::vector<Message>& expected) {
-  ExpectMessages(test::Run(TestStructure_sbit, Font(location, data)), expected);
+  Expect(TestStructure_sbit, Font(location, data), expected);
 }
 /// The same for a font whose only strike has these index subtables.
 void ExpectImages(const std::vector<BitmapSubtable>& subtables, const TableBuilder& data,
@@ -61,32 +58,28 @@ TEST(SbitStructure, TablesGoTogether) {
   const TableBuilder location = BitmapLocationTable({{8, kGood}});
   Expect(location, kGoodData, {});
   EXPECT_FALSE(test::Run(TestStructure_sbit, GoodFont()).applies);
-  ExpectMessages(test::Run(TestStructure_sbit, GoodFont().Table("EBLC", location).Table("bdat", kGoodData)),
-                 {Fatal("The font has a 'bdat' table, but no 'bloc' table"),
-                  Fatal("The font has a 'EBLC' table, but no 'EBDT' table")});
-  ExpectMessages(
-      test::Run(TestStructure_sbit, Font(location, kGoodData).Table("bloc", location).Table("bdat", kGoodData)),
-      {Minor("The font has two sets of embedded bitmaps")});
+  Expect(TestStructure_sbit, GoodFont().Table("EBLC", location).Table("bdat", kGoodData),
+         {Fatal("The font has a 'bdat' table, but no 'bloc' table"),
+          Fatal("The font has a 'EBLC' table, but no 'EBDT' table")});
+  Expect(TestStructure_sbit, Font(location, kGoodData).Table("bloc", location).Table("bdat", kGoodData),
+         {Minor("The font has two sets of embedded bitmaps")});
   FontBuilder only = GoodFont().Remove("glyf").Table("bloc", location).Table("bdat", kGoodData);
-  ExpectMessages(test::Run(TestStructure_sbit, only),
-                 {Major("A bitmap-only font with a 'bloc' table needs a 'bhed' table")});
-  ExpectMessages(test::Run(TestStructure_sbit, only.Remove("head")),
-                 {Fatal("The font has no header, neither 'bhed' nor 'head'")});
-  ExpectMessages(test::Run(TestStructure_sbit, GoodFont().Table("bhed", HeadTable())),
-                 {Minor("The font has outlines, but the header of a bitmap-only font"),
-                  Technical("The font has two headers, 'bhed' and 'head'")});
+  Expect(TestStructure_sbit, only, {Major("A bitmap-only font with a 'bloc' table needs a 'bhed' table")});
+  Expect(TestStructure_sbit, only.Remove("head"), {Fatal("The font has no header, neither 'bhed' nor 'head'")});
+  Expect(TestStructure_sbit, GoodFont().Table("bhed", HeadTable()),
+         {Minor("The font has outlines, but the header of a bitmap-only font"),
+          Technical("The font has two headers, 'bhed' and 'head'")});
 }
 
 TEST(SbitStructure, HeadersAndStrikesAreJudged) {
   const TableBuilder location = BitmapLocationTable({{8, kGood}});
   Expect(TableBuilder(location).Truncate(7), kGoodData,
          {Fatal("The 'EBLC' table is too short for its header (7 bytes)")});
-  Expect(TableBuilder(location).Patch("version", 1), TableBuilder(kGoodData).Patch("version", 2),
+  Expect(location.With("version", 1), kGoodData.With("version", 2),
          {Major("The 'EBLC' table has the version 0x00000001; it should be 0x00020000"),
           Major("The 'EBDT' table has the version 0x00000002; it should be 0x00020000")});
   Expect(BitmapLocationTable({}), kGoodData, {Minor("The 'EBLC' table has no strikes")});
-  Expect(TableBuilder(location).Patch("numSizes", 5), kGoodData,
-         {Fatal("The 'EBLC' table announces 5 strikes, but has room for 1")});
+  Expect(location.With("numSizes", 5), kGoodData, {Fatal("The 'EBLC' table announces 5 strikes, but has room for 1")});
   Expect(
       TableBuilder(location)
           .Patch("ppemX0", 0)
@@ -122,13 +115,12 @@ TEST(SbitStructure, IndexSubtablesAreJudged) {
       {Major("Strike 0 has 1 index subtables whose first glyph is above the last; subtable 0 covers glyphs 1 to 0"),
        Major("Strike 0 has 1 index subtables beyond the glyphs of the font; subtable 1 ends with glyph 3 of 3"),
        Minor("Strike 0 has 1 index subtables outside the strike's glyphs 0 to 2; subtable 1 covers glyphs 2 to 3")});
-  ExpectImages({{0, 0, TableBuilder(one).Patch("indexFormat", 6)},
-                {1, 1, TableBuilder(one).Patch("imageFormat", 4)},
-                {2, 2, TableBuilder(one).Patch("imageFormat", 5)}},
-               kGoodData,
-               {Major("Strike 0 has 1 index subtables of an unknown format; subtable 0 has format 6"),
-                Major("Strike 0 has 1 index subtables with an unknown image format; subtable 1 has image format 4"),
-                Major("Strike 0 has 1 index subtables whose images have no metrics, the first of them subtable 2")});
+  ExpectImages(
+      {{0, 0, one.With("indexFormat", 6)}, {1, 1, one.With("imageFormat", 4)}, {2, 2, one.With("imageFormat", 5)}},
+      kGoodData,
+      {Major("Strike 0 has 1 index subtables of an unknown format; subtable 0 has format 6"),
+       Major("Strike 0 has 1 index subtables with an unknown image format; subtable 1 has image format 4"),
+       Major("Strike 0 has 1 index subtables whose images have no metrics, the first of them subtable 2")});
   ExpectImages(
       {{0, 2, one}}, kGoodData,
       {Fatal("Strike 0 has 1 index subtables that end beyond the table (80 bytes); subtable 0 ends at byte 88")});
@@ -189,18 +181,10 @@ TEST(SbitStructure, ComponentsHaveImages) {
 }
 
 TEST(SbitStructure, OverlappingIndexesEndTheTest) {
-  std::vector<BitmapSubtable> subtables(100, {0, 2, BitmapIndex3(1, {0, 0, 0, 0})});
-  std::vector<BitmapStrike> strikes(2000, {8, subtables});
-  TableBuilder location = BitmapLocationTable({{8, subtables}});
-  TableBuilder many;
-  many.U32(0x00020000).U32(2000);
-  const Bytes& one = location.Data();
-  Bytes record(one.begin() + 8, one.begin() + 56);
-  for (int i = 0; i < 2000; ++i) {
-    TableBuilder strike;
-    strike.U32(8 + 48 * 2000).Append(Bytes(record.begin() + 4, record.end()));
-    many.Append(strike);
-  }
+  const std::vector<BitmapSubtable> subtables(100, {0, 2, BitmapIndex3(1, {0, 0, 0, 0})});
+  const Bytes one = BitmapLocationTable({{8, subtables}});
+  TableBuilder many = TableBuilder().U32(0x00020000).U32(2000);
+  for (int i = 0; i < 2000; ++i) many.U32(8 + 48 * 2000).Append(Bytes(one.begin() + 12, one.begin() + 56));
   many.Append(Bytes(one.begin() + 56, one.end()));
   const Findings findings = test::Run(TestStructure_sbit, Font(many, kGoodData));
   ASSERT_FALSE(findings.messages.empty());
@@ -213,23 +197,17 @@ TEST(SbitStructure, ScaledSizesAreJudged) {
     return test::Run(TestStructure_sbit, Font(BitmapLocationTable({{8, kGood}}), kGoodData).Table("EBSC", scaled));
   };
   TableBuilder scaled;
-  scaled.U32(0x00020000, "version")
-      .U32(1, "numSizes")
-      .Zeros(24)
-      .U8(9, "ppemX")
-      .U8(9, "ppemY")
-      .U8(8, "substitutePpemX")
-      .U8(8);
+  scaled.U32(0x00020000, "version").U32(1, "numSizes").Zeros(24);
+  scaled.U8(9, "ppemX").U8(9, "ppemY").U8(8, "substitutePpemX").U8(8);
   ExpectMessages(run(scaled), {});
-  ExpectMessages(run(TableBuilder(scaled).Patch("ppemX", 0)), {Minor("Scaled size 0 has a zero size")});
-  ExpectMessages(run(TableBuilder(scaled).Patch("ppemX", 8).Patch("ppemY", 8).Patch("substitutePpemX", 7)),
+  ExpectMessages(run(scaled.With("ppemX", 0)), {Minor("Scaled size 0 has a zero size")});
+  ExpectMessages(run(scaled.With("ppemX", 8).Patch("ppemY", 8).Patch("substitutePpemX", 7)),
                  {Major("Scaled size 0 uses a strike of 7 by 8 pixels, which the font lacks"),
                   Technical("Scaled size 0 is for 8 by 8 pixels, which the font has as a strike")});
-  ExpectMessages(run(TableBuilder(scaled).Patch("version", 1).Patch("numSizes", 2)),
+  ExpectMessages(run(scaled.With("version", 1).Patch("numSizes", 2)),
                  {Major("The 'EBSC' table has the version 0x00000001; it should be 0x00020000"),
                   Fatal("The 'EBSC' table has 36 bytes; its 2 sizes take 64")});
-  ExpectMessages(run(TableBuilder(scaled).Patch("numSizes", 0)),
-                 {Technical("The 'EBSC' table has 36 bytes; its 0 sizes take 8")});
+  ExpectMessages(run(scaled.With("numSizes", 0)), {Technical("The 'EBSC' table has 36 bytes; its 0 sizes take 8")});
 }
 
 }  // namespace

@@ -39,10 +39,9 @@ TEST(TesterBase, SeveritiesAreASetInOrderOfReportAndMessagesAreAllKept) {
   };
   const Findings full = RunScript(body);
   EXPECT_THAT(full.severities, testing::ElementsAre("MinorError", "FatalError"));
-  ExpectMessages(full, {{"MinorError", "cmap: Entry 1"},
-                        {"FatalError", "cmap: Bad version 0x00010000"},
-                        {"MinorError", "cmap: Entry 2"}});
-  ExpectMessage(RunScript<false>(body), {"MinorError", "Entry 2"});
+  ExpectMessages(full,
+                 {{kMinor, "cmap: Entry 1"}, {kFatal, "cmap: Bad version 0x00010000"}, {kMinor, "cmap: Entry 2"}});
+  ExpectMessage(RunScript<false>(body), {kMinor, "Entry 2"});
   EXPECT_EQ(RunScript(body, {.messages = false}).severities, full.severities);
   EXPECT_FALSE(RunScript([&](const VornFontTester& tester) { return !body(tester); }).applies);
 }
@@ -73,8 +72,7 @@ TEST(TesterBase, AnEscapedExceptionBecomesAFatalFindingAfterWhatWasFound) {
     tester.ReportResult(Severity::kMinorError, "Before");
     throw FTException("a == b", -1, "It broke", "File", 7);
   });
-  ExpectMessages(findings,
-                 {{"MinorError", "cmap: Before"}, {"FatalError", "Error -1 (a == b) in file File, line 7 (It broke)"}});
+  ExpectMessages(findings, {{kMinor, "cmap: Before"}, {kFatal, "Error -1 (a == b) in file File, line 7 (It broke)"}});
   EXPECT_THAT(findings.severities, testing::ElementsAre("MinorError", "FatalError"));
   EXPECT_THROW(RunScript([](const VornFontTester&) -> bool { throw std::bad_alloc(); }), std::bad_alloc);
 }
@@ -112,7 +110,7 @@ TEST(PlatformCodes, EachPlatformHasItsScriptsAndLanguages) {
       {1, 29, 29, {{minor, "language code (29) for the Slavic (central Europe Roman) script on the Valdor"}}},
       {1, 32, 95, {{minor, "script code (32) for the Valdor"}, {minor, "language code (95) for the Valdor"}}},
       {3, 10, 0x7FFF, {}},
-      {3, 11, 0, {{"MajorError", "script code (11) for the Microsoft"}}},
+      {3, 11, 0, {{kMajor, "script code (11) for the Microsoft"}}},
       {2, 0, 0, {{technical, "platform code (2)"}}}};
   for (auto [platform, script, language, messages] : cases) {
     SCOPED_TRACE(testing::Message() << platform << ' ' << script << ' ' << language);

@@ -19,8 +19,7 @@ void Expect(const FontBuilder& font, const std::vector<Message>& expected) {
   ExpectMessages(findings, expected);
 }
 
-Message Fatal(const std::string& text) { return {"FatalError", "sfnt: " + text}; }
-Message Minor(const std::string& text) { return {"MinorError", "sfnt: " + text}; }
+const auto [Information, Technical, Minor, Major, Fatal] = MessagesOf("sfnt: ");
 
 const std::string kRequired = "(required by the TrueType specification).";
 TEST(SfntUsability, OutlinesNeedSevenTables) {
@@ -45,7 +44,7 @@ TEST(SfntUsability, BitmapFontsNeedTheirTables) {
                 "Corvane)."),
           Fatal("A font is missing an Ormel bitmap data ('bdat') table (required for embedded bitmaps).")});
   Expect(GoodFont().Table("bhed", {1}).Table("bloc", {1}).Table("bdat", {1}),
-         {{"Information", "sfnt: A font which claims to be bitmap only has outline data."}});
+         {Information("A font which claims to be bitmap only has outline data.")});
 }
 
 TEST(SfntUsability, AFontWithoutGlyphsSaysSo) {
