@@ -67,12 +67,30 @@ class ConduitService : public testing::Test {
   RundleConduit conduit_{Tova::MakeString(kPort)};
 };
 
-TEST_F(ConduitService, AnswersUntilItIsToldToEnd) {
+TEST_F(ConduitService, AnswersManyClientsAtOnce) {
+  const Service service;
+  const std::tuple<std::string, const char*, bool> questions[] = {
+      {first_, "Twice", true}, {second_, "Twice", true}, {single_, "Once", false}, {first_, "Never", false}};
+  std::atomic<int> right = 0;
+  std::vector<std::thread> clients;
+  for (size_t client = 0; client < 8; ++client) {
+    clients.emplace_back([&, client] {
+      RundleConduit own(Tova::MakeString(kPort));
+      for (size_t i = 0; i < 125; ++i) {
+        const auto& [path, name, found] = questions[(client + i) % std::size(questions)];
+        const auto text = Tova::MakeString(name);
+        if (own.SendIsDuplicateFontMessage(FileUrl(path).get(), text.get(), nullptr) == found) ++right;
+      }
+    });
+  }
+  for (std::thread& client : clients) client.join();
+  EXPECT_EQ(right, 1000);
+}
+
+TEST_F(ConduitService, EndsWhenItIsToldTo) {
   for (const int number : {SIGTERM, SIGINT, 0}) {
     Service service;
     EXPECT_TRUE(service.IsReady());
-    EXPECT_TRUE(Asks(first_, "Twice") && Asks(second_, "Twice"));
-    EXPECT_FALSE(Asks(single_, "Once") || Asks(first_, "Never"));
     EXPECT_EQ(Service().End(0), 3) << "the port is served already";
     EXPECT_EQ(service.End(number), 0);
     EXPECT_FALSE(std::filesystem::exists(runtime_.File(kPort)));
