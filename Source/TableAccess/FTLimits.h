@@ -29,7 +29,8 @@ inline constexpr uint64_t kFTWorkAllowedPerByte = 16;
 inline constexpr uint64_t kFTMostWorkAllowed = uint64_t{1} << 27;
 
 /// What costs several steps: a test's look at one glyph's offsets, metrics or record; a component of a compound glyph;
-/// the comparison of a device width; the look-up of a character.
+/// the comparison of a device width; the look-up of a character; a part of a layout table; the name of a glyph; the
+/// fields of a bitmap strike.
 inline constexpr uint64_t kFTStepsOfGlyph = 4;
 inline constexpr uint64_t kFTStepsOfComponent = 3;
 inline constexpr uint64_t kFTStepsOfWidth = 4;

@@ -72,7 +72,7 @@ class VornFontTester {
   /// Whether the caller asked for findings of this severity.
   bool ExecuteTestsWithSeverity(Severity iSeverity) const { return _fOptions->severities.Has(iSeverity); }
   /// The accessor of a table with this tag when the running test examines one; null otherwise.
-  const FTFontTable* TestsTableWithTag(uint32_t) const { return nullptr; }
+  virtual const FTFontTable* TestsTableWithTag(uint32_t) const { return nullptr; }
   /// The string table of the test's messages and their prefix; null for no prefix.
   virtual const char* GetStringTableName() const { return "VornFTMessages"; }
 
@@ -106,9 +106,6 @@ class VornFontTester {
   static void SortTableOffsets(std::vector<uint64_t>& ioOffsets);
   /// Inserts the offset into the ascending collection unless it is there.
   static void AddOffsetToCollection(std::vector<uint16_t>& ioCollection, uint16_t iOffset);
-
- protected:
-  void AppendResult(Severity iSeverity) const { _fSink.AppendResult(iSeverity); }
 
  private:
   friend class At;

@@ -52,4 +52,11 @@ TEST(Catalogue, ListsByTypeInTheOrderOfTheTypes) {
   EXPECT_EQ(Identifiers(Array({kVornFontTestUsabilityTest, number.get()})), std::vector<std::string>{"(null)"});
 }
 
+TEST(Catalogue, IdentifiersAreMatchedExactly) {
+  EXPECT_NE(FindTestLink("veltrin.duplicates"), nullptr);
+  for (const char* other : {"", "veltrin.TrueType", "veltrin.duplicates ", "veltrin.Duplicates", "zzz"}) {
+    EXPECT_EQ(FindTestLink(other), nullptr) << other;
+  }
+}
+
 }  // namespace

@@ -1,3 +1,4 @@
+#include "Tests/InstructionStream.h"
 #include "Tests/VornFontTesterInstructions_fpgm.h"
 #include "Tests/VornFontTesterInstructions_glyf.h"
 #include "Tests/VornFontTesterInstructions_prep.h"
@@ -68,6 +69,37 @@ TEST(InstructionStream, IfsDefinitionsAndOpcodesAreInOrder) {
   for (const auto& [stream, messages] : cases) Expect(stream, messages);
   Expect(TestInstructions_prep, FontBuilder().Table("prep", {0x59, 0x7B}),
          {{kMinor, "prep: EIF appears without matching IF"}});
+}
+
+/// Walks 'prep' as a program of the kind that the tag says, and counts its definitions.
+template <uint32_t kKind>
+struct KindTester : VornFontTester {
+  static constexpr TestIdentity kIdentity = {.identifier = "kind", .types = {TestType::kStructure}, .prefix = "prep"};
+  using VornFontTester::VornFontTester;
+  const FTFontTable* TestsTableWithTag(uint32_t tag) const override {
+    return tag == kKind ? SfntFont().GetTaggedTable(FTTag("prep")) : nullptr;
+  }
+  bool ExecuteTest() const override {
+    const FTFontTable& table = *SfntFont().GetTaggedTable(FTTag("prep"));
+    CheckTrueTypeInstructionStream(this, table.Bytes(), table.GetSize(), &functions, &instructions);
+    return true;
+  }
+  static inline uint16_t functions = 0, instructions = 0;
+};
+
+TEST(InstructionStream, TheKindOfProgramAddsRulesAndDefinitionsAreCounted) {
+  using FontProgram = KindTester<FTTag("fpgm")>;
+  using GlyphProgram = KindTester<FTTag("glyf")>;
+  const auto prep = [](const Bytes& program) { return FontBuilder().Table("prep", program); };
+  Expect(RunTester<FontProgram>, prep({0x4B}),
+         Major("prep", {"Opcode 4B not allowed outside an FDEF/IDEF for font program"}));
+  Expect(RunTester<FontProgram>, prep({0x2C, 0x4B, 0x58, 0x1B, 0x59, 0x2D, 0x89, 0x2D, 0x2C, 0x2D}), {});
+  EXPECT_EQ(FontProgram::functions, 2);
+  EXPECT_EQ(FontProgram::instructions, 1);
+  Expect(RunTester<GlyphProgram>, prep({0x4B, 0x2C, 0x2D}),
+         Major("prep", {"FDEF not allowed in a glyph program", kUnbalancedDefinition}));
+  Expect(RunTester<GlyphProgram>, prep({0x89}),
+         Major("prep", {"IDEF not allowed in a glyph program", kUnbalancedDefinition}));
 }
 
 TEST(InstructionTesters, WalkGlyphAndTablePrograms) {

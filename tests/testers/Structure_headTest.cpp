@@ -1,4 +1,5 @@
 #include "Tests/VornFontTesterStructure_head.h"
+#include "support/GlyphBuilder.h"
 #include "support/TestRun.h"
 
 namespace {
@@ -104,6 +105,27 @@ TEST(HeadStructure, TheHeaderDependsOnTheKindOfFont) {
          {Technical("units per em is 3, but it should be 16 or above")});
   Expect(TestStructure_head, GoodFont().Truncate("head", 0),
          {{kFatal, "head: The font is missing a 'head' table, required by the TrueType spec."}});
+}
+
+/// Checks the box, which the test itself does not.
+struct BoxTester : VornFontTesterStructure_head {
+  using VornFontTesterStructure_head::VornFontTesterStructure_head;
+  bool ExecuteTest() const override {
+    CheckBoundingBox();
+    return true;
+  }
+};
+
+TEST(HeadStructure, TheBoundingBoxIsThatOfTheGlyphsThatDraw) {
+  FontBuilder font = OutlineFont({{}, SimpleGlyph({{{-20, 5}, {30, 400}}}), SimpleGlyph({{{1, 2}, {9, 9}}})});
+  TableBuilder head = HeadTable();
+  head.Patch("xMin", 0xFFFF - 19).Patch("yMin", 2).Patch("yMax", 400);
+  Expect(RunTester<BoxTester>, font.Table("head", head), {});
+  head.Patch("xMin", 0).Patch("yMin", 0).Patch("yMax", 700);
+  Expect(RunTester<BoxTester>, font.Table("head", head),
+         {Minor(kHeader + "minimum x-value (0) is incorrect; it should be -20"),
+          Minor(kHeader + "minimum y-value (0) is incorrect; it should be 2"),
+          Minor(kHeader + "maximum y-value (700) is incorrect; it should be 400")});
 }
 
 }  // namespace

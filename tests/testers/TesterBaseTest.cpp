@@ -92,6 +92,18 @@ TEST(TesterBase, OptionsDecideWhichSeveritiesAreEnabled) {
   expect({.messages = false, .severities = {"MinorError"}}, true, false, true);
 }
 
+TEST(TesterBase, OffsetsAreCollectedInOrderEachOnce) {
+  std::vector<uint16_t> collection;
+  for (const int offset : {5, 1, 5, 3}) {
+    VornFontTester::AddOffsetToCollection(collection, static_cast<uint16_t>(offset));
+  }
+  EXPECT_THAT(collection, testing::ElementsAre(1, 3, 5));
+  EXPECT_EQ(VornFontTester::NextOffset({1, 3, 5}, 3), 5u);
+  EXPECT_EQ(VornFontTester::NextOffset({1, 3, 5}, 5), 0u);
+  EXPECT_EQ(VornFontTester::FirstBit(0), 0xFFFFFFFF);
+  EXPECT_EQ(VornFontTester::FirstBit(0x80000001), 31u);
+}
+
 TEST(PlatformCodes, EachPlatformHasItsScriptsAndLanguages) {
   const std::string minor = "MinorError", technical = "TechnicalError";
   const struct {
