@@ -33,6 +33,9 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"major", Severity::kMajor},
                                    {"fatal", Severity::kFatal}};
 
+const Choices<Format> kFormats = {
+    {"text", Format::kText}, {"json", Format::kJson}, {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList}};
+
 /// What the word stands for.
 template <class T>
 const T& Choose(const Choices<T>& choices, const std::string& option, const std::string& word) {
@@ -90,13 +93,9 @@ void AddTestOptions(CLI::App& app, Options& options) {
   app.add_flag("--list-tests", options.listTests, "List the tests that would run, and run none.")->group(group);
 }
 
-void AddReportOptions(CLI::App& app, Options& options) {
+void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>& outputs) {
   static const Choices<Detail> kDetails = {
       {"results", Detail::kResults}, {"summary", Detail::kSummary}, {"full", Detail::kFull}};
-  static const Choices<Format> kFormats = {{"text", Format::kText},
-                                           {"json", Format::kJson},
-                                           {"jsonl", Format::kJsonLines},
-                                           {"plist", Format::kPropertyList}};
   static const Choices<ColorMode> kColors = {
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
@@ -116,9 +115,11 @@ void AddReportOptions(CLI::App& app, Options& options) {
             "ends; plist: an XML property list. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
-  app.add_option("-o,--output", options.output, "Write the report to a file instead of standard output.")
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
-      ->option_text("FILE")
+  AddRepeatable(app, "-o,--output", outputs,
+                "Write the report to a file instead of standard output.\n"
+                "With FORMAT: before it, write a further report in that\n"
+                "format to the file. Repeatable.")
+      ->option_text("[FORMAT:]FILE")
       ->group(group);
   app.add_flag("--all-messages", options.allMessages, "Show every message of a rule that many glyphs break, too.")
       ->group(group);
@@ -181,6 +182,25 @@ void TakePaths(const CLI::App& app, Options& options) {
   }
 }
 
+/// The reports that the values of --output and the other options ask for: FILE takes the place of standard output,
+/// FORMAT:FILE adds a report.
+std::vector<ReportRequest> ReportsWanted(const Options& options, const std::vector<std::string>& outputs) {
+  std::vector<ReportRequest> reports;
+  ReportRequest main{.format = options.format, .file = std::nullopt};
+  for (const std::string& output : outputs) {
+    const size_t colon = output.find(':');
+    const auto known =
+        std::ranges::find(kFormats, std::string_view(output).substr(0, colon), &Choices<Format>::value_type::first);
+    if (colon != std::string::npos && known != kFormats.end()) {
+      reports.push_back({.format = known->second, .file = output.substr(colon + 1)});
+    } else {
+      main.file = output;
+    }
+  }
+  if (main.file || !options.quiet) reports.insert(reports.begin(), main);
+  return reports;
+}
+
 /// What else the command line asks for then counts for nothing.
 Options AnswerOnly(const std::string& text) {
   Options options;
@@ -199,7 +219,8 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   app.footer(kFooter);
   app.allow_extras();
   AddTestOptions(app, options);
-  AddReportOptions(app, options);
+  std::vector<std::string> outputs;
+  AddReportOptions(app, options, outputs);
   AddRunOptions(app, options);
   const char* const* end = argv + argc;
   const char* const* dashes = std::find(argv, end, std::string_view("--"));
@@ -216,6 +237,7 @@ Options ParseCommandLine(int argc, const char* const* argv) {
     throw UsageError(error.what());
   }
   TakePaths(app, options);
+  options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
   if (options.paths.empty() && !options.listTests) throw UsageError("no font file or directory given");
   return options;

@@ -6,13 +6,19 @@
 #include <string>
 #include <vector>
 
-#include "Severity.h"
+#include "Report/Severity.h"
 
 namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
 enum class Format { kText, kJson, kJsonLines, kPropertyList };
 enum class ColorMode { kAuto, kAlways, kNever };
+
+/// A report that is wanted.
+struct ReportRequest {
+  Format format = Format::kText;
+  std::optional<std::string> file;  ///< none: standard output
+};
 
 /// What the command line asks for.
 struct Options {
@@ -24,8 +30,8 @@ struct Options {
   Severity enable = Severity::kInformation;
 
   Detail detail = Detail::kFull;
-  Format format = Format::kText;
-  std::optional<std::string> output;  ///< the file to write; none: standard output
+  Format format = Format::kText;  ///< of what goes to standard output, or to the file that has no format of its own
+  std::vector<ReportRequest> reports;  ///< none: only the exit status is wanted
   Severity show = Severity::kMajor;
   bool allMessages = false;
   uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all

@@ -4,9 +4,9 @@
 #include <csignal>
 #include <exception>
 
-#include "Memory.h"
 #include "Options.h"
-#include "Session.h"
+#include "Run/Memory.h"
+#include "Run/Session.h"
 
 namespace {
 

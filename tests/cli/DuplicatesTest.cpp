@@ -4,7 +4,7 @@
 
 #include <VornFontTest/ConduitProtocol.hpp>
 
-#include "ConduitForRun.h"
+#include "Run/ConduitForRun.h"
 #include "cli/Program.h"
 #include "support/InstalledFolder.h"
 

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "EscapedText.h"
+#include "Report/EscapedText.h"
 #include "cli/Program.h"
 #include "support/GlyphBuilder.h"
 #include "support/TemporaryFolder.h"

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <Tova/Tova.hpp>
+#include <string>
+#include <string_view>
+
+#include "Report/Report.h"
+
+namespace tool {
+
+/// {"path": ..., "report": ...}; bytes of the path that are not UTF-8 become U+FFFD.
+Tova::Dictionary FileEntry(const FileReport& report);
+/// A dictionary with one entry.
+Tova::Dictionary SingleEntry(std::string_view key, TovaTypeRef value);
+
+}  // namespace tool

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Formats/ReportFormat.h"
+
+namespace tool {
+
+/// {"files": [{"path": ..., "report": ...}, ...]}, one file a line.
+class JsonReport : public ReportFormat {
+ public:
+  std::string Head(const Totals& totals) const override;
+  void WriteFile(const FileReport& report, const TextSink& sink) const override;
+  std::string_view Between(bool isBlockBefore, bool isBlockAfter) const override;
+  std::string End(const Totals& totals) const override;
+};
+
+/// {"path": ..., "report": ...} for each file, one a line.
+class JsonLinesReport : public ReportFormat {
+ public:
+  void WriteFile(const FileReport& report, const TextSink& sink) const override;
+};
+
+}  // namespace tool

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Formats/ReportFormat.h"
+
+namespace tool {
+
+/// An XML property list: a dictionary whose "files" are an array of dictionaries of "path" and "report".
+class PropertyListReport : public ReportFormat {
+ public:
+  std::string Head(const Totals& totals) const override;
+  void WriteFile(const FileReport& report, const TextSink& sink) const override;
+  std::string End(const Totals& totals) const override;
+};
+
+/// Writes a value as an XML property list.
+void WritePropertyList(TovaTypeRef value, const TextSink& sink);
+
+}  // namespace tool

@@ -1,0 +1,23 @@
+#include "Formats/ReportFormat.h"
+
+#include "Formats/JsonReport.h"
+#include "Formats/PropertyListReport.h"
+#include "Formats/TextReport.h"
+
+namespace tool {
+
+std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& options, const Destination& destination) {
+  switch (format) {
+    case Format::kJson:
+      return std::make_unique<JsonReport>();
+    case Format::kJsonLines:
+      return std::make_unique<JsonLinesReport>();
+    case Format::kPropertyList:
+      return std::make_unique<PropertyListReport>();
+    case Format::kText:
+      break;
+  }
+  return std::make_unique<TextReport>(options, destination);
+}
+
+}  // namespace tool

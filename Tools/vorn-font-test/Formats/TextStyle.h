@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Report/Severity.h"
+
+namespace tool {
+
+/// Colors of a terminal, or none.
+class TextStyle {
+ public:
+  explicit TextStyle(bool colored) : colored_(colored) {}
+
+  std::string Bold(std::string_view text) const { return Colored("1", text); }
+  std::string Dim(std::string_view text) const { return Colored("2", text); }
+  std::string Good(std::string_view text) const { return Colored("32", text); }
+  /// The text in the color of a severity.
+  std::string Of(Severity severity, std::string_view text) const;
+
+ private:
+  /// The text between the ANSI escape sequences for this "select graphic rendition" code and for none.
+  std::string Colored(std::string_view code, std::string_view text) const;
+
+  bool colored_;
+};
+
+/// A count with its digits in groups of three: 65,000.
+std::string Grouped(size_t count);
+/// A grouped count and the noun in the right number: "1 font", "2 fonts".
+std::string Counted(size_t count, std::string_view noun);
+
+}  // namespace tool

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <Tova/Tova.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Report/Severity.h"
+
+namespace tool {
+
+/// A finding, with what the library tells about its place; texts that it does not tell are empty.
+struct Message {
+  Severity severity;
+  std::string_view text;
+  std::string_view format = text;  ///< names the rule: findings of one rule differ in their numbers and names only
+  std::string_view table = {};     ///< a tag
+  std::optional<int64_t> glyph = std::nullopt;
+  std::string_view glyphName = {};
+  std::optional<int64_t> offset = std::nullopt;  ///< bytes from the start of the table
+  std::string_view part = {};                    ///< of the table, in words
+};
+
+/// The messages of a test, read from the tree when asked for: there may be very many.
+class MessageList {
+ public:
+  explicit MessageList(TovaArrayRef messages = nullptr) : messages_(messages) {}
+  size_t size() const { return static_cast<size_t>(TovaArrayGetCount(messages_)); }
+  Message operator[](size_t index) const;
+
+ private:
+  TovaArrayRef messages_;
+};
+
+/// What one test found in one font.
+struct TestRecord {
+  std::string_view identifier;
+  std::string_view name;
+  bool ran = false;  ///< false for the record that says why a font could not be tested
+  SeveritySet results;
+  MessageList messages;
+};
+
+struct FontRecord {
+  std::string_view name;
+  std::string_view postScriptName;
+  std::string_view type;  ///< in words for people
+  std::vector<TestRecord> tests;
+};
+
+/// The report of one file as plain values, which borrow the texts of the library's tree.
+struct FileReport {
+  std::string path;
+  SeveritySet results;
+  std::vector<FontRecord> fonts;
+  TovaDictionaryRef tree = nullptr;  ///< borrowed
+};
+
+FileReport ReadReport(const std::string& path, TovaDictionaryRef tree);
+
+/// How many findings there are: messages, and one for each severity that the results hold and no message explains.
+SeverityCounts CountFindings(const TestRecord& test);
+
+}  // namespace tool

@@ -1,0 +1,29 @@
+#include "Run/ReportFile.h"
+
+namespace tool {
+
+ReportFile::ReportFile(const ReportRequest& request, const Options& options)
+    : output_(request.file), format_(MakeReportFormat(request.format, options, {.isTerminal = output_.IsTerminal()})) {}
+
+void ReportFile::Begin() {
+  if (!format_->HeadNeedsTotals()) Write(format_->Head({}));
+}
+
+void ReportFile::Add(Spool& part) {
+  const auto write = [this](std::string_view text) { format_->HeadNeedsTotals() ? waiting_.Write(text) : Write(text); };
+  if (lastWasBlock_) write(format_->Between(*lastWasBlock_, part.IsBlock()));
+  lastWasBlock_ = part.IsBlock();
+  part.CopyTo(write);
+  output_.Flush();
+}
+
+void ReportFile::End(const Totals& totals) {
+  if (format_->HeadNeedsTotals()) {
+    Write(format_->Head(totals));
+    waiting_.CopyTo([this](std::string_view text) { Write(text); });
+  }
+  Write(format_->End(totals));
+  output_.Close();
+}
+
+}  // namespace tool

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "Formats/ReportFormat.h"
+#include "Run/Output.h"
+#include "Run/Spool.h"
+
+namespace tool {
+
+/// A report as it is written: a format and the place where its text goes. What goes wrong throws OutputError.
+class ReportFile {
+ public:
+  ReportFile(const ReportRequest& request, const Options& options);
+
+  const ReportFormat& GetFormat() const { return *format_; }
+
+  void Begin();
+  /// The part of the next file.
+  void Add(Spool& part);
+  void End(const Totals& totals);
+
+ private:
+  void Write(std::string_view text) { output_.Write(text); }
+
+  Output output_;
+  std::unique_ptr<ReportFormat> format_;
+  Spool waiting_;                     ///< parts that stand behind a head that tells the totals
+  std::optional<bool> lastWasBlock_;  ///< none before the first part
+};
+
+}  // namespace tool
