@@ -12,6 +12,16 @@
 
 namespace tool {
 
+struct Rule;
+
+/// Whether a finding counts for the run: is shown, and may fail it.
+enum class Standing : uint8_t {
+  kCounts,
+  kHistoric,  ///< its rule is one of older systems, and the profile leaves those out
+  kIgnored,   ///< the configuration says, with a reason, that it is to be ignored
+  kKnown      ///< it stands in the baseline already
+};
+
 /// A finding, with what the library tells about its place; texts that it does not tell are empty.
 struct Message {
   Severity severity;
@@ -22,6 +32,8 @@ struct Message {
   std::string_view glyphName = {};
   std::optional<int64_t> offset = std::nullopt;  ///< bytes from the start of the table
   std::string_view part = {};                    ///< of the table, in words
+  const Rule* rule = nullptr;                    ///< that it breaks; null for one that is not in the catalogue
+  Standing standing = Standing::kCounts;
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.
