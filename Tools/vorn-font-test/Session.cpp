@@ -8,6 +8,7 @@
 
 #include "ConduitForRun.h"
 #include "EscapedText.h"
+#include "Explanation.h"
 #include "FileWalk.h"
 #include "TestList.h"
 #include "TestSelection.h"
@@ -135,7 +136,7 @@ class Session {
 
 int Run(const Options& options) {
   Tova::Array tests;
-  if (options.answer.empty()) {
+  if (options.answer.empty() && !options.explain) {
     tests = SelectTests(options);
     RefuseToOverwriteInput(options);
   }
@@ -143,6 +144,8 @@ int Run(const Options& options) {
   int status = kNothingFound;
   if (!options.answer.empty()) {
     output->Write(options.answer);
+  } else if (options.explain) {
+    WriteExplanation(*options.explain, options, *output);
   } else if (options.listTests) {
     WriteTestList(tests.get(), options, *output);
   } else {
