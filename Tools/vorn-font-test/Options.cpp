@@ -152,6 +152,12 @@ void AddRunOptions(CLI::App& app, Options& options) {
             "found; or never. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
+  app.add_option("--explain", options.explain,
+                 "Explain a rule, such as glyf/box-differs, or all rules of a\n"
+                 "test or of a group of them, such as glyf, and run no test.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("NAME")
+      ->group(group);
   app.set_help_flag("-h,--help", "Print this help.")->group(group);
   app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
 }
@@ -167,7 +173,8 @@ class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_usage(const CLI::App*, std::string) const override {
     return "\nUsage: vorn-font-test [OPTION]... PATH...\n"
-           "       vorn-font-test --list-tests [OPTION]...\n";
+           "       vorn-font-test --list-tests [OPTION]...\n"
+           "       vorn-font-test --explain NAME\n";
   }
   std::string make_positionals(const CLI::App*) const override {
     return "\nPATH is a font file or a directory, which is searched for font files recursively.\n";
@@ -239,7 +246,8 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
-  if (options.paths.empty() && !options.listTests) throw UsageError("no font file or directory given");
+  if (options.paths.empty() && !options.listTests && !options.explain)
+    throw UsageError("no font file or directory given");
   return options;
 }
 

@@ -40,6 +40,7 @@ struct Options {
 
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
+  std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained
 
   std::string answer;  ///< when not empty, the text of --help or --version, which is all that was asked for
 };

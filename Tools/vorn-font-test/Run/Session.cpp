@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "Formats/Explanation.h"
 #include "Formats/TestList.h"
 #include "Report/EscapedText.h"
 #include "Run/ConduitForRun.h"
@@ -117,6 +118,12 @@ int Run(const Options& options) {
   if (!options.answer.empty()) {
     Output output(std::nullopt);
     output.Write(options.answer);
+    output.Close();
+    return kNothingFound;
+  }
+  if (options.explain) {
+    Output output(AnswerFile(options));
+    WriteExplanation(*options.explain, options, output);
     output.Close();
     return kNothingFound;
   }
