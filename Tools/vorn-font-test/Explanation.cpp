@@ -4,6 +4,7 @@
 #include <map>
 #include <numeric>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Rules.h"
