@@ -146,12 +146,20 @@ void AddRunOptions(CLI::App& app, Options& options) {
     levels.emplace_back("never", std::nullopt);
     return levels;
   }();
-  const char* group = "The run";
+  static const Choices<Profile> kProfiles = {{"default", Profile::kDefault}, {"strict", Profile::kStrict}};
+  const char* group = "What counts";
+  AddChoice(app, "--profile", options.profile, kProfiles,
+            "default: findings of rules that mattered to older systems\n"
+            "only are left out of text and of --fail-on; strict: all\n"
+            "count. Default: default.")
+      ->option_text("PROFILE")
+      ->group(group);
   AddChoice(app, "--fail-on", options.failOn, kFailLevels,
             "Exit with 1 when something of this level or above is\n"
             "found; or never. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
+  group = "Instead of a run";
   app.add_option("--explain", options.explain,
                  "Explain a rule, such as glyf/box-differs, or all rules of a\n"
                  "test or of a group of them, such as glyf, and run no test.")

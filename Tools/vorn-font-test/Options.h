@@ -12,6 +12,10 @@ namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
 enum class Format { kText, kJson, kJsonLines, kPropertyList };
+enum class Profile {
+  kDefault,  ///< rules of older systems do not count
+  kStrict    ///< all rules count
+};
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.
@@ -38,6 +42,7 @@ struct Options {
   ColorMode color = ColorMode::kAuto;
   bool quiet = false;
 
+  Profile profile = Profile::kDefault;
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
   std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained

@@ -120,6 +120,32 @@ TEST_F(CommandLine, ExitStatusSaysWhatWasFound) {
   for (const auto& run : cases) EXPECT_EQ(RunProgram(run.arguments).status, run.status) << PrintToString(run.arguments);
 }
 
+TEST_F(CommandLine, RulesOfOlderSystemsCountInTheStrictProfileOnly) {
+  const TableBuilder zones = MaxpTable(3).Patch("maxZones", 1);
+  const std::string historic = folder_.Write("old.ttf", GoodFont().Table("maxp", zones).Build());
+  const std::string sound = folder_.Write(
+      "both.ttf", GoodFont().Table("maxp", TableBuilder(zones).Patch("maxSizeOfInstructions", 9)).Build());
+  const std::vector<std::vector<std::string>> ways = {{}, {"-q"}, {"-r", "results"}, {"--max-messages", "1"}};
+  for (std::vector<std::string> way : ways) {
+    way.insert(way.end(), {"-t", "*.maxp.*", "--fail-on", "minor"});
+    const auto status = [&](std::vector<std::string> more) {
+      more.insert(more.end(), way.begin(), way.end());
+      return RunProgram(more).status;
+    };
+    EXPECT_EQ(status({historic}), 0) << PrintToString(way);
+    EXPECT_EQ(status({"--profile", "strict", historic}), 1) << PrintToString(way);
+    EXPECT_EQ(status({sound}), 1) << "what is left out, or behind a limit, counts: " << PrintToString(way);
+  }
+  for (const auto& [profile, standing] : {std::pair("default", json("historic")), {"strict", json()}}) {
+    const auto lines = JsonLines(RunProgram({"-f", "jsonl", "-t", "*.maxp.*", "--profile", profile, historic}));
+    const json test = lines[0]["report"]["kVornFontTestFontsTestedKey"][0]["kVornFontTestArrayKey"][0];
+    const json& message = test["kVornFontTestMessagesKey"].back();
+    EXPECT_EQ(message["rule"], "maxp/zones-not-two");
+    EXPECT_EQ(message["state"], "historic");
+    EXPECT_EQ(message.value("standing", json()), standing);
+  }
+}
+
 TEST(Samples, AreGoodOrHaveFindingsOfEverySeverity) {
   const std::string folder = SAMPLES_FOLDER;
   EXPECT_EQ(RunProgram({"--fail-on", "technical", folder + "/Good.ttf", folder + "/Collection.ttc"}).status, 0);

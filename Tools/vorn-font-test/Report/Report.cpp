@@ -1,6 +1,7 @@
 #include "Report/Report.h"
 
 #include <Tova/Tova.hpp>
+#include <array>
 
 namespace tool {
 namespace {
@@ -61,36 +62,63 @@ FontRecord ReadFont(TovaDictionaryRef font) {
 
 }  // namespace
 
-Message MessageList::operator[](size_t index) const {
-  TovaDictionaryRef message = Tova::AsDictionary(TovaArrayGetValueAtIndex(messages_, static_cast<TovaIndex>(index)));
+std::string_view Word(Standing standing) {
+  static constexpr std::array<std::string_view, kStandingCount> kWords = {"counts", "historic", "ignored", "known"};
+  return kWords[static_cast<size_t>(standing)];
+}
+
+TovaDictionaryRef MessageList::TreeAt(size_t index) const {
+  return Tova::AsDictionary(TovaArrayGetValueAtIndex(messages_, static_cast<TovaIndex>(index)));
+}
+
+TovaStringRef MessageList::FormatAt(size_t index) const {
+  TovaDictionaryRef message = TreeAt(index);
+  TovaStringRef format = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestMessageFormatKey));
+  return format ? format : Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestMessageTextKey));
+}
+
+Judgement MessageList::JudgementAt(size_t index) const {
+  if (index < judgements_.size()) return judgements_[index];
   // Tests state the severity under the result key; the record of a font that could not be tested, under the other.
-  TovaStringRef severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
-  if (!severity) severity = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
-  const std::string_view text = TextAt(message, kVornFontTestMessageTextKey);
-  const std::string_view format = TextAt(message, kVornFontTestMessageFormatKey);
-  return {.severity = SeverityOf(severity),
-          .text = text,
-          .format = format.empty() ? text : format,
+  TovaDictionaryRef message = TreeAt(index);
+  TovaStringRef constant = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestResultKey));
+  if (!constant) constant = Tova::AsString(TovaDictionaryGetValue(message, kVornFontTestSeverityKey));
+  const Severity severity = SeverityOf(constant);
+  return {.severity = severity, .given = severity};
+}
+
+Message MessageList::operator[](size_t index) const {
+  TovaDictionaryRef message = TreeAt(index);
+  const Judgement judgement = JudgementAt(index);
+  return {.severity = judgement.severity,
+          .text = TextAt(message, kVornFontTestMessageTextKey),
+          .format = Tova::Text(FormatAt(index)),
           .table = TextAt(message, kVornFontTestMessageTableKey),
           .glyph = NumberAt(message, kVornFontTestMessageGlyphKey),
           .glyphName = TextAt(message, kVornFontTestMessageGlyphNameKey),
           .offset = NumberAt(message, kVornFontTestMessageOffsetKey),
-          .part = TextAt(message, kVornFontTestMessagePartKey)};
+          .part = TextAt(message, kVornFontTestMessagePartKey),
+          .rule = judgement.rule,
+          .standing = judgement.standing};
 }
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {
   return {.path = path,
           .results = SeveritySet(ArrayAt(tree, kVornFontTestResultKey)),
+          .listsFonts = ArrayAt(tree, kVornFontTestFontsTestedKey) != nullptr,
           .fonts = ReadAll(tree, kVornFontTestFontsTestedKey, ReadFont),
           .tree = tree};
 }
 
 SeverityCounts CountFindings(const TestRecord& test) {
   SeverityCounts counts;
-  for (size_t i = 0; i < test.messages.size(); ++i) ++counts[test.messages[i].severity];
-  for (Severity severity : kSeverities) {
-    if (counts[severity] == 0 && test.results.Has(severity)) counts[severity] = 1;
+  SeveritySet explained;
+  for (size_t i = 0; i < test.messages.size(); ++i) {
+    const Judgement judgement = test.messages.JudgementAt(i);
+    explained.Add(judgement.given);
+    counts[judgement.severity] += judgement.standing == Standing::kCounts;
   }
+  for (Severity severity : kSeverities) counts[severity] += test.results.Without(explained).Has(severity);
   return counts;
 }
 

@@ -1,5 +1,6 @@
 #include "Run/FileTester.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -43,19 +44,56 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
 }  // namespace
 
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
-    : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), formats_(std::move(formats)) {}
+    : failOn_(options.failOn),
+      judge_(options),
+      libraryOptions_(LibraryOptions(options, tests)),
+      formats_(std::move(formats)) {}
 
 FileOutcome FileTester::Test(const std::string& path) const {
-  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
-  const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
-  if (!tree) throw std::runtime_error(path + ": the library made no report");
-  const FileReport report = ReadReport(path, tree.get());
+  const Tova::Dictionary tree = MakeTree(path, libraryOptions_);
+  FileReport report = ReadReport(path, tree.get());
+  judge_.Apply(report);
+  report.fails = Fails(report);
   FileOutcome outcome{.parts = std::vector<Spool>(formats_.size()), .totals = TotalsOf(report)};
-  outcome.totals.reached = failOn_ && report.results.Reaches(*failOn_);
   for (size_t i = 0; i < formats_.size(); ++i) {
     formats_[i]->WriteFile(report, [&](std::string_view text) { outcome.parts[i].Write(text); });
   }
   return outcome;
+}
+
+Tova::Dictionary FileTester::MakeTree(const std::string& path, const Tova::Dictionary& libraryOptions) const {
+  const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
+  auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions.get()));
+  if (!tree) throw std::runtime_error(path + ": the library made no report");
+  return tree;
+}
+
+bool FileTester::Fails(const FileReport& report) const {
+  if (!failOn_) return false;
+  const Judge::Decision decision = judge_.Decide(report, *failOn_);
+  if (decision != Judge::Decision::kUndecided) return decision == Judge::Decision::kFails;
+  const Tova::Dictionary tree = MakeTree(report.path, OptionsForAllMessages(judge_.OpenTests(report, *failOn_)));
+  FileReport complete = ReadReport(report.path, tree.get());
+  judge_.Apply(complete);
+  return judge_.Decide(complete, *failOn_) != Judge::Decision::kPasses;
+}
+
+/// The tests: those to run; none: all of the run.
+Tova::Dictionary FileTester::OptionsForAllMessages(const std::vector<std::string_view>& tests) const {
+  auto options = Tova::Adopt(TovaDictionaryCreateMutableCopy(libraryOptions_.get()));
+  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+  const auto noLimit = Tova::Adopt(TovaNumberCreateWithInteger(0));
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, noLimit.get());
+  if (tests.empty()) return options;
+  const TovaArrayRef all = Tova::AsArray(TovaDictionaryGetValue(options.get(), kVornFontTestArrayKey));
+  const auto wanted = Tova::Adopt(TovaArrayCreateMutable());
+  for (TovaIndex i = 0; i < TovaArrayGetCount(all); ++i) {
+    const TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(all, i));
+    const auto identifier = Tova::Text(Tova::AsString(TovaDictionaryGetValue(test, kVornFontTestIdentifierKey)));
+    if (std::ranges::find(tests, identifier) != tests.end()) TovaArrayAppendValue(wanted.get(), test);
+  }
+  TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, wanted.get());
+  return options;
 }
 
 }  // namespace tool

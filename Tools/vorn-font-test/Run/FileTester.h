@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Formats/ReportFormat.h"
+#include "Report/Judge.h"
 #include "Report/Totals.h"
 #include "Run/Spool.h"
 
@@ -25,7 +26,13 @@ class FileTester {
   FileOutcome Test(const std::string& path) const;
 
  private:
+  Tova::Dictionary MakeTree(const std::string& path, const Tova::Dictionary& libraryOptions) const;
+  /// Whether what was found fails the run. Tests whose findings leave that open run again, for all their messages.
+  bool Fails(const FileReport& report) const;
+  Tova::Dictionary OptionsForAllMessages(const std::vector<std::string_view>& tests) const;
+
   std::optional<Severity> failOn_;
+  Judge judge_;
   Tova::Dictionary libraryOptions_;
   std::vector<const ReportFormat*> formats_;
 };

@@ -88,7 +88,7 @@ class Session {
   }
 
   int Status() const {
-    return totals_.unreadable > 0 ? kUsageOrInput : totals_.reached ? kSomethingFound : kNothingFound;
+    return totals_.unreadable > 0 ? kUsageOrInput : totals_.Reached() ? kSomethingFound : kNothingFound;
   }
 
  private:
