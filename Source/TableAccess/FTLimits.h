@@ -70,6 +70,10 @@ inline constexpr uint64_t kFTMinReportBytes = uint64_t{1} << 25;
 inline constexpr uint64_t kFTLongName = 1024;
 inline constexpr uint64_t kFTLongNameBytes = uint64_t{1} << 22;
 
+/// Tables of a font that a report lists. Fonts have some sixty at most; a directory can claim 65,535, and thousands of
+/// fonts can share one.
+inline constexpr uint64_t kFTMaxTablesListed = 256;
+
 // The testers.
 
 /// Steps that the test of one layout table may make: values, states, entries, actions and pairs looked at. Tables whose
