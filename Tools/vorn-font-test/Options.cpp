@@ -18,8 +18,8 @@ constexpr const char* kFooter = R"(Exit status:
   3  the program itself failed: the report cannot be written, for instance
 
 Examples:
-  vorn-font-test MyFont.ttf                    everything major or fatal
-  vorn-font-test -s minor ~/fonts              all fonts under a directory, minor errors too
+  vorn-font-test MyFont.ttf                    what is wrong with a font
+  vorn-font-test -s major ~/fonts              all fonts under a directory, grave errors only
   vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
   vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
   vorn-font-test -q --fail-on fatal a.ttf      no report, only the exit status)";
@@ -100,8 +100,9 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level that text shows: information, technical,\n"
-            "minor, major or fatal. Default: major.")
+            "Lowest level whose findings text shows one by one:\n"
+            "information (and which tables were tested), technical,\n"
+            "minor, major or fatal. Default: minor.")
       ->option_text("LEVEL")
       ->group(group);
   AddChoice(app, "-r,--report", options.detail, kDetails,

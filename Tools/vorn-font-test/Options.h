@@ -36,7 +36,7 @@ struct Options {
   Detail detail = Detail::kFull;
   Format format = Format::kText;  ///< of what goes to standard output, or to the file that has no format of its own
   std::vector<ReportRequest> reports;  ///< none: only the exit status is wanted
-  Severity show = Severity::kMajor;
+  Severity show = Severity::kMinor;
   bool allMessages = false;
   uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all
   ColorMode color = ColorMode::kAuto;

@@ -34,30 +34,53 @@ std::vector<T> ReadAll(TovaDictionaryRef dictionary, TovaStringRef key, T (*read
 TestRecord ReadTest(TovaDictionaryRef test) {
   return {.identifier = TextAt(test, kVornFontTestIdentifierKey),
           .name = TextAt(test, kVornFontTestNameKey),
+          .target = TextAt(test, kVornFontTestTargetKey),
           .ran = TovaDictionaryGetValue(test, kVornFontTestTimeStampKey) != nullptr,
           .results = SeveritySet(ArrayAt(test, kVornFontTestResultKey)),
           .messages = MessageList(ArrayAt(test, kVornFontTestMessagesKey))};
 }
 
-std::string_view FontTypeInWords(std::string_view type) {
+/// What a font is, by its kind of outlines, or by its type where it has none.
+std::string_view FontTypeInWords(std::string_view outlines, std::string_view type) {
   const struct {
     TovaStringRef constant;
     std::string_view words;
-  } types[] = {
-      {kVornFontTestFONDResource, "FOND resource"},          {kVornFontTestNFNTResource, "NFNT resource"},
-      {kVornFontTestTrueTypeFontData, "TrueType font data"}, {kVornFontTestPostScriptFontData, "PostScript font data"},
-      {kVornFontTestSplicedFontData, "spliced font data"},   {kVornFontTestGeneralFontData, "general font data"}};
-  for (const auto& known : types) {
-    if (type == Tova::Text(known.constant)) return known.words;
+  } kinds[] = {{kVornFontTestTrueTypeOutlines, "TrueType outlines"},
+               {kVornFontTestPostScriptOutlines, "PostScript outlines"},
+               {kVornFontTestType1Outlines, "Type 1"},
+               {kVornFontTestBitmapsOnly, "bitmaps only"},
+               {kVornFontTestFONDResource, "font family"},
+               {kVornFontTestNFNTResource, "bitmaps only"},
+               {kVornFontTestTrueTypeFontData, "no outlines"},
+               {kVornFontTestPostScriptFontData, "PostScript font"},
+               {kVornFontTestSplicedFontData, "spliced font"},
+               {kVornFontTestGeneralFontData, "font of another kind"}};
+  for (const std::string_view constant : {outlines, type}) {
+    for (const auto& known : kinds) {
+      if (constant == Tova::Text(known.constant)) return known.words;
+    }
   }
   return type;
 }
 
+std::vector<std::string_view> TextsAt(TovaDictionaryRef dictionary, TovaStringRef key) {
+  TovaArrayRef array = ArrayAt(dictionary, key);
+  std::vector<std::string_view> texts;
+  for (TovaIndex i = 0; i < TovaArrayGetCount(array); ++i) {
+    texts.push_back(Tova::Text(Tova::AsString(TovaArrayGetValueAtIndex(array, i))));
+  }
+  return texts;
+}
+
 FontRecord ReadFont(TovaDictionaryRef font) {
-  return {.name = TextAt(font, kVornFontTestFontNameKey),
-          .postScriptName = TextAt(font, kVornFontTestFontPostScriptNameKey),
-          .type = FontTypeInWords(TextAt(font, kVornFontTestFontTypeKey)),
-          .tests = ReadAll(font, kVornFontTestArrayKey, ReadTest)};
+  return {
+      .name = TextAt(font, kVornFontTestFontNameKey),
+      .postScriptName = TextAt(font, kVornFontTestFontPostScriptNameKey),
+      .version = TextAt(font, kVornFontTestFontVersionKey),
+      .type = FontTypeInWords(TextAt(font, kVornFontTestFontOutlineKindKey), TextAt(font, kVornFontTestFontTypeKey)),
+      .glyphCount = NumberAt(font, kVornFontTestFontGlyphCountKey),
+      .tables = TextsAt(font, kVornFontTestFontTablesKey),
+      .tests = ReadAll(font, kVornFontTestArrayKey, ReadTest)};
 }
 
 }  // namespace
@@ -96,6 +119,7 @@ Message MessageList::operator[](size_t index) const {
           .table = TextAt(message, kVornFontTestMessageTableKey),
           .glyph = NumberAt(message, kVornFontTestMessageGlyphKey),
           .glyphName = TextAt(message, kVornFontTestMessageGlyphNameKey),
+          .character = NumberAt(message, kVornFontTestMessageCharacterKey),
           .offset = NumberAt(message, kVornFontTestMessageOffsetKey),
           .part = TextAt(message, kVornFontTestMessagePartKey),
           .rule = judgement.rule,

@@ -44,9 +44,10 @@ struct Message {
   std::string_view table = {};     ///< a tag
   std::optional<int64_t> glyph = std::nullopt;
   std::string_view glyphName = {};
-  std::optional<int64_t> offset = std::nullopt;  ///< bytes from the start of the table
-  std::string_view part = {};                    ///< of the table, in words
-  const Rule* rule = nullptr;                    ///< see Judgement
+  std::optional<int64_t> character = std::nullopt;  ///< that leads to the glyph
+  std::optional<int64_t> offset = std::nullopt;     ///< bytes from the start of the table
+  std::string_view part = {};                       ///< of the table, in words
+  const Rule* rule = nullptr;                       ///< see Judgement
   Standing standing = Standing::kCounts;
 };
 
@@ -74,24 +75,29 @@ class MessageList {
 struct TestRecord {
   std::string_view identifier;
   std::string_view name;
-  bool ran = false;     ///< false for the record that says why a font could not be tested
-  SeveritySet results;  ///< as the test gave them
+  std::string_view target;  ///< constant of the table that it examines; empty for none or several
+  bool ran = false;         ///< false for the record that says why a font could not be tested
+  SeveritySet results;      ///< as the test gave them
   MessageList messages;
 };
 
 struct FontRecord {
   std::string_view name;
   std::string_view postScriptName;
-  std::string_view type;  ///< in words for people
+  std::string_view version;  ///< in its own words: "Version 2.37"
+  std::string_view type;     ///< in words for people: "TrueType outlines"
+  std::optional<int64_t> glyphCount;
+  std::vector<std::string_view> tables;  ///< tags, in the order of the font's directory
   std::vector<TestRecord> tests;
 };
 
 /// The report of one file as plain values, which borrow the texts of the library's tree.
 struct FileReport {
   std::string path;
-  SeveritySet results;     ///< as the tests gave them
-  bool listsFonts = true;  ///< false where nothing but the severities was asked for
-  bool fails = false;      ///< whether something in it fails the run
+  SeveritySet results;       ///< as the tests gave them
+  bool listsFonts = true;    ///< false where nothing but the severities was asked for
+  bool fails = false;        ///< whether something in it fails the run
+  std::string problem = {};  ///< why no font of it could be opened, in words after "the file"; empty where one could
   std::vector<FontRecord> fonts;
   TovaDictionaryRef tree = nullptr;  ///< borrowed
 };

@@ -43,18 +43,22 @@ size_t Totals::CountRules(Standing standing) const {
       rules, [&](const StandingCounts& counts) { return counts[static_cast<size_t>(standing)] > 0; }));
 }
 
+Totals TotalsOf(const FontRecord& font) {
+  Totals totals;
+  totals.fonts = 1;
+  for (const TestRecord& test : font.tests) {
+    totals.tests += test.ran;
+    totals.findings += CountFindings(test);
+    AddMessages(totals, test.messages);
+  }
+  return totals;
+}
+
 Totals TotalsOf(const FileReport& report) {
   Totals totals;
   totals.files = 1;
   totals.failed = report.fails;
-  totals.fonts = report.fonts.size();
-  for (const FontRecord& font : report.fonts) {
-    for (const TestRecord& test : font.tests) {
-      totals.tests += test.ran;
-      totals.findings += CountFindings(test);
-      AddMessages(totals, test.messages);
-    }
-  }
+  for (const FontRecord& font : report.fonts) totals += TotalsOf(font);
   if (!report.fonts.empty()) return totals;
   // Nothing but the severities is told of a file that is no font, and of any file where no more was asked for.
   for (Severity severity : kSeverities) totals.findings[severity] = report.results.Has(severity);

@@ -30,6 +30,8 @@ struct Totals {
   size_t CountRules(Standing standing) const;
 };
 
+/// What one font adds to that.
+Totals TotalsOf(const FontRecord& font);
 /// What one file adds.
 Totals TotalsOf(const FileReport& report);
 

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Report/FileKind.h"
+
 namespace tool {
 namespace {
 
@@ -54,6 +56,7 @@ FileOutcome FileTester::Test(const std::string& path) const {
   FileReport report = ReadReport(path, tree.get());
   judge_.Apply(report);
   report.fails = Fails(report);
+  if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.problem = KindInWords(path);
   FileOutcome outcome{.parts = std::vector<Spool>(formats_.size()), .totals = TotalsOf(report)};
   for (size_t i = 0; i < formats_.size(); ++i) {
     formats_[i]->WriteFile(report, [&](std::string_view text) { outcome.parts[i].Write(text); });

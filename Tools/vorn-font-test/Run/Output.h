@@ -28,6 +28,8 @@ class Output {
   /// Flushes and closes. Standard output stays open.
   void Close();
   bool IsTerminal() const;
+  /// The columns of a terminal; none for another output, or a terminal that does not tell.
+  std::optional<size_t> Columns() const;
 
  private:
   void WriteThrough(std::string_view text) const;
