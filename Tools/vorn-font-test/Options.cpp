@@ -33,8 +33,10 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"major", Severity::kMajor},
                                    {"fatal", Severity::kFatal}};
 
-const Choices<Format> kFormats = {
-    {"text", Format::kText}, {"json", Format::kJson}, {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList}};
+const Choices<Format> kFormats = {{"text", Format::kText},       {"json", Format::kJson},
+                                  {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList},
+                                  {"sarif", Format::kSarif},     {"junit", Format::kJUnit},
+                                  {"github", Format::kGithub},   {"markdown", Format::kMarkdown}};
 
 /// What the word stands for.
 template <class T>
@@ -100,8 +102,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level that text shows: information, technical,\n"
-            "minor, major or fatal. Default: major.")
+            "Lowest level that reports for people show: information,\n"
+            "technical, minor, major or fatal. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
   AddChoice(app, "-r,--report", options.detail, kDetails,
@@ -112,7 +114,9 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->group(group);
   AddChoice(app, "-f,--format", options.format, kFormats,
             "text; json: one document; jsonl: one line a file, as it\n"
-            "ends; plist: an XML property list. Default: text.")
+            "ends; plist: an XML property list; sarif: SARIF 2.1.0;\n"
+            "junit: results of unit tests as XML; github: annotations\n"
+            "of a workflow; markdown: a summary. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
   AddRepeatable(app, "-o,--output", outputs,
@@ -208,6 +212,12 @@ std::vector<ReportRequest> ReportsWanted(const Options& options, const std::vect
   return reports;
 }
 
+/// Whether the list of tests can be written so; other formats tell of findings only.
+bool IsFormatOfTestList(Format format) {
+  return format == Format::kText || format == Format::kJson || format == Format::kJsonLines ||
+         format == Format::kPropertyList;
+}
+
 /// What else the command line asks for then counts for nothing.
 Options AnswerOnly(const std::string& text) {
   Options options;
@@ -246,6 +256,9 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
+  if (options.listTests && !IsFormatOfTestList(options.format)) {
+    throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
+  }
   if (options.paths.empty() && !options.listTests && !options.explain)
     throw UsageError("no font file or directory given");
   return options;
