@@ -61,14 +61,14 @@ TovaStringRef FontTypeOf(const FTFont& iFont) {
 uint64_t RoomFor(const ReportTree::Options& iOptions, uint64_t iFileBytes) {
   if (iOptions.bytes != 0) return iOptions.bytes;
   const FTLimits& tLimits = FTLimits::Get();
-  uint64_t tRoom = tLimits.maxReportBytes;
-  if (iFileBytes < tRoom / tLimits.reportBytesPerByte) {
-    tRoom = std::min(tRoom, tLimits.minReportBytes + tLimits.reportBytesPerByte * iFileBytes);
-  }
-  if (iOptions.messageLimit != 0 && iOptions.messageLimit < tRoom / tLimits.reportBytesPerMessageAllowed) {
-    tRoom = std::max(tLimits.minReportBytes, tLimits.reportBytesPerMessageAllowed * iOptions.messageLimit);
-  }
-  return tRoom;
+  const auto tRoomOf = [&](uint64_t iBytesEach, uint64_t iCount) {  // no product wraps
+    return std::min(tLimits.maxReportBytes, iBytesEach * std::min(iCount, tLimits.maxReportBytes));
+  };
+  const uint64_t tRoom =
+      std::min(tLimits.maxReportBytes, tLimits.minReportBytes + tRoomOf(tLimits.reportBytesPerByte, iFileBytes));
+  if (iOptions.messageLimit == 0) return tRoom;
+  const uint64_t tForMessages = tRoomOf(tLimits.reportBytesPerMessageAllowed, iOptions.messageLimit);
+  return std::min(tRoom, std::max(tLimits.minReportBytes, tForMessages));
 }
 
 /// A prefix as part of a format.

@@ -77,6 +77,15 @@ struct FTLimits {
   /// asks for billions; past these, only headers and sizes go on being checked, and the table counts as invalid.
   uint64_t maxCmapChecks = 1 << 23;
 
+  /// Bytes of text that the tests of the 'name' table decode: those of the records up to here. Records may share a long
+  /// text.
+  uint64_t nameTextBytes = uint64_t{1} << 22;
+
+  /// Index elements, images and components that the test of a pair of bitmap tables looks at, and so many more for each
+  /// byte of the two: far above what distinct data need.
+  uint64_t bitmapStepsAllowed = 65536;
+  uint64_t bitmapStepsAllowedPerByte = 4;
+
   /// The bounds in force.
   static const FTLimits& Get() { return InForce(); }
   class Injection;
