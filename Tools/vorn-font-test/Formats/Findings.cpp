@@ -58,7 +58,11 @@ const Rule* RuleOf(const TestRecord& test, const Message& message) {
 
 std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
   std::vector<Message> findings;
-  if (!report.fonts.empty()) return findings;
+  if (report.problem) {
+    findings.push_back(
+        {.severity = Severity::kFatal, .text = report.problem.text, .rule = FindRuleNamed("run/failure")});
+  }
+  if (report.problem || !report.fonts.empty()) return findings;
   for (const Severity severity : kGravestFirst) {
     if (!report.results.Has(severity)) continue;
     const bool unopened = severity == Severity::kFatal && detail != Detail::kResults;

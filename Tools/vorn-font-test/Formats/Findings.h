@@ -29,8 +29,8 @@ struct FindingChoice {
 /// The rule of a message of this test; null for one that is not in the catalogue.
 const Rule* RuleOf(const TestRecord& test, const Message& message);
 
-/// The findings of a file about whose fonts nothing is told: one for each of its severities. There are none of a file
-/// with fonts.
+/// The findings of a file about whose fonts nothing is told: why it was not tested, or one for each of its severities.
+/// There are none of a file with fonts.
 std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail);
 
 /// Calls take for each finding of a test: each message, and each severity of the results that no message explains.

@@ -66,9 +66,4 @@ void GithubReport::WriteFile(const FileReport& report, const TextSink& sink) con
   }
 }
 
-std::string GithubReport::End(const Totals& totals) const {
-  if (totals.unreadable == 0) return {};
-  return "::error title=vorn-font-test::" + Counted(totals.unreadable, "path") + " could not be read\n";
-}
-
 }  // namespace tool

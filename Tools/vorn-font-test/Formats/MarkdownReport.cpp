@@ -39,6 +39,7 @@ SeverityCounts Count(const FileReport& report) {
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) counts += CountFindings(test);
   }
+  if (report.problem) return counts;
   for (const Message& finding : FindingsOfFile(report, Detail::kFull)) ++counts[finding.severity];
   return counts;
 }
@@ -46,8 +47,8 @@ SeverityCounts Count(const FileReport& report) {
 }  // namespace
 
 std::string MarkdownReport::Head(const Totals& totals) const {
-  std::string text =
-      std::string("## Fonts: ") + (totals.reached || totals.unreadable > 0 ? "failed" : "passed") + "\n\n";
+  const size_t missing = totals.unreadable + totals.failed;
+  std::string text = std::string("## Fonts: ") + (totals.reached || missing > 0 ? "failed" : "passed") + "\n\n";
   text += Counted(totals.files, "file");
   if (choice_.detail != Detail::kResults) {
     text += ", " + Counted(totals.fonts, "font") + ", " + Counted(totals.tests, "test") + " run";
@@ -59,8 +60,8 @@ std::string MarkdownReport::Head(const Totals& totals) const {
   }
   text += ". Findings: " + (list.empty() ? "none" : list) + ". ";
   text += failOn_ ? "Fails on " + std::string(Word(*failOn_)) + " and above.\n" : "Findings never fail the run.\n";
-  if (totals.unreadable > 0) text += "\n**" + Counted(totals.unreadable, "path") + " could not be read.**\n";
-  if (totals.files == 0) return text;
+  if (missing > 0) text += "\n**" + Counted(missing, "path") + " could not be tested.**\n";
+  if (totals.files + missing == 0) return text;
   text += "\n| file |";
   for (const Severity severity : kCounted) text.append(" ").append(Word(severity)).append(" |");
   return text + " shown: " + std::string(Word(std::max(choice_.show, Severity::kInformation))) +
