@@ -37,7 +37,7 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail);
 void ForEachFinding(const TestRecord& test, const std::function<void(const Message&)>& take);
 
 /// Findings of one severity that break one rule.
-struct FindingGroup {
+struct RuleFindings {
   Severity severity = Severity::kNonFont;
   const Rule* rule = nullptr;  ///< null when it is not in the catalogue
   std::string_view name;       ///< of the rule, else the format of its messages
@@ -51,8 +51,8 @@ struct FindingGroup {
 using FindingFilter = std::function<bool(const Message&)>;
 
 /// The findings that filter lets through, by rule, the gravest first, then as they were found.
-std::vector<FindingGroup> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter);
+std::vector<RuleFindings> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter);
 /// Those of FindingsOfFile.
-std::vector<FindingGroup> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter);
+std::vector<RuleFindings> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter);
 
 }  // namespace tool

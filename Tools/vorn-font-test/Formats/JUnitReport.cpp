@@ -14,9 +14,9 @@ std::string Attribute(std::string_view name, std::string_view value) {
 std::string Attribute(std::string_view name, size_t value) { return Attribute(name, std::to_string(value)); }
 
 /// The findings as lines of text: those of a rule together, then what it asks for.
-std::string Lines(const std::vector<FindingGroup>& groups) {
+std::string Lines(const std::vector<RuleFindings>& groups) {
   std::string text;
-  for (const FindingGroup& group : groups) {
+  for (const RuleFindings& group : groups) {
     for (const Message& message : group.shown) {
       text.append(Word(message.severity)).append("  ").append(EscapeForMarkup(message.text)).append("\n");
     }
@@ -30,9 +30,9 @@ std::string Lines(const std::vector<FindingGroup>& groups) {
 }
 
 /// "failure" or "error", with the number of findings and the gravest first.
-std::string Complaint(std::string_view element, const std::vector<FindingGroup>& groups) {
+std::string Complaint(std::string_view element, const std::vector<RuleFindings>& groups) {
   SeverityCounts counts;
-  for (const FindingGroup& group : groups) counts[group.severity] += group.count;
+  for (const RuleFindings& group : groups) counts[group.severity] += group.count;
   std::string summary;
   for (const Severity severity : kGravestFirst) {
     if (counts[severity] == 0) continue;
@@ -49,8 +49,8 @@ class Suite {
   Suite(std::string path, std::string name) : path_(std::move(path)), name_(std::move(name)) {}
 
   /// A case that has failed if there are complaints; it is an error when it could not run.
-  void Add(std::string_view name, bool couldRun, const std::vector<FindingGroup>& complaints,
-           const std::vector<FindingGroup>& output) {
+  void Add(std::string_view name, bool couldRun, const std::vector<RuleFindings>& complaints,
+           const std::vector<RuleFindings>& output) {
     std::string content;
     if (!complaints.empty()) {
       ++(couldRun ? failures_ : errors_);

@@ -21,7 +21,7 @@ std::string Escaped(std::string_view text) {
 /// A name or a message: set off, and so no mention of anybody.
 std::string Verbatim(std::string_view text) { return "<code>" + Escaped(text) + "</code>"; }
 
-std::string Details(const FindingGroup& group) {
+std::string Details(const RuleFindings& group) {
   std::string text("<details><summary>");
   text.append(Word(group.severity));
   if (group.rule) text += ": " + Escaped(group.rule->title);
@@ -76,9 +76,9 @@ void MarkdownReport::WriteFile(const FileReport& report, const TextSink& sink) c
   for (const FontRecord& font : report.fonts) {
     const auto groups = GroupFindings(font.tests, choice_.fold, shows);
     if (!groups.empty()) row += " " + Verbatim(font.name);
-    for (const FindingGroup& group : groups) row += Details(group);
+    for (const RuleFindings& group : groups) row += Details(group);
   }
-  for (const FindingGroup& group : GroupFindingsOfFile(report, choice_.detail, shows)) row += Details(group);
+  for (const RuleFindings& group : GroupFindingsOfFile(report, choice_.detail, shows)) row += Details(group);
   sink(row + " |\n");
 }
 
