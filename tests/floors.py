@@ -38,6 +38,7 @@ LIBRARIES = {
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
     r"fontconfig/": r"(Tools/rundle-conduit|Source/AlphabetWriter)/.*",
+    r"(freetype/|ft2build)": r"Tools/vorn-font-test/Formats/GlyphDrawing[^/]*",
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -33,8 +33,11 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"major", Severity::kMajor},
                                    {"fatal", Severity::kFatal}};
 
-const Choices<Format> kFormats = {
-    {"text", Format::kText}, {"json", Format::kJson}, {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList}};
+const Choices<Format> kFormats = {{"text", Format::kText},
+                                  {"json", Format::kJson},
+                                  {"jsonl", Format::kJsonLines},
+                                  {"plist", Format::kPropertyList},
+                                  {"html", Format::kHtml}};
 
 /// What the word stands for.
 template <class T>
@@ -112,7 +115,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->group(group);
   AddChoice(app, "-f,--format", options.format, kFormats,
             "text; json: one document; jsonl: one line a file, as it\n"
-            "ends; plist: an XML property list. Default: text.")
+            "ends; plist: an XML property list; html: a page with\n"
+            "filters and drawings of glyphs. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
   AddRepeatable(app, "-o,--output", outputs,

@@ -11,7 +11,7 @@
 namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
-enum class Format { kText, kJson, kJsonLines, kPropertyList };
+enum class Format { kText, kJson, kJsonLines, kPropertyList, kHtml };
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.

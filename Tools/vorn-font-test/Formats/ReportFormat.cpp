@@ -1,5 +1,6 @@
 #include "Formats/ReportFormat.h"
 
+#include "Formats/HtmlReport.h"
 #include "Formats/JsonReport.h"
 #include "Formats/PropertyListReport.h"
 #include "Formats/TextReport.h"
@@ -8,6 +9,8 @@ namespace tool {
 
 std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& options, const Destination& destination) {
   switch (format) {
+    case Format::kHtml:
+      return std::make_unique<HtmlReport>(options);
     case Format::kJson:
       return std::make_unique<JsonReport>();
     case Format::kJsonLines:
