@@ -21,7 +21,10 @@ if sys.argv[2:] == ["--write"]:
     sys.exit()
 
 TOKEN = re.compile(r'//[^\n]*|^\s*#\s*include[^\n]*|"((?:[^"\\\n]|\\.)*)"|\'(?:[^\'\\\n]|\\.)+\'|\s+|\w+|.', re.M)
-# What stands before a text that is no message: a test's identity, a part of a font, a failed check, a piece of a text.
+# Texts of several words are messages when they look like sentences, or stand behind a severity...
+SENTENCE = re.compile(r"([A-Z%'].*|\w.*%.*)\s\S")
+SEVERITY = re.compile(r"k(Information|\w+Error) ,$")
+# ... but not behind these: a test's identity, a part of a font, a failed check, a piece of a text.
 ELSEWHERE = re.compile(r"(identifier =|prefix =|name =|description =|part =|Enter \(|Require \(|\+)$")
 
 
@@ -49,7 +52,7 @@ for file in [*(source / "Source/Tests").rglob("*.[ch]*"), *(source / "Source/Cor
             names.append(literal)
         elif literal.startswith(" offset "):
             endings.append(literal)
-        elif re.match(r"[A-Z%].*\s\S", literal) and not ELSEWHERE.search(before):
+        elif SEVERITY.search(before) or SENTENCE.match(literal) and not ELSEWHERE.search(before):
             given.add(literal)
 given |= {name + ending for name in names for ending in endings}
 listed = {message for rule in catalogue.rules for message in rule.messages}

@@ -127,11 +127,11 @@ const TovaBundle::Table& TovaBundle::FindTable(std::string_view name) const {
     if (found != tables_.end()) return found->second;
   }
   Table table;
-  std::string file(name);
+  std::string file = std::string(name) + ".strings";
   std::ranges::replace(file, '/', '_');
-  if (!Tova::IsFileName(file)) file = "_";
   for (const std::string& language : Tova::Languages()) {
-    const Tova::Dictionary texts = Tova::ReadTable(path + "/" + language + "/" + file + ".strings");
+    if (!Tova::IsFileName(file)) break;
+    const Tova::Dictionary texts = Tova::ReadTable(std::filesystem::path(path) / language / file);
     if (texts) table.push_back(texts);
   }
   const std::unique_lock lock(mutex_);

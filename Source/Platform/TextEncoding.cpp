@@ -1,6 +1,3 @@
-#include <unicode/ucnv.h>
-#include <unicode/ucnv_err.h>
-
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -10,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/IcuConverters.h"
 #include "Platform/Johab.h"
 #include "Platform/String.h"
 #include "Platform/Utf8.h"
@@ -45,29 +43,42 @@ constexpr TovaTextEncoding kLastScript = 32;
 /// ICU counts in 32 bits, and a byte becomes at most two UTF-16 units, a unit at most eight bytes.
 constexpr size_t kMaximumLength = std::numeric_limits<int32_t>::max() / 16;
 
+#include "RomanCharacters.inc"
+
 struct CloseConverter {
-  void operator()(UConverter* converter) const { ucnv_close(converter); }
+  void operator()(UConverter* converter) const { Icu().close(converter); }
 };
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
 Converter OpenConverter(const char* name) {
   UErrorCode error = U_ZERO_ERROR;
-  Converter converter(ucnv_open(name, &error));
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+  const IcuConverters& icu = Icu();
+  Converter converter(icu.open(name, &error));
+  icu.setToUCallBack(converter.get(), icu.stopToU, nullptr, nullptr, nullptr, &error);
+  icu.setFromUCallBack(converter.get(), icu.stopFromU, nullptr, nullptr, nullptr, &error);
   return U_SUCCESS(error) ? std::move(converter) : nullptr;
 }
 
-/// This thread's converter for an encoding, opened at its first use; null when there is none.
-UConverter* FindConverter(TovaTextEncoding encoding) {
-  thread_local std::array<Converter, kConverters.size()> converters;
-  for (size_t i = 0; i < kConverters.size(); ++i) {
-    if (kConverters[i].encoding != encoding) continue;
-    if (!converters[i]) converters[i] = OpenConverter(kConverters[i].converter);
-    return converters[i].get();
-  }
-  return nullptr;
+/// The row of an encoding that needs a converter, null for any other.
+const NamedEncoding* FindEncoding(TovaTextEncoding encoding) {
+  const auto* row = std::ranges::find(kConverters, encoding, &NamedEncoding::encoding);
+  return row == kConverters.end() ? nullptr : row;
 }
+
+/// This thread's converter, opened at its first use; null when ICU has none.
+UConverter* ConverterOf(const NamedEncoding& encoding) {
+  thread_local std::array<Converter, kConverters.size()> converters;
+  Converter& converter = converters[static_cast<size_t>(&encoding - kConverters.data())];
+  if (!converter) converter = OpenConverter(encoding.converter);
+  return converter.get();
+}
+
+/// Whether the bytes are printable ASCII, which all of these encodings share.
+bool IsPlain(std::string_view bytes) {
+  return std::ranges::all_of(bytes, [](char byte) { return byte >= ' ' && byte <= '~'; });
+}
+
+char32_t RomanCharacter(unsigned char byte) { return byte < 0x80 ? byte : kRomanCharacters[byte - 0x80]; }
 
 /// UTF-8 of UTF-16 units; none for an unpaired surrogate.
 template <class UnitAt>
@@ -111,13 +122,18 @@ bool HasControl(const std::u16string& units) {
 }
 
 std::optional<std::string> Convert(std::string_view bytes, TovaTextEncoding encoding) {
-  if (bytes.size() > kMaximumLength) return std::nullopt;
-  UConverter* converter = FindConverter(encoding);
+  const NamedEncoding* known = FindEncoding(encoding);
+  if (!known || bytes.size() > kMaximumLength) return std::nullopt;
+  if (IsPlain(bytes)) return std::string(bytes);
+  if (encoding == kTovaTextEncodingRoman) {
+    return FromUtf16(bytes.size(), [&](size_t i) { return RomanCharacter(static_cast<unsigned char>(bytes[i])); });
+  }
+  UConverter* converter = ConverterOf(*known);
   if (!converter) return std::nullopt;
   std::u16string units(bytes.size() * 2, u'\0');
   UErrorCode error = U_ZERO_ERROR;
-  const int32_t length = ucnv_toUChars(converter, units.data(), static_cast<int32_t>(units.size()), bytes.data(),
-                                       static_cast<int32_t>(bytes.size()), &error);
+  const int32_t length = Icu().toUChars(converter, units.data(), static_cast<int32_t>(units.size()), bytes.data(),
+                                        static_cast<int32_t>(bytes.size()), &error);
   if (U_FAILURE(error)) return std::nullopt;
   units.resize(static_cast<size_t>(length));
   // No platform-1 script has C1 controls; a converter that yields them is only close to the script, and not there.
@@ -156,13 +172,16 @@ std::optional<std::string> Encode(std::string_view text, TovaTextEncoding encodi
     }
     return bytes;
   }
+  const NamedEncoding* known = FindEncoding(encoding);
+  if (!known || units.size() > kMaximumLength) return std::nullopt;
+  if (IsPlain(text)) return std::string(text);
   if (encoding <= kLastScript && HasControl(units)) return std::nullopt;
-  UConverter* converter = units.size() <= kMaximumLength ? FindConverter(encoding) : nullptr;
+  UConverter* converter = ConverterOf(*known);
   if (!converter) return std::nullopt;
   bytes.resize(units.size() * 8);
   UErrorCode error = U_ZERO_ERROR;
-  const int32_t length = ucnv_fromUChars(converter, bytes.data(), static_cast<int32_t>(bytes.size()), units.data(),
-                                         static_cast<int32_t>(units.size()), &error);
+  const int32_t length = Icu().fromUChars(converter, bytes.data(), static_cast<int32_t>(bytes.size()), units.data(),
+                                          static_cast<int32_t>(units.size()), &error);
   if (U_FAILURE(error)) return std::nullopt;
   bytes.resize(static_cast<size_t>(length));
   return bytes;

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 namespace tool {
@@ -15,7 +16,9 @@ constexpr const char* kFooter = R"(Exit status:
   0  nothing was found at the --fail-on level or above
   1  something was found
   2  wrong usage, or a file that cannot be read (all others are still tested)
-  3  the program itself failed: the report cannot be written, for instance
+  3  a file could not be tested (a crash, --timeout, --memory), or the program
+     itself failed: the report cannot be written, for instance
+  130, 143  interrupted; 141  nobody reads the report any more
 
 Examples:
   vorn-font-test MyFont.ttf                    everything major or fatal
@@ -23,6 +26,10 @@ Examples:
   vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
   vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
   vorn-font-test -q --fail-on fatal a.ttf      no report, only the exit status)";
+
+constexpr size_t kMaximumJobs = 1024;
+constexpr uint64_t kMaximumTimeout = 1'000'000;     // seconds
+constexpr uint64_t kMaximumMemory = 1'000'000'000;  // megabytes
 
 template <class T>
 using Choices = std::vector<std::pair<std::string_view, T>>;
@@ -33,11 +40,10 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"major", Severity::kMajor},
                                    {"fatal", Severity::kFatal}};
 
-const Choices<Format> kFormats = {{"text", Format::kText},
-                                  {"json", Format::kJson},
-                                  {"jsonl", Format::kJsonLines},
-                                  {"plist", Format::kPropertyList},
-                                  {"html", Format::kHtml}};
+const Choices<Format> kFormats = {
+    {"text", Format::kText},          {"json", Format::kJson},         {"jsonl", Format::kJsonLines},
+    {"plist", Format::kPropertyList}, {"sarif", Format::kSarif},       {"junit", Format::kJUnit},
+    {"github", Format::kGithub},      {"markdown", Format::kMarkdown}, {"html", Format::kHtml}};
 
 /// What the word stands for.
 template <class T>
@@ -103,8 +109,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level that text shows: information, technical,\n"
-            "minor, major or fatal. Default: major.")
+            "Lowest level that reports for people show: information,\n"
+            "technical, minor, major or fatal. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
   AddChoice(app, "-r,--report", options.detail, kDetails,
@@ -115,7 +121,9 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->group(group);
   AddChoice(app, "-f,--format", options.format, kFormats,
             "text; json: one document; jsonl: one line a file, as it\n"
-            "ends; plist: an XML property list; html: a page with\n"
+            "ends; plist: an XML property list; sarif: SARIF 2.1.0;\n"
+            "junit: results of unit tests as XML; github: annotations\n"
+            "of a workflow; markdown: a summary; html: a page with\n"
             "filters and drawings of glyphs. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
@@ -161,6 +169,26 @@ void AddRunOptions(CLI::App& app, Options& options) {
                  "test or of a group of them, such as glyf, and run no test.")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("NAME")
+      ->group(group);
+  app.add_option("-j,--jobs", options.jobs,
+                 "Test so many files at a time, in processes that can do\n"
+                 "little else: a crash costs one file. 0: in this process.\n"
+                 "Default: as many as there are cores.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(size_t{0}, kMaximumJobs))
+      ->option_text("N")
+      ->group(group);
+  app.add_option("--timeout", options.timeout, "Give up a file after so long. 0: never. Default: 60.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(uint64_t{0}, kMaximumTimeout))
+      ->option_text("SECONDS")
+      ->group(group);
+  app.add_option("--memory", options.memory,
+                 "Give up a file that takes more memory to test.\n"
+                 "0: no limit. Default: 2048.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(uint64_t{0}, kMaximumMemory))
+      ->option_text("MB")
       ->group(group);
   app.set_help_flag("-h,--help", "Print this help.")->group(group);
   app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
@@ -212,6 +240,12 @@ std::vector<ReportRequest> ReportsWanted(const Options& options, const std::vect
   return reports;
 }
 
+/// Whether the list of tests can be written so; other formats tell of findings only.
+bool IsFormatOfTestList(Format format) {
+  return format == Format::kText || format == Format::kJson || format == Format::kJsonLines ||
+         format == Format::kPropertyList;
+}
+
 /// What else the command line asks for then counts for nothing.
 Options AnswerOnly(const std::string& text) {
   Options options;
@@ -220,6 +254,8 @@ Options AnswerOnly(const std::string& text) {
 }
 
 }  // namespace
+
+size_t DefaultJobs() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 Options ParseCommandLine(int argc, const char* const* argv) {
   Options options;
@@ -250,6 +286,9 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
+  if (options.listTests && !IsFormatOfTestList(options.format)) {
+    throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
+  }
   if (options.paths.empty() && !options.listTests && !options.explain)
     throw UsageError("no font file or directory given");
   return options;

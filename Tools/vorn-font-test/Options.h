@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stdexcept>
@@ -11,7 +12,7 @@
 namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
-enum class Format { kText, kJson, kJsonLines, kPropertyList, kHtml };
+enum class Format { kText, kJson, kJsonLines, kPropertyList, kSarif, kJUnit, kGithub, kMarkdown, kHtml };
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.
@@ -19,6 +20,9 @@ struct ReportRequest {
   Format format = Format::kText;
   std::optional<std::string> file;  ///< none: standard output
 };
+
+/// As many jobs as this process may use cores.
+size_t DefaultJobs();
 
 /// What the command line asks for.
 struct Options {
@@ -41,6 +45,10 @@ struct Options {
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
   std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained
+
+  size_t jobs = DefaultJobs();  ///< worker processes; 0: files are tested in this process
+  uint64_t timeout = 60;        ///< seconds that testing one file may take; 0: no limit
+  uint64_t memory = 2048;       ///< megabytes that a worker may take; 0: no limit
 
   std::string answer;  ///< when not empty, the text of --help or --version, which is all that was asked for
 };

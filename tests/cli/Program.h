@@ -16,8 +16,9 @@ struct Outcome {
 enum class Destination { kFile, kTerminal, kFull, kClosedPipe, kClosed };
 
 /// Runs the built program in a clean environment, to which variables such as "NO_COLOR=1" are added, after shell
-/// commands such as "ulimit -v 64000;".
+/// commands such as "ulimit -v 64000;". Another program may take its place.
 Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination = Destination::kFile,
-                   const std::vector<std::string>& variables = {}, const std::string& before = "");
+                   const std::vector<std::string>& variables = {}, const std::string& before = "",
+                   const std::string& program = VORN_PROGRAM);
 
 }  // namespace test

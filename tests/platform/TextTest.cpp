@@ -70,4 +70,33 @@ TEST(TextEncodings, KnownBytesDecodeAndEncodeBackAndOthersGiveNoText) {
   }
 }
 
+/// A control character makes a text one for the converter.
+TEST(TextEncodings, PrintableAsciiReadsTheSameWithAndWithoutAConverter) {
+  constexpr TovaTextEncoding kEncodings[] = {0,
+                                             1,
+                                             2,
+                                             3,
+                                             4,
+                                             5,
+                                             6,
+                                             7,
+                                             21,
+                                             25,
+                                             29,
+                                             kTovaTextEncodingDOSJapanese,
+                                             kTovaTextEncodingDOSSimplifiedChinese,
+                                             kTovaTextEncodingDOSKorean,
+                                             kTovaTextEncodingDOSTraditionalChinese};
+  std::string text;
+  for (char c = ' '; c <= '~'; ++c) text += c;
+  for (const char* end : {"", "\n"}) {
+    text += end;
+    for (const TovaTextEncoding encoding : kEncodings) {
+      const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+      const auto read = Tova::Adopt(TovaStringCreateWithBytes(bytes, text.size(), encoding));
+      EXPECT_EQ(Tova::Text(read), text) << encoding;
+    }
+  }
+}
+
 }  // namespace

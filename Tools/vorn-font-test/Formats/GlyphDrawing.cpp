@@ -1,13 +1,12 @@
 #include "Formats/GlyphDrawing.h"
 
-#include <freetype/freetype.h>
-#include <freetype/tttables.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <span>
 #include <utility>
+
+#include "Formats/FreeTypeLibrary.h"
 
 namespace tool {
 namespace {
@@ -15,18 +14,6 @@ namespace {
 constexpr FT_ULong Tag(const char (&tag)[5]) {
   return FT_MAKE_TAG(static_cast<uint8_t>(tag[0]), static_cast<uint8_t>(tag[1]), static_cast<uint8_t>(tag[2]),
                      static_cast<uint8_t>(tag[3]));
-}
-
-/// FreeType's own words for an error. Its error strings are left out of most builds of it, but not of its header.
-std::string_view ErrorText(FT_Error error) {
-#undef FTERRORS_H_
-#define FT_ERROR_START_LIST switch (FT_ERROR_BASE(error)) {
-#define FT_ERRORDEF(name, value, text) \
-  case value:                          \
-    return text;
-#define FT_ERROR_END_LIST }
-#include <freetype/fterrors.h>
-  return "unknown error";
 }
 
 std::string Refusal(FT_Error error) { return "FreeType: " + std::string(ErrorText(error)); }
@@ -94,12 +81,22 @@ std::vector<Placement> PlacementsOf(FT_GlyphSlot slot) {
   std::vector<Placement> placements(std::min<size_t>(slot->num_subglyphs, kMaximumDrawnComponents + 1));
   for (size_t i = 0; i < placements.size(); ++i) {
     Placement& to = placements[i];
-    if (FT_Get_SubGlyph_Info(slot, static_cast<FT_UInt>(i), &to.glyph, &to.flags, &to.first, &to.second, &to.matrix)) {
+    if (GetFreeType().GetSubGlyphInfo(slot, static_cast<FT_UInt>(i), &to.glyph, &to.flags, &to.first, &to.second,
+                                      &to.matrix)) {
       placements.resize(i);
       break;
     }
   }
   return placements;
+}
+
+/// A row of a matrix of 16.16 numbers times a vector, each product rounded as FreeType does, halves away from 0.
+int32_t Fixed(int32_t x, FT_Fixed a, int32_t y, FT_Fixed b) {
+  const auto product = [](int64_t one, int64_t other) {
+    const int64_t exact = one * other;
+    return (exact + 0x8000 - (exact < 0 ? 1 : 0)) >> 16;
+  };
+  return Position(product(x, a) + product(y, b));
 }
 
 /// An offset scaled as far as a matrix, of 16.16 numbers, scales along its axis.
@@ -112,9 +109,8 @@ FT_Pos Scaled(FT_Pos offset, FT_Fixed a, FT_Fixed b) {
 GlyphPoint Place(const Placement& placement, const Contours& before, Contours& component) {
   constexpr FT_UInt kOffsetIsScaled = 0x0800;
   for (GlyphPoint& point : component.points) {
-    FT_Vector vector{point.x, point.y};
-    FT_Vector_Transform(&vector, &placement.matrix);
-    point = {Position(vector.x), Position(vector.y), point.kind};
+    const FT_Matrix& m = placement.matrix;
+    point = {Fixed(point.x, m.xx, point.y, m.xy), Fixed(point.x, m.yx, point.y, m.yy), point.kind};
   }
   FT_Vector offset{placement.first, placement.second};
   if (placement.ByPoints()) {
@@ -136,8 +132,9 @@ GlyphPoint Place(const Placement& placement, const Contours& before, Contours& c
 /// A table of a font, of which FreeType hands out parts. It checks them against the file only; here, against the table.
 class SfntTable {
  public:
+  SfntTable() = default;
   SfntTable(FT_Face face, FT_ULong tag) : face_(face), tag_(tag) {
-    if (FT_Load_Sfnt_Table(face, tag, 0, nullptr, &size_)) size_ = 0;
+    if (GetFreeType().LoadSfntTable(face, tag, 0, nullptr, &size_)) size_ = 0;
   }
 
   bool Empty() const { return size_ == 0; }
@@ -147,13 +144,14 @@ class SfntTable {
   std::array<uint8_t, kSize> Read(uint64_t at) const {
     std::array<uint8_t, kSize> bytes{};
     FT_ULong size = kSize;
-    if (!Holds(at, kSize) || FT_Load_Sfnt_Table(face_, tag_, static_cast<FT_Long>(at), bytes.data(), &size)) return {};
+    if (!Holds(at, kSize) || GetFreeType().LoadSfntTable(face_, tag_, static_cast<FT_Long>(at), bytes.data(), &size))
+      return {};
     return bytes;
   }
 
  private:
-  FT_Face face_;
-  FT_ULong tag_;
+  FT_Face face_ = nullptr;
+  FT_ULong tag_ = 0;
   FT_ULong size_ = 0;
 };
 
@@ -162,12 +160,12 @@ int16_t S16(std::span<const uint8_t, 2> bytes) { return static_cast<int16_t>(U16
 uint32_t U32(std::span<const uint8_t, 4> bytes) { return uint32_t{U16(bytes.first<2>())} << 16 | U16(bytes.last<2>()); }
 
 struct CloseFace {
-  void operator()(FT_Face face) const { FT_Done_Face(face); }
+  void operator()(FT_Face face) const { GetFreeType().DoneFace(face); }
 };
 using Face = std::unique_ptr<FT_FaceRec_, CloseFace>;
 
 struct CloseLibrary {
-  void operator()(FT_Library library) const { FT_Done_FreeType(library); }
+  void operator()(FT_Library library) const { GetFreeType().DoneFreeType(library); }
 };
 using Library = std::unique_ptr<FT_LibraryRec_, CloseLibrary>;
 
@@ -184,9 +182,9 @@ class GlyphDrawer::Font {
     glyf_ = SfntTable(face_.get(), Tag("glyf"));
     loca_ = SfntTable(face_.get(), Tag("loca"));
     hmtx_ = SfntTable(face_.get(), Tag("hmtx"));
-    const auto* hhea = static_cast<const TT_HoriHeader*>(FT_Get_Sfnt_Table(face_.get(), FT_SFNT_HHEA));
+    const auto* hhea = static_cast<const TT_HoriHeader*>(GetFreeType().GetSfntTable(face_.get(), FT_SFNT_HHEA));
     longMetrics_ = hhea ? hhea->number_Of_HMetrics : 0;
-    const auto* head = static_cast<const TT_Header*>(FT_Get_Sfnt_Table(face_.get(), FT_SFNT_HEAD));
+    const auto* head = static_cast<const TT_Header*>(GetFreeType().GetSfntTable(face_.get(), FT_SFNT_HEAD));
     longOffsets_ = head && head->Index_To_Loc_Format != 0;
   }
 
@@ -197,15 +195,17 @@ class GlyphDrawer::Font {
 
  private:
   Library NewLibrary() {
+    refusal_ = GetFreeType().refusal;
+    if (!refusal_.empty()) return nullptr;
     FT_Library library = nullptr;
-    if (const FT_Error error = FT_Init_FreeType(&library)) refusal_ = Refusal(error);
+    if (const FT_Error error = GetFreeType().InitFreeType(&library)) refusal_ = Refusal(error);
     return Library(library);
   }
 
   /// Null and a refusal when it cannot be opened.
   Face OpenFace(FT_Long index) {
     FT_Face face = nullptr;
-    const FT_Error error = FT_New_Face(library_.get(), path_.c_str(), index, &face);
+    const FT_Error error = GetFreeType().NewFace(library_.get(), path_.c_str(), index, &face);
     refusal_ = error ? Refusal(error) : std::string();
     return Face(error ? nullptr : face);
   }
@@ -219,7 +219,7 @@ class GlyphDrawer::Font {
     if (std::cmp_equal(probe->num_faces, fonts)) return OpenFace(index);
     for (FT_Long i = 0; i < std::min(probe->num_faces, kMaximumFaces); ++i) {
       Face face = OpenFace(i);
-      const char* name = face ? FT_Get_Postscript_Name(face.get()) : nullptr;
+      const char* name = face ? GetFreeType().GetPostscriptName(face.get()) : nullptr;
       if (name && name == postScriptName) return face;
     }
     refusal_ = "FreeType: no font of this name in the file";
@@ -237,9 +237,9 @@ class GlyphDrawer::Font {
   std::string refusal_;
   Library library_;
   Face face_;
-  SfntTable glyf_{nullptr, 0};
-  SfntTable loca_{nullptr, 0};
-  SfntTable hmtx_{nullptr, 0};
+  SfntTable glyf_;
+  SfntTable loca_;
+  SfntTable hmtx_;
   uint64_t longMetrics_ = 0;  ///< how many records of 'hmtx' have an advance
   bool longOffsets_ = false;
   size_t components_ = 0;  ///< how many the glyph that is being drawn has so far
@@ -277,7 +277,7 @@ std::string GlyphDrawer::Font::Compose(uint32_t glyph, size_t depth, Contours& t
   }
   // Components are put together here, to see where each is, and what is left when one of them is refused.
   const FT_Int32 flags = glyf_.Empty() ? FT_LOAD_NO_SCALE : FT_LOAD_NO_SCALE | FT_LOAD_NO_RECURSE;
-  if (const FT_Error error = FT_Load_Glyph(face_.get(), glyph, flags)) return Refusal(error);
+  if (const FT_Error error = GetFreeType().LoadGlyph(face_.get(), glyph, flags)) return Refusal(error);
   const FT_GlyphSlot slot = face_->glyph;
   if (drawing) drawing->advance = Position(slot->metrics.horiAdvance);
   if (slot->format == FT_GLYPH_FORMAT_OUTLINE) return TakeOutline(slot->outline, glyf_.Empty() ? 0 : Shift(glyph), to);
@@ -319,6 +319,8 @@ GlyphDrawing GlyphDrawer::Font::Draw(int64_t glyph) {
   if (!glyf_.Empty()) drawing.stored = StoredBox(index);
   return drawing;
 }
+
+void LoadFreeType() { GetFreeType(); }
 
 GlyphDrawer::GlyphDrawer(const std::string& path, size_t fonts) : path_(path), fonts_(fonts) {}
 

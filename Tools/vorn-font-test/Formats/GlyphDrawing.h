@@ -54,6 +54,10 @@ inline constexpr size_t kMaximumDrawnComponents = 128;       ///< of one glyph, 
 inline constexpr size_t kMaximumComponentDepth = 8;          ///< how deep glyphs may lie in one another
 inline constexpr int32_t kMaximumDrawnPosition = 1'000'000;  ///< points further out are moved to this distance
 
+/// Loads the library that reads outlines. To be called before the process gives up the right to; drawing fails later,
+/// and says so, when it cannot be loaded.
+void LoadFreeType();
+
 /// Reads glyphs of the fonts of one file with FreeType, unscaled and as they are stored: outlines only. A font is
 /// opened when the first glyph of it is asked for, and stays open until another font is.
 class GlyphDrawer {

@@ -1,7 +1,7 @@
 #include "Formats/HtmlReport.h"
 
+#include "Formats/GlyphDrawing.h"
 #include "Formats/HtmlFile.h"
-#include "Formats/HtmlText.h"
 #include "Formats/TextStyle.h"
 
 namespace tool {
@@ -19,6 +19,7 @@ struct Verdict {
 Verdict VerdictOf(const Totals& totals, std::optional<Severity> failOn) {
   const std::string level = failOn ? std::string(Word(*failOn)) : std::string();
   const std::string reached = level + (failOn == Severity::kFatal ? " findings" : " or graver findings");
+  if (totals.failed > 0) return {false, Counted(totals.failed, "file") + " could not be tested (exit status 3)"};
   if (totals.unreadable > 0) return {false, Counted(totals.unreadable, "path") + " could not be read (exit status 2)"};
   if (totals.files == 0) return {true, "no font files found (exit status 0)"};
   if (totals.reached) return {false, "there are " + reached + " (exit status 1)"};
@@ -42,6 +43,10 @@ std::string SeverityItems(const SeverityCounts& counts) {
 
 }  // namespace
 
+HtmlReport::HtmlReport(const Options& options) : failOn_(options.failOn), detail_(options.detail) {
+  LoadFreeType();  // while the program may still load it
+}
+
 std::string HtmlReport::Head(const Totals& totals) const {
   const Verdict verdict = VerdictOf(totals, failOn_);
   const std::string word = verdict.passed ? "Pass" : "Fail";
@@ -62,7 +67,9 @@ std::string HtmlReport::Head(const Totals& totals) const {
          "</ul>\n</header>\n<div id=\"app\">\n<main id=\"results\" tabindex=\"-1\">\n";
 }
 
-void HtmlReport::WriteFile(const FileReport& report, const TextSink& sink) const { WriteHtmlFile(report, sink); }
+void HtmlReport::WriteFile(const FileReport& report, const TextSink& sink) const {
+  WriteHtmlFile(report, detail_, sink);
+}
 
 std::string HtmlReport::End(const Totals&) const {
   return "</main>\n</div>\n<script>" + std::string(kProgram) + "</script>\n</body>\n</html>\n";

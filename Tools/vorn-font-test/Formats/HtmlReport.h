@@ -9,7 +9,7 @@ namespace tool {
 /// list.
 class HtmlReport : public ReportFormat {
  public:
-  explicit HtmlReport(const Options& options) : failOn_(options.failOn) {}
+  explicit HtmlReport(const Options& options);
 
   bool HeadNeedsTotals() const override { return true; }
   std::string Head(const Totals& totals) const override;
@@ -18,6 +18,7 @@ class HtmlReport : public ReportFormat {
 
  private:
   std::optional<Severity> failOn_;
+  Detail detail_;
 };
 
 }  // namespace tool

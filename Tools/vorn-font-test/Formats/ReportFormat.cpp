@@ -1,8 +1,12 @@
 #include "Formats/ReportFormat.h"
 
+#include "Formats/GithubReport.h"
 #include "Formats/HtmlReport.h"
+#include "Formats/JUnitReport.h"
 #include "Formats/JsonReport.h"
+#include "Formats/MarkdownReport.h"
 #include "Formats/PropertyListReport.h"
+#include "Formats/SarifReport.h"
 #include "Formats/TextReport.h"
 
 namespace tool {
@@ -17,6 +21,14 @@ std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& opt
       return std::make_unique<JsonLinesReport>();
     case Format::kPropertyList:
       return std::make_unique<PropertyListReport>();
+    case Format::kSarif:
+      return std::make_unique<SarifReport>(options);
+    case Format::kJUnit:
+      return std::make_unique<JUnitReport>(options);
+    case Format::kGithub:
+      return std::make_unique<GithubReport>(options);
+    case Format::kMarkdown:
+      return std::make_unique<MarkdownReport>(options);
     case Format::kText:
       break;
   }

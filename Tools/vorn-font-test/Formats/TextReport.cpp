@@ -45,7 +45,10 @@ class FileText {
 
 void FileText::Write(const FileReport& report) {
   const std::string heading = style_.Bold(EscapeForTerminal(report.path));
-  if (detail_ == Detail::kResults) {
+  if (report.problem) {
+    BeginBlock(Block::kLine, heading + ": " + style_.Of(Severity::kFatal, "not tested") + ", " +
+                                 EscapeForTerminal(report.problem.text));
+  } else if (detail_ == Detail::kResults) {
     AddSeverities(heading, report.results);
   } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
     BeginBlock(Block::kParagraph, heading);
@@ -177,6 +180,9 @@ std::string TextReport::End(const Totals& totals) const {
   text.append(" in ").append(seconds.data()).append("\n");
   if (totals.unreadable > 0) {
     text += style_.Of(Severity::kFatal, Counted(totals.unreadable, "path") + " could not be read") + "\n";
+  }
+  if (totals.failed > 0) {
+    text += style_.Of(Severity::kFatal, Counted(totals.failed, "file") + " could not be tested") + "\n";
   }
   return text + Findings(totals.findings);
 }

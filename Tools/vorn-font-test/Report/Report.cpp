@@ -1,7 +1,5 @@
 #include "Report/Report.h"
 
-#include <Tova/Tova.hpp>
-
 namespace tool {
 namespace {
 
@@ -82,7 +80,14 @@ FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {
   return {.path = path,
           .results = SeveritySet(ArrayAt(tree, kVornFontTestResultKey)),
           .fonts = ReadAll(tree, kVornFontTestFontsTestedKey, ReadFont),
-          .tree = tree};
+          .tree = tree,
+          .problem = {}};
+}
+
+Tova::Dictionary EmptyTree() {
+  auto tree = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(tree.get(), kVornFontTestResultKey, Tova::Adopt(TovaArrayCreateMutable()).get());
+  return tree;
 }
 
 SeverityCounts CountFindings(const TestRecord& test) {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <Tova/Tova.h>
-
+#include <Tova/Tova.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "Report/Problem.h"
 #include "Report/Severity.h"
 
 namespace tool {
@@ -69,9 +69,12 @@ struct FileReport {
   SeveritySet results;
   std::vector<FontRecord> fonts;
   TovaDictionaryRef tree = nullptr;  ///< borrowed
+  Problem problem = {};              ///< why the file was not tested; nothing else is told then
 };
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree);
+/// The tree of a file that was not tested: nothing was found.
+Tova::Dictionary EmptyTree();
 
 /// How many findings there are: messages, and one for each severity that the results hold and no message explains.
 SeverityCounts CountFindings(const TestRecord& test);

@@ -62,12 +62,12 @@ const Rule* FindRuleNamed(std::string_view name) {
 
 std::vector<const Rule*> RulesOfTest(std::string_view test) {
   std::set<uint16_t> rules;
-  if (const uint16_t index = IndexOf(test); index != kAnyTest) {
-    for (const RuleOfFormat& row : std::ranges::equal_range(kFormats, index, {}, &RuleOfFormat::test)) {
-      rules.insert(row.rule);
-    }
+  const uint16_t index = IndexOf(test);
+  for (const RuleOfFormat& row : kFormats) {
+    if (row.test == index && index != kAnyTest) rules.insert(row.rule);
   }
   std::vector<const Rule*> found;
+  found.reserve(rules.size());
   for (const uint16_t rule : rules) found.push_back(&kRules[rule]);
   return found;
 }

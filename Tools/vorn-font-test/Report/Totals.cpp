@@ -9,6 +9,7 @@ Totals& Totals::operator+=(const Totals& other) {
   fonts += other.fonts;
   tests += other.tests;
   unreadable += other.unreadable;
+  failed += other.failed;
   reached = reached || other.reached;
   findings += other.findings;
   return *this;
@@ -16,7 +17,12 @@ Totals& Totals::operator+=(const Totals& other) {
 
 Totals TotalsOf(const FileReport& report) {
   Totals totals;
+  if (report.problem.IsOfInput()) {
+    totals.unreadable = 1;
+    return totals;
+  }
   totals.files = 1;
+  totals.failed = report.problem ? 1 : 0;
   totals.fonts = report.fonts.size();
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) {

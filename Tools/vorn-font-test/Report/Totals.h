@@ -14,6 +14,7 @@ struct Totals {
   size_t fonts = 0;
   size_t tests = 0;       ///< that ran
   size_t unreadable = 0;  ///< paths that could not be read
+  size_t failed = 0;      ///< files that could not be tested, by no fault of theirs
   bool reached = false;   ///< something at or above the level that fails the run was found
   SeverityCounts findings;
 

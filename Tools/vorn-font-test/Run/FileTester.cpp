@@ -1,6 +1,11 @@
 #include "Run/FileTester.h"
 
-#include <stdexcept>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <utility>
 
 namespace tool {
@@ -40,22 +45,80 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   return result;
 }
 
+/// Why a file cannot be read as a whole; none when it can. The library takes such a file for a broken font.
+Problem ProblemOfReading(const char* path) {
+  const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+  int error = descriptor < 0 ? errno : 0;
+  struct stat status;
+  if (error == 0 && fstat(descriptor, &status) != 0) error = errno;
+  if (error == 0 && status.st_size > 0) {
+    const auto size = static_cast<size_t>(status.st_size);
+    void* const address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (address == MAP_FAILED) error = errno;
+    if (error == 0) munmap(address, size);
+  }
+  if (descriptor >= 0) close(descriptor);
+  return error == 0 ? Problem() : ProblemOfError(error);
+}
+
+/// Hands what the libraries say beside their results on, with the file it is about. For the length of a scope.
+class LogLines {
+ public:
+  LogLines(const std::string& path, OutcomeSink& sink) : path_(path), sink_(sink) {
+    TovaLogSetSink(&LogLines::Pass, this);
+  }
+  LogLines(const LogLines&) = delete;
+  LogLines& operator=(const LogLines&) = delete;
+  ~LogLines() { TovaLogSetSink(nullptr, nullptr); }
+
+ private:
+  static void Pass(TovaStringRef line, void* context) {
+    const auto& self = *static_cast<const LogLines*>(context);
+    self.sink_.WriteLine(self.path_ + ": " + std::string(Tova::Text(line)));
+  }
+
+  const std::string& path_;
+  OutcomeSink& sink_;
+};
+
+/// What is not wanted of a file's lines.
+void Drop(TovaStringRef, void*) {}
+
 }  // namespace
 
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
-    : failOn_(options.failOn), libraryOptions_(LibraryOptions(options, tests)), formats_(std::move(formats)) {}
+    : failOn_(options.failOn),
+      quiet_(options.quiet),
+      libraryOptions_(LibraryOptions(options, tests)),
+      formats_(std::move(formats)) {}
 
-FileOutcome FileTester::Test(const std::string& path) const {
+void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
+  if (const Problem problem = ProblemOfReading(TovaURLGetFileSystemPath(url.get()))) return sink.Fail(problem);
+  std::optional<LogLines> lines;
+  quiet_ ? TovaLogSetSink(&Drop, nullptr) : static_cast<void>(lines.emplace(path, sink));
   const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
-  if (!tree) throw std::runtime_error(path + ": the library made no report");
+  if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
   const FileReport report = ReadReport(path, tree.get());
-  FileOutcome outcome{.parts = std::vector<Spool>(formats_.size()), .totals = TotalsOf(report)};
-  outcome.totals.reached = failOn_ && report.results.Reaches(*failOn_);
+  Write(report, sink);
+  Totals totals = TotalsOf(report);
+  totals.reached = failOn_ && report.results.Reaches(*failOn_);
+  sink.End(totals);
+}
+
+void FileTester::ReportProblem(const std::string& path, FileOutcome& outcome) const {
+  const auto tree = EmptyTree();
+  FileReport report = ReadReport(path, tree.get());
+  report.problem = outcome.problem;
+  Write(report, outcome);
+  outcome.End(TotalsOf(report));
+}
+
+void FileTester::Write(const FileReport& report, OutcomeSink& sink) const {
   for (size_t i = 0; i < formats_.size(); ++i) {
-    formats_[i]->WriteFile(report, [&](std::string_view text) { outcome.parts[i].Write(text); });
+    if (report.problem.IsOfInput() && !formats_[i]->ListsUnreadable()) continue;
+    formats_[i]->WriteFile(report, [&](std::string_view text) { sink.WritePart(i, text); });
   }
-  return outcome;
 }
 
 }  // namespace tool

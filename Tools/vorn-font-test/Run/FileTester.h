@@ -5,16 +5,9 @@
 #include <vector>
 
 #include "Formats/ReportFormat.h"
-#include "Report/Totals.h"
-#include "Run/Spool.h"
+#include "Run/Outcome.h"
 
 namespace tool {
-
-/// What testing a file came to.
-struct FileOutcome {
-  std::vector<Spool> parts;  ///< of each report of the run, in the order of the formats
-  Totals totals;
-};
 
 /// Tests one file after the other and writes their parts of the reports. Keeps nothing from one file to the next.
 class FileTester {
@@ -22,10 +15,15 @@ class FileTester {
   /// The formats must outlive it.
   FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats);
 
-  FileOutcome Test(const std::string& path) const;
+  void Test(const std::string& path, OutcomeSink& sink) const;
+  /// Writes the parts of a file that was not tested into its outcome, which says why.
+  void ReportProblem(const std::string& path, FileOutcome& outcome) const;
 
  private:
+  void Write(const FileReport& report, OutcomeSink& sink) const;
+
   std::optional<Severity> failOn_;
+  bool quiet_;
   Tova::Dictionary libraryOptions_;
   std::vector<const ReportFormat*> formats_;
 };

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <memory>
+#include <thread>
 
 #include "Formats/Explanation.h"
 #include "Formats/TestList.h"
@@ -12,45 +13,12 @@
 #include "Run/FileTester.h"
 #include "Run/FileWalk.h"
 #include "Run/ReportFile.h"
+#include "Run/Signals.h"
 #include "Run/TestSelection.h"
+#include "Run/WorkerPool.h"
 
 namespace tool {
 namespace {
-
-/// Opening a report's file empties it, so it must not be one of the files to be tested.
-void RefuseToOverwriteInput(const Options& options) {
-  for (const ReportRequest& request : options.reports) {
-    struct stat output;
-    if (!request.file || stat(request.file->c_str(), &output) != 0) continue;
-    for (const std::string& path : options.paths) {
-      struct stat input;
-      if (stat(path.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino) {
-        throw UsageError("--output: '" + *request.file + "' is one of the files to test");
-      }
-    }
-  }
-}
-
-/// Passes what the libraries say beside their results on to standard error, with the file it is about, unless the user
-/// wants quiet. For the length of a scope.
-class LogLines {
- public:
-  explicit LogLines(bool quiet) : quiet_(quiet) { TovaLogSetSink(&LogLines::Pass, this); }
-  LogLines(const LogLines&) = delete;
-  LogLines& operator=(const LogLines&) = delete;
-  ~LogLines() { TovaLogSetSink(nullptr, nullptr); }
-
-  void SetFile(const std::string& path) { path_ = path; }
-
- private:
-  static void Pass(TovaStringRef line, void* context) {
-    const auto& self = *static_cast<const LogLines*>(context);
-    if (!self.quiet_) PrintError(self.path_ + ": " + std::string(Tova::Text(line)));
-  }
-
-  bool quiet_;
-  std::string path_;
-};
 
 std::vector<std::unique_ptr<ReportFile>> OpenReports(const Options& options) {
   std::vector<std::unique_ptr<ReportFile>> reports;
@@ -66,45 +34,113 @@ std::vector<const ReportFormat*> FormatsOf(const std::vector<std::unique_ptr<Rep
   return formats;
 }
 
-/// Tests one file after the other, writes the reports and remembers what the exit status is to say.
+/// Where files may be read before any of them is found.
+ReadablePlaces PlacesOf(const std::vector<std::string>& paths) {
+  constexpr size_t kMaximumRoots = 1024;  // files elsewhere are seen to when they come up
+  ReadablePlaces places;
+  places.AddResources();
+  for (size_t i = 0; i < std::min(paths.size(), kMaximumRoots); ++i) places.AddRoot(paths[i]);
+  return places;
+}
+
+/// Tests the files behind paths, in this process or in workers, writes the reports in the order of the files and
+/// remembers what the exit status is to say.
 class Session {
  public:
-  Session(const Options& options, const Tova::Array& tests)
-      : reports_(OpenReports(options)), tester_(options, tests, FormatsOf(reports_)), logLines_(options.quiet) {
-    if (AskAboutDuplicates(tests.get())) conduit_.Ensure();
+  Session(const Options& options, const Tova::Array& tests, TestHook hook)
+      : reports_(OpenReports(options)), tester_(options, tests, FormatsOf(reports_)), hook_(std::move(hook)) {
+    const bool askConduit = AskAboutDuplicates(tests.get());
+    if (askConduit) conduit_.Ensure();
+    if (options.jobs == 0) return;
+    const PoolSettings settings = {.workers = options.jobs,
+                                   .reports = reports_.size(),
+                                   .timeout = std::chrono::seconds(options.timeout),
+                                   .memory = options.memory << 20,
+                                   .askConduit = askConduit};
+    pool_.emplace(
+        settings,
+        WorkerPool::Events{.test = [this](const std::string& path, OutcomeSink& sink) { TestFile(path, sink); },
+                           .done = [this](const std::string& path, FileOutcome& outcome) { HandOn(path, outcome); },
+                           .tick = nullptr},
+        PlacesOf(options.paths));
   }
 
   void Test(const std::vector<std::string>& paths) {
     for (const auto& report : reports_) report->Begin();
-    FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
-                   .failed =
-                       [this](const std::string& path, const std::string& reason) {
-                         ++totals_.unreadable;
-                         PrintError(path + ": " + reason);
-                       }});
+    FileWalk walk({.found = [this](const std::string& path) { Found(path); },
+                   .failed = [this](const std::string& path, const Problem& problem) { Failed(path, problem); },
+                   .looked = [this] { pool_ ? pool_->Poll() : ThrowIfInterrupted(); }});
     for (const std::string& path : paths) walk.Walk(path);
-    if (totals_.files == 0 && totals_.unreadable == 0) PrintError("no font files found");
+    if (pool_) pool_->Finish();
     for (const auto& report : reports_) report->End(totals_);
   }
 
+  /// The exit status.
   int Status() const {
-    return totals_.unreadable > 0 ? kUsageOrInput : totals_.reached ? kSomethingFound : kNothingFound;
+    if (totals_.failed > 0) return kProgramFailed;
+    if (totals_.unreadable > 0) return kUsageOrInput;
+    return totals_.reached ? kSomethingFound : kNothingFound;
   }
 
+  const Totals& GetTotals() const { return totals_; }
+
  private:
-  void TestFile(const std::string& path) {
-    logLines_.SetFile(path);
-    FileOutcome outcome = tester_.Test(path);
+  void Found(const std::string& path) {
+    for (const auto& report : reports_) {
+      if (report->Replaces(path)) throw UsageError("--output: '" + path + "' is one of the files to test");
+    }
+    if (pool_) return pool_->Add(path);
+    ThrowIfInterrupted();
+    FileOutcome outcome(reports_.size());
+    TestFile(path, outcome);
+    HandOn(path, outcome);
+  }
+
+  void Failed(const std::string& path, const Problem& problem) {
+    FileOutcome outcome(reports_.size());
+    outcome.Fail(problem);
+    pool_ ? pool_->AddDone(path, std::move(outcome)) : HandOn(path, outcome);
+  }
+
+  /// Called in a worker, when there are any.
+  void TestFile(const std::string& path, OutcomeSink& sink) const {
+    if (hook_) hook_(path);
+    tester_.Test(path, sink);
+  }
+
+  void HandOn(const std::string& path, FileOutcome& outcome) {
     conduit_.RequireAlive();
+    PrintLines(outcome.lines);
+    if (outcome.problem) {
+      PrintError(path + ": " + outcome.problem.text);
+      tester_.ReportProblem(path, outcome);
+    }
     totals_ += outcome.totals;
-    for (size_t i = 0; i < reports_.size(); ++i) reports_[i]->Add(outcome.parts[i]);
+    for (size_t i = 0; i < reports_.size(); ++i) {
+      const bool isListed = !outcome.problem.IsOfInput() || reports_[i]->GetFormat().ListsUnreadable();
+      if (isListed) reports_[i]->Add(outcome.parts[i]);
+    }
+  }
+
+  /// Prints lines, each as one about a problem.
+  static void PrintLines(Spool& lines) {
+    std::string line;
+    lines.CopyTo([&line](std::string_view text) {
+      line += text;
+      size_t begin = 0;
+      for (size_t end; (end = line.find('\n', begin)) != std::string::npos; begin = end + 1) {
+        PrintError(line.substr(begin, end - begin));
+      }
+      line.erase(0, begin);
+    });
   }
 
   std::vector<std::unique_ptr<ReportFile>> reports_;
   FileTester tester_;
+  TestHook hook_;
   ConduitForRun conduit_;
-  LogLines logLines_;
   Totals totals_;
+  std::optional<WorkerPool> pool_;
 };
 
 /// Where an answer goes that is no report: the first file asked for, or standard output.
@@ -112,9 +148,15 @@ std::optional<std::string> AnswerFile(const Options& options) {
   return options.reports.empty() ? std::nullopt : options.reports.front().file;
 }
 
+int Interrupt(const Totals& totals, int signal) {
+  PrintError("interrupted: " + std::to_string(totals.files) + " files done, with " +
+             std::to_string(totals.findings.Total()) + " findings");
+  return kEndedBySignal + signal;
+}
+
 }  // namespace
 
-int Run(const Options& options) {
+int Run(const Options& options, TestHook hook) {
   if (!options.answer.empty()) {
     Output output(std::nullopt);
     output.Write(options.answer);
@@ -128,15 +170,18 @@ int Run(const Options& options) {
     return kNothingFound;
   }
   const Tova::Array tests = SelectTests(options);
-  RefuseToOverwriteInput(options);
   if (options.listTests) {
     Output output(AnswerFile(options));
     WriteTestList(tests.get(), options, output);
     output.Close();
     return kNothingFound;
   }
-  Session session(options, tests);
-  session.Test(options.paths);
+  Session session(options, tests, std::move(hook));
+  try {
+    session.Test(options.paths);
+  } catch (const Interrupted& interrupted) {
+    return Interrupt(session.GetTotals(), interrupted.signal);
+  }
   return session.Status();
 }
 

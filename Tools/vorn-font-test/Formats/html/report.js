@@ -36,9 +36,8 @@
       for (let next = script.nextElementSibling; next && next.matches('script.glyphs'); next = next.nextElementSibling) {
         drawings.push(next);
       }
-      if (file.fonts.length === 0) fonts.push(fileWithoutFonts(file));
       for (const [index, font] of file.fonts.entries()) {
-        fonts.push({...font, path: file.path, index, drawings, several: file.fonts.length > 1});
+        fonts.push({...font, name: font.name || file.path, path: file.path, problem: file.problem, index, drawings});
         for (const group of fonts.at(-1).groups) completeGroup(group, file, rules);
       }
     }
@@ -59,16 +58,8 @@
     group.rule = rules.get(rule.name);
     group.count = group.findings.length || 1;
     for (const [index, [text, glyph, glyphName, offset, part]] of group.findings.entries()) {
-      group.findings[index] = {text, glyph: glyph ?? null, glyphName, offset: offset ?? null, part};
+      group.findings[index] = {text, glyph: glyph ?? -1, glyphName, offset: offset ?? -1, part};
     }
-  }
-
-  function fileWithoutFonts(file) {
-    const unopened = file.results.includes('fatal');
-    const title = 'The file cannot be opened as a font.';
-    const group = {severity: 'fatal', test: '', testName: '', count: 1, findings: [], rule: {name: title, title}};
-    return {path: file.path, name: file.path, type: unopened ? '' : 'no fonts in it', testsRun: 0, index: 0,
-            drawings: [], groups: unopened ? [group] : []};
   }
 
   /** The drawings of a font; parsed when the first is to be seen. */
@@ -205,7 +196,7 @@
     let text = finding.text;
     if (group.table && text.startsWith(`${group.table}: `)) text = text.slice(group.table.length + 2);
     const opening = `Glyph ${finding.glyph}: `;
-    return finding.glyph !== null && text.startsWith(opening) ? text.slice(opening.length) : text;
+    return finding.glyph >= 0 && text.startsWith(opening) ? text.slice(opening.length) : text;
   }
 
   const legend = (kind, text) => element('li', {},
@@ -323,9 +314,9 @@
   }
 
   function findingRow(finding, group) {
-    const place = [finding.part, finding.offset === null ? '' : `byte ${count(finding.offset)} of '${group.table}'`];
+    const place = [finding.part, finding.offset < 0 ? '' : `byte ${count(finding.offset)} of '${group.table}'`];
     return element('li', {},
-        finding.glyph === null ? '' : element('b', {}, element('bdi', {}, glyphLabel(finding)),
+        finding.glyph < 0 ? '' : element('b', {}, element('bdi', {}, glyphLabel(finding)),
             finding.glyphName ? element('small', {}, ` ${finding.glyph}`) : ''),
         element('span', {className: 'text'}, shortText(finding, group)),
         element('small', {className: 'place'}, place.filter(Boolean).join(', ')));
@@ -338,11 +329,11 @@
     const cards = new Map();
     const rows = [];
     for (const finding of findings) {
-      const isCard = finding.glyph !== null && glyphs[finding.glyph] && (cards.has(finding.glyph) || cards.size < CHUNK.cards);
+      const isCard = finding.glyph >= 0 && glyphs[finding.glyph] && (cards.has(finding.glyph) || cards.size < CHUNK.cards);
       if (!isCard) rows.push(finding);
       else cards.set(finding.glyph, [...(cards.get(finding.glyph) || []), finding]);
     }
-    const undrawn = new Set(rows.map((finding) => finding.glyph).filter((glyph) => glyph !== null)).size;
+    const undrawn = new Set(rows.map((finding) => finding.glyph).filter((glyph) => glyph >= 0)).size;
     const result = [];
     if (cards.size > 0) {
       const drawn = [...cards.keys()].map((glyph) => glyphs[glyph]).filter(isDrawn);
@@ -369,17 +360,17 @@
   function groupSummary(group, matches) {
     const number = matches.reduce((sum, match) => sum + match.count, 0);
     const findings = matches.flatMap((match) => match.findings);
-    const named = matches.length === 1 && findings.length > 0 && findings.every((finding) => finding.glyph !== null);
+    const named = matches.length === 1 && findings.length > 0 && findings.every((finding) => finding.glyph >= 0);
     const glyphs = named ? new Set(findings.map((finding) => finding.glyph)).size : 0;
     const tags = [STATES[group.rule.state], group.standing === 'historic' ? '' : LEFT_OUT[group.standing]].filter(Boolean);
     const preview = group.rule.means && matches.length === 1 && findings.length > 0 ? findings[0] : null;
     return [badge(group.severity),
             element('span', {className: 'title'}, group.rule.title,
-                tags.map((tag) => [' ', element('span', {className: 'tag'}, tag)]),
-                preview && element('small', {className: 'preview'},
-                    preview.glyph === null ? '' : [element('bdi', {}, glyphLabel(preview)), ' \u2013 '], shortText(preview, group))),
+                tags.map((tag) => [' ', element('span', {className: 'tag'}, tag)])),
             element('code', {}, group.rule.means ? group.rule.name : group.table),
-            element('span', {className: 'number'}, glyphs === number ? counted(glyphs, 'glyph') : counted(number, 'finding'))];
+            element('span', {className: 'number'}, glyphs === number ? counted(glyphs, 'glyph') : counted(number, 'finding')),
+            preview && element('small', {className: 'preview'},
+                preview.glyph < 0 ? '' : [element('bdi', {}, glyphLabel(preview)), ' \u2013 '], shortText(preview, group))];
   }
 
   const groupDetails = (match) => folded('rule', groupSummary(match.group, [match]),
@@ -393,8 +384,8 @@
 
   function fontSection(font, matches, isOpen) {
     const summary = [element('span', {className: 'font-heading'}, fontHeading(font)),
-                     matches.length > 0 ? severityCounts(matches) : element('span', {className: 'clean'}, 'nothing found')];
-    if (matches.length === 0) return element('div', {className: 'font clean'}, summary);
+                     matches.length > 0 ? severityCounts(matches) : element('span', {className: 'clean'}, font.problem ? `not tested: ${font.problem}` : 'nothing found')];
+    if (matches.length === 0) return element('div', {className: font.problem ? 'font' : 'font clean'}, summary);
     const fill = () => fillInChunks(element('div', {}), matches, CHUNK.groups, groupDetails);
     return folded('font', summary, fill, isOpen);
   }
