@@ -18,12 +18,13 @@ class Browser:
         self.profile = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         self.driver = subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                                        env={**os.environ, "HOME": self.profile.name}, text=True)
-        port = next(match[1] for line in self.driver.stdout if (match := re.search(r"started successfully on port (\d+)", line)))
-        self.base = f"http://127.0.0.1:{port}/session"
+        started = (re.search(r"started successfully on port (\d+)", line) for line in self.driver.stdout)
+        self.base = f"http://127.0.0.1:{next(filter(None, started))[1]}/session"
         arguments = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage", "--hide-scrollbars",
                      "--host-resolver-rules=MAP * ~NOTFOUND", f"--user-data-dir={self.profile.name}",
                      "--window-size={},{}".format(*self.size)]
-        options = {"args": arguments, "prefs": {"profile.managed_default_content_settings.javascript": 1 if self.scripts else 2}}
+        permission = 1 if self.scripts else 2
+        options = {"args": arguments, "prefs": {"profile.managed_default_content_settings.javascript": permission}}
         wanted = {"browserName": "chrome", "goog:chromeOptions": options, "goog:loggingPrefs": {"browser": "ALL"}}
         self.base += "/" + self.call("", capabilities={"alwaysMatch": wanted})["sessionId"]
         return self

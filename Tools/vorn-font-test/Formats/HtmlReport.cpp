@@ -7,7 +7,7 @@
 namespace tool {
 namespace {
 
-// kStyle and kProgram, the texts of html/report.css and html/report.js; kStyleHash and kProgramHash, the hashes by
+// kStyle and kProgram, the texts of the files in html; kStyleHash and kProgramHash, the hashes by
 // which the page's policy lets them, and nothing else, in.
 #include "HtmlResources.inc"
 

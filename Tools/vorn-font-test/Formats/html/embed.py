@@ -2,7 +2,7 @@
 """Writes the style and the program of the HTML report as constants of C++, with the hashes by which the page's
 Content-Security-Policy lets them in.
 
-Usage: embed.py STYLE PROGRAM OUTPUT
+Usage: embed.py OUTPUT STYLE PROGRAM...
 """
 
 import base64
@@ -14,10 +14,10 @@ import sys
 PIECE = 8000  # characters of one literal
 
 
-def constants(name, file):
-    text = pathlib.Path(file).read_text(encoding="ascii").strip() + "\n"
+def constants(name, files):
+    text = "".join(pathlib.Path(file).read_text(encoding="ascii") for file in files)
     if "</s" in text.lower() or "<!--" in text:
-        sys.exit(f"{file}: would end the element that it stands in, or begin a comment")
+        sys.exit(f"{files}: would end the element that it stands in, or begin a comment")
     text = "\n" + text  # as it stands between the tags
     digest = base64.b64encode(hashlib.sha256(text.encode()).digest()).decode()
     pieces = [json.dumps(text[at:at + PIECE]) for at in range(0, len(text), PIECE)]
@@ -27,8 +27,8 @@ def constants(name, file):
 
 
 def main():
-    style, program, output = sys.argv[1:]
-    lines = ["// Written by embed.py.", *constants("Style", style), *constants("Program", program)]
+    output, style, *program = sys.argv[1:]
+    lines = ["// Written by embed.py.", *constants("Style", [style]), *constants("Program", program)]
     pathlib.Path(output).write_text("\n".join(lines) + "\n", encoding="ascii")
 
 

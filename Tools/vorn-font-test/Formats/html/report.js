@@ -1,13 +1,13 @@
-// The view of a report: reads the data that the page holds, and makes elements only of what is to be seen. Every text of
-// a font goes into the page as text, never as markup.
+// The view of a report: reads the data that the page holds, and makes elements only of what is to be seen. Every text
+// of a font goes into the page as text, never as markup. Pictures of glyphs are made in glyphs.js.
 'use strict';
 (() => {
+  const {pictureOf, sampleOf, isDrawn, boxesDiffer} = glyphPictures;
   const SEVERITIES = ['fatal', 'major', 'minor', 'technical', 'information', 'non-font'];
   const LEFT_OUT = {historic: 'older systems', ignored: 'ignored', known: 'known'};
   const STATES = {historic: 'older systems only', advice: 'advice'};
   const CHUNK = {sections: 50, groups: 100, cards: 24, findings: 100};
   const OPEN_FONTS = 3;  // as many fonts are unfolded from the start
-  const NUMBERED_POINTS = 150;
 
   const count = (number) => number.toLocaleString('en');
   const counted = (number, noun) => `${count(number)} ${noun}${number === 1 ? '' : 's'}`;
@@ -24,7 +24,7 @@
     return made;
   }
 
-  // ---- the data -----------------------------------------------------------------------------------------------------
+  // ---- the data ---------------------------------------------------------------------------------------------------
 
   /** Fonts with their groups of findings, in the order of the report. A file without fonts counts as one. */
   function readFonts() {
@@ -33,9 +33,8 @@
     for (const script of document.querySelectorAll('script.file')) {
       const file = JSON.parse(script.textContent);
       const drawings = [];
-      for (let next = script.nextElementSibling; next && next.matches('script.glyphs'); next = next.nextElementSibling) {
-        drawings.push(next);
-      }
+      let next = script.nextElementSibling;
+      for (; next && next.matches('script.glyphs'); next = next.nextElementSibling) drawings.push(next);
       for (const [index, font] of file.fonts.entries()) {
         fonts.push({...font, name: font.name || file.path, path: file.path, problem: file.problem, index, drawings});
         for (const group of fonts.at(-1).groups) completeGroup(group, file, rules);
@@ -74,122 +73,12 @@
   const fonts = readFonts();
   const groups = fonts.flatMap((font) => font.groups);
 
-  // ---- drawings -----------------------------------------------------------------------------------------------------
+  // ---- cards of glyphs and the large view of one ------------------------------------------------------------------
 
-  const QUADRATIC = 0, ON = 1;
-
-  /** Whether there is something to see: the outline, or that there is none. */
-  const isDrawn = (drawing) => Boolean(drawing.points || !drawing.refusal);
-
-  /** The contours of a drawing, each a list of points with x, y, kind and number. */
-  function contoursOf(drawing) {
-    const points = [];
-    for (let i = 0, x = 0, y = 0; i + 2 < (drawing.points || []).length; i += 3) {
-      x += drawing.points[i];
-      y += drawing.points[i + 1];
-      points.push({x, y, kind: drawing.points[i + 2], number: i / 3});
-    }
-    let begin = 0;
-    return (drawing.ends || []).map((end) => points.slice(begin, begin = Math.max(begin, end)));
-  }
-
-  const middle = (a, b) => ({x: (a.x + b.x) / 2, y: (a.y + b.y) / 2, kind: ON});
-  const at = (point) => `${point.x} ${point.y}`;
-
-  /** The curve of a contour, with the points that lie implied between two quadratic ones. */
-  function curveOf(contour) {
-    if (contour.length === 0) return '';
-    const first = contour.findIndex((point) => point.kind === ON);
-    const start = first >= 0 ? contour[first] : middle(contour.at(-1), contour[0]);
-    const rest = first >= 0 ? [...contour.slice(first + 1), ...contour.slice(0, first), start] : [...contour, start];
-    let path = `M${at(start)}`;
-    let off = [];
-    for (const point of rest) {
-      if (point.kind === ON) {
-        path += (off.length === 0 ? 'L' : off.length === 1 ? 'Q' : 'C') + [...off.slice(-2), point].map(at).join(' ');
-        off = [];
-      } else if (off.length === 1 && off[0].kind === QUADRATIC) {
-        path += `Q${at(off[0])} ${at(middle(off[0], point))}`;
-        off = [point];
-      } else {
-        off.push(point);
-      }
-    }
-    return path + 'Z';
-  }
-
-  /** Lines from points beside the curve to their neighbours. */
-  function handlesOf(contour) {
-    return contour.map((point, i) => {
-      const next = contour[(i + 1) % contour.length];
-      return point.kind === ON && next.kind === ON || point.kind === 2 && next.kind === 2 ? '' : `M${at(point)}L${at(next)}`;
-    }).join('');
-  }
-
-  const dots = (points) => points.map((point) => `M${at(point)}h0`).join('');
-  const rectangle = ([xMin, yMin, xMax, yMax]) => `M${xMin} ${yMin}H${xMax}V${yMax}H${xMin}Z`;
-  const isSame = (a, b) => a && b && a.every((value, i) => value === b[i]);
-
-  /** What is to be seen: the points and the advance, and of a stored box as much as does not make them tiny. */
-  function frameOf(drawing, unitsPerEm) {
-    const found = drawing.found || [0, 0, drawing.advance || unitsPerEm, unitsPerEm];
-    const [xMin, yMin, xMax, yMax] = found;
-    const reach = Math.max(xMax - xMin, yMax - yMin, unitsPerEm / 10);
-    const stored = drawing.stored || found;
-    const advance = Math.min(Math.max(drawing.advance || 0, 0), xMax + reach);
-    const left = Math.min(xMin, 0 < xMin - reach ? xMin : 0, Math.max(stored[0], xMin - reach));
-    const right = Math.max(xMax, advance, Math.min(stored[2], xMax + reach));
-    const bottom = Math.min(yMin, 0 < yMin - reach ? yMin : 0, Math.max(stored[1], yMin - reach));
-    const top = Math.max(yMax, Math.min(stored[3], yMax + reach));
-    const margin = Math.max(right - left, top - bottom) * 0.07;
-    return {x: left - margin, y: -top - margin, width: right - left + 2 * margin, height: top - bottom + 2 * margin};
-  }
-
-  function vector(name, attributes, ...children) {
-    const made = document.createElementNS('http://www.w3.org/2000/svg', name);
-    for (const [key, value] of Object.entries(attributes)) made.setAttribute(key, value);
-    made.append(...children);
-    return made;
-  }
-
-  /** A picture of a glyph: one path for all that looks alike, so that it stays small. */
-  function pictureOf(drawing, unitsPerEm, label, isLarge) {
-    const contours = contoursOf(drawing);
-    const points = contours.flat();
-    const frame = frameOf(drawing, unitsPerEm);
-    const far = 4 * (frame.width + frame.height);
-    const shapes = vector('g', {transform: 'scale(1 -1)'});
-    const add = (kind, path) => path && shapes.append(vector('path', {class: kind, d: path}));
-    add('guide', `M${-far} 0H${far}M0 ${-far}V${far}` + (drawing.advance ? `M${drawing.advance} ${-far}V${far}` : ''));
-    for (const part of drawing.components || []) {
-      add('component', (part.box ? rectangle(part.box) : ''));
-    }
-    const curve = contours.map(curveOf).join('');
-    add('shape', curve);
-    if (drawing.found) add('found', rectangle(drawing.found));
-    if (drawing.stored && !isSame(drawing.stored, drawing.found)) add('stored', rectangle(drawing.stored));
-    add('handle', contours.map(handlesOf).join(''));
-    add('curve', curve);
-    add('off', dots(points.filter((point) => point.kind !== ON)));
-    add('on', dots(points.filter((point) => point.kind === ON)));
-    add('start', dots(contours.filter((contour) => contour.length > 0).map((contour) => contour[0])));
-    add('origin', dots((drawing.components || []).filter((part) => !part.byPoints)));
-    const picture = vector('svg', {viewBox: `${frame.x} ${frame.y} ${frame.width} ${frame.height}`, role: 'img',
-                                   'aria-label': label}, shapes);
-    if (isLarge && points.length <= NUMBERED_POINTS) {
-      const size = Math.max(frame.width, frame.height) / 55;
-      for (const point of points) {
-        const number = vector('text', {x: point.x + size / 2, y: -point.y - size / 2, 'font-size': size});
-        number.append(String(point.number));
-        picture.append(number);
-      }
-    }
-    return picture;
-  }
-
-  // ---- cards of glyphs and the large view of one -----------------------------------------------------------------------
-
-  const glyphLabel = (finding) => finding.glyphName ? `${finding.glyphName}` : `glyph ${finding.glyph}`;
+  const glyphLabel = (finding) => finding.glyphName || `glyph ${finding.glyph}`;
+  /** The number beside a name, after some words. */
+  const glyphNumber = (finding, words) =>
+      finding.glyphName ? element('small', {}, `${words}${finding.glyph}`) : '';
 
   /** A message without what stands beside it already: the table, and the glyph that it begins with. */
   function shortText(finding, group) {
@@ -199,37 +88,36 @@
     return finding.glyph >= 0 && text.startsWith(opening) ? text.slice(opening.length) : text;
   }
 
-  const legend = (kind, text) => element('li', {},
-      vector('svg', {viewBox: '0 0 24 12', class: 'sample', 'aria-hidden': 'true'},
-             vector('path', {class: kind, d: ['on', 'off', 'start', 'origin'].includes(kind) ? 'M12 6h0' : 'M2 6H22'})),
-      text);
+  const legend = (kind, text) => element('li', {}, sampleOf(kind), text);
 
   function legendOf(drawings) {
     const some = (test) => drawings.some(test);
     return element('ul', {className: 'legend'},
         some((drawing) => drawing.points) && [legend('on', 'point on the curve'), legend('off', 'off the curve'),
             legend('start', 'first of a contour'), legend('found', 'box of the points')],
-        some((drawing) => drawing.stored && !isSame(drawing.stored, drawing.found)) && legend('stored', 'box stored'),
-        some((drawing) => drawing.components) && [legend('component', 'box of a component'), legend('origin', 'its origin')],
+        some(boxesDiffer) && legend('stored', 'box stored'),
+        some((drawing) => drawing.components) && [legend('component', 'box of a component'),
+            legend('origin', 'its origin')],
         legend('guide', 'origin, baseline, advance'));
   }
 
+  const columns = (names) => element('thead', {}, element('tr', {}, names.map((name) => cell('th', name))));
   const cell = (name, value, differs) => element(name, {className: differs ? 'differs' : ''}, String(value));
 
   function boxTable(drawing) {
     const rows = [['stored', drawing.stored], ['of the points', drawing.found]].filter(([, box]) => box);
     const differs = (i) => drawing.stored && drawing.found && drawing.stored[i] !== drawing.found[i];
     return rows.length > 0 && element('table', {},
-        element('thead', {}, element('tr', {}, ['Box', 'xMin', 'yMin', 'xMax', 'yMax'].map((name) => cell('th', name)))),
+        columns(['Box', 'xMin', 'yMin', 'xMax', 'yMax']),
         element('tbody', {}, rows.map(([name, box]) =>
             element('tr', {}, cell('th', name), box.map((value, i) => cell('td', value, differs(i)))))));
   }
 
   function componentTable(drawing) {
     return drawing.components && element('table', {},
-        element('thead', {}, element('tr', {}, ['Component', 'glyph', 'x', 'y'].map((name) => cell('th', name)))),
-        element('tbody', {}, drawing.components.map((part, i) => element('tr', {}, cell('th', i), cell('td', part.glyph),
-            cell('td', part.x), cell('td', part.y),
+        columns(['Component', 'glyph', 'x', 'y']),
+        element('tbody', {}, drawing.components.map((part, i) => element('tr', {},
+            cell('th', i), cell('td', part.glyph), cell('td', part.x), cell('td', part.y),
             part.byPoints || part.refusal ? cell('td', part.refusal || 'placed by points') : ''))));
   }
 
@@ -240,7 +128,7 @@
                    counted((drawing.ends || []).length, 'contour'), `${drawingsOf(font).unitsPerEm} units per em`];
     dialog.replaceChildren(
         element('form', {method: 'dialog'},
-            element('h2', {}, glyphLabel(finding), finding.glyphName ? element('small', {}, ` glyph ${finding.glyph}`) : ''),
+            element('h2', {}, element('bdi', {}, glyphLabel(finding)), glyphNumber(finding, ' glyph ')),
             element('button', {'aria-label': 'Close'}, 'Close')),
         pictureOf(drawing, drawingsOf(font).unitsPerEm, `Outline of ${glyphLabel(finding)}`, true),
         element('div', {className: 'facts'}, legendOf([drawing]), element('p', {}, sizes.join(', ')),
@@ -258,12 +146,12 @@
         pictureOf(drawing, drawingsOf(font).unitsPerEm, `Outline of ${label}`, false));
     if (picture) picture.addEventListener('click', () => showLarge(font, finding, drawing, texts));
     return element('li', {className: 'card'}, picture || element('div', {className: 'picture empty'}, 'not drawn'),
-        element('h4', {}, element('bdi', {}, label), finding.glyphName ? element('small', {}, String(finding.glyph)) : ''),
+        element('h4', {}, element('bdi', {}, label), glyphNumber(finding, '')),
         drawing.refusal ? element('p', {className: 'refusal'}, drawing.refusal) : '',
         texts.map((text) => element('p', {}, text)));
   }
 
-  // ---- lists ----------------------------------------------------------------------------------------------------------
+  // ---- lists ------------------------------------------------------------------------------------------------------
 
   /** Appends items to a list, so many at a time; a button brings the next. */
   function fillInChunks(list, items, size, make) {
@@ -310,14 +198,14 @@
     const sums = new Map();
     for (const {group, count: number} of matches) sums.set(group.severity, (sums.get(group.severity) || 0) + number);
     return element('span', {className: 'counts'}, SEVERITIES.filter((severity) => sums.has(severity)).map((severity) =>
-        element('span', {className: `count ${severity}`}, count(sums.get(severity)), element('span', {}, ` ${severity}`))));
+        element('span', {className: `count ${severity}`}, count(sums.get(severity)),
+                element('span', {}, ` ${severity}`))));
   }
 
   function findingRow(finding, group) {
     const place = [finding.part, finding.offset < 0 ? '' : `byte ${count(finding.offset)} of '${group.table}'`];
     return element('li', {},
-        finding.glyph < 0 ? '' : element('b', {}, element('bdi', {}, glyphLabel(finding)),
-            finding.glyphName ? element('small', {}, ` ${finding.glyph}`) : ''),
+        finding.glyph < 0 ? '' : element('b', {}, element('bdi', {}, glyphLabel(finding)), glyphNumber(finding, ' ')),
         element('span', {className: 'text'}, shortText(finding, group)),
         element('small', {className: 'place'}, place.filter(Boolean).join(', ')));
   }
@@ -329,8 +217,8 @@
     const cards = new Map();
     const rows = [];
     for (const finding of findings) {
-      const isCard = finding.glyph >= 0 && glyphs[finding.glyph] && (cards.has(finding.glyph) || cards.size < CHUNK.cards);
-      if (!isCard) rows.push(finding);
+      const isShown = cards.has(finding.glyph) || cards.size < CHUNK.cards;
+      if (finding.glyph < 0 || !glyphs[finding.glyph] || !isShown) rows.push(finding);
       else cards.set(finding.glyph, [...(cards.get(finding.glyph) || []), finding]);
     }
     const undrawn = new Set(rows.map((finding) => finding.glyph).filter((glyph) => glyph >= 0)).size;
@@ -340,8 +228,10 @@
       result.push(drawn.length > 0 ? legendOf(drawn) : '',
           element('ul', {className: 'cards'}, [...cards.values()].map((each) => cardOf(group.font, group, each))));
     }
-    if (undrawn > 0 && refusal) result.push(element('p', {className: 'refusal'}, `No glyph can be drawn. ${refusal}`));
-    else if (undrawn > 0) result.push(element('p', {className: 'note'}, `${counted(undrawn, 'further glyph')} not drawn`));
+    if (undrawn > 0) {
+      result.push(refusal ? element('p', {className: 'refusal'}, `No glyph can be drawn. ${refusal}`) :
+                  element('p', {className: 'note'}, `${counted(undrawn, 'further glyph')} not drawn`));
+    }
     if (rows.length > 0) {
       const list = element('ol', {className: 'findings'});
       result.push(...fillInChunks(list, rows, CHUNK.findings, (finding) => findingRow(finding, group)));
@@ -349,12 +239,14 @@
     return result;
   }
 
+  const testLabel = ({test, testName}) => testName && testName !== test ? `${testName} (${test})` : test;
+
   function explanationOf(group) {
     const rule = group.rule;
     const entry = (name, value) => value ? [element('dt', {}, name), element('dd', {}, value)] : [];
     return element('div', {className: 'explanation'}, rule.means ? element('p', {}, rule.means) : '',
         element('dl', {}, entry('Why', rule.why), entry('Fix', rule.fix), entry('Document', rule.document),
-            entry('Test', group.testName && group.testName !== group.test ? `${group.testName} (${group.test})` : group.test)));
+            entry('Test', testLabel(group))));
   }
 
   function groupSummary(group, matches) {
@@ -362,15 +254,17 @@
     const findings = matches.flatMap((match) => match.findings);
     const named = matches.length === 1 && findings.length > 0 && findings.every((finding) => finding.glyph >= 0);
     const glyphs = named ? new Set(findings.map((finding) => finding.glyph)).size : 0;
-    const tags = [STATES[group.rule.state], group.standing === 'historic' ? '' : LEFT_OUT[group.standing]].filter(Boolean);
+    const standing = group.standing === 'historic' ? '' : LEFT_OUT[group.standing];
+    const tags = [STATES[group.rule.state], standing].filter(Boolean);
     const preview = group.rule.means && matches.length === 1 && findings.length > 0 ? findings[0] : null;
     return [badge(group.severity),
             element('span', {className: 'title'}, group.rule.title,
                 tags.map((tag) => [' ', element('span', {className: 'tag'}, tag)])),
             element('code', {}, group.rule.means ? group.rule.name : group.table),
-            element('span', {className: 'number'}, glyphs === number ? counted(glyphs, 'glyph') : counted(number, 'finding')),
+            element('span', {className: 'number'}, counted(number, glyphs === number ? 'glyph' : 'finding')),
             preview && element('small', {className: 'preview'},
-                preview.glyph < 0 ? '' : [element('bdi', {}, glyphLabel(preview)), ' \u2013 '], shortText(preview, group))];
+                preview.glyph < 0 ? '' : [element('bdi', {}, glyphLabel(preview)), ' \u2013 '],
+                shortText(preview, group))];
   }
 
   const groupDetails = (match) => folded('rule', groupSummary(match.group, [match]),
@@ -378,13 +272,15 @@
 
   function fontHeading(font) {
     return [element('bdi', {className: 'name'}, font.name || font.path),
-            element('small', {}, [font.type, font.postScriptName !== font.name ? font.postScriptName : ''].filter(Boolean).join(', ')),
+            element('small', {}, [font.type, font.postScriptName].filter((text) => text && text !== font.name)
+                .join(', ')),
             font.name === font.path ? '' : element('bdi', {className: 'path'}, font.path)];
   }
 
   function fontSection(font, matches, isOpen) {
+    const clean = font.problem ? `not tested: ${font.problem}` : 'nothing found';
     const summary = [element('span', {className: 'font-heading'}, fontHeading(font)),
-                     matches.length > 0 ? severityCounts(matches) : element('span', {className: 'clean'}, font.problem ? `not tested: ${font.problem}` : 'nothing found')];
+                     matches.length > 0 ? severityCounts(matches) : element('span', {className: 'clean'}, clean)];
     if (matches.length === 0) return element('div', {className: font.problem ? 'font' : 'font clean'}, summary);
     const fill = () => fillInChunks(element('div', {}), matches, CHUNK.groups, groupDetails);
     return folded('font', summary, fill, isOpen);
@@ -392,13 +288,14 @@
 
   function ruleSection(matches) {
     const [{group}] = matches;
-    const fontPart = (match) => element('section', {}, element('h3', {}, fontHeading(match.group.font)), findingsOf(match));
+    const fontPart = (match) =>
+        element('section', {}, element('h3', {}, fontHeading(match.group.font)), findingsOf(match));
     return folded('rule', groupSummary(group, matches),
         () => [element('div', {className: 'body'}, explanationOf(group),
                        fillInChunks(element('div', {}), matches, CHUNK.sections, fontPart))]);
   }
 
-  // ---- filters --------------------------------------------------------------------------------------------------------
+  // ---- filters ----------------------------------------------------------------------------------------------------
 
   const unfiltered = () => ({hidden: new Set(), font: '', test: '', rule: '', text: '', view: 'font', leftOut: false});
   let filter = unfiltered();
@@ -436,7 +333,7 @@
   }
 
   function sectionsByRule(matches) {
-    const ofRules = gather(matches, (group) => `${SEVERITIES.indexOf(group.severity)} ${group.standing || ''} ${group.rule.name}`);
+    const ofRules = gather(matches, ({severity, standing, rule}) => [severity, standing || '', rule.name].join(' '));
     const total = (list) => list.reduce((sum, match) => sum + match.count, 0);
     const grave = (list) => SEVERITIES.indexOf(list[0].group.severity);
     const shown = [...ofRules.values()].sort((a, b) => grave(a) - grave(b) || total(b) - total(a));
@@ -515,17 +412,20 @@
   }
 
   function filterPanel() {
-    const fontOptions = fonts.map((font) => ({value: font.id, text: font.name === font.path ? font.path : `${font.name} (${font.path.split('/').at(-1)})`}));
+    const fontLabel = ({name, path}) => name === path ? path : `${name} (${path.split('/').at(-1)})`;
+    const fontOptions = fonts.map((font) => ({value: font.id, text: fontLabel(font)}));
     const testOptions = uniqueBy(groups, (group) => group.test).filter((group) => group.test)
-        .map((group) => ({value: group.test, text: group.testName && group.testName !== group.test ? `${group.testName} (${group.test})` : group.test}));
-    const ruleOptions = uniqueBy(groups, (group) => group.rule.name).map((group) => ({value: group.rule.name, text: group.rule.name}));
+        .map((group) => ({value: group.test, text: testLabel(group)}));
+    const ruleOptions = uniqueBy(groups, (group) => group.rule.name)
+        .map(({rule}) => ({value: rule.name, text: rule.name}));
+    const leftOutLabel = `Show ${counted(leftOutCount, 'finding')} left out: older systems, ignored or known`;
     const wide = window.matchMedia('(min-width: 60rem)');
     const panel = element('details', {className: 'filters', open: wide.matches}, element('summary', {}, 'Filters'),
         element('search', {},
             element('p', {}, element('label', {for: search.id}, 'Search'), search), select('Font', 'font', fontOptions),
             select('Test', 'test', testOptions.sort(byText)), select('Rule', 'rule', ruleOptions.sort(byText)),
             leftOutCount > 0 ? element('p', {className: 'check'}, leftOut,
-                element('label', {for: leftOut.id}, `Show ${counted(leftOutCount, 'finding')} left out: older systems, ignored or known`)) : '',
+                element('label', {for: leftOut.id}, leftOutLabel)) : '',
             reset));
     wide.addEventListener('change', () => { panel.open = wide.matches; });
     return panel;
@@ -545,7 +445,7 @@
     reset.hidden = !isNarrowed();
   }
 
-  // ---- the address, which keeps the filters ---------------------------------------------------------------------------
+  // ---- the address, which keeps the filters -----------------------------------------------------------------------
 
   function writeAddress() {
     const words = new URLSearchParams();
@@ -568,7 +468,7 @@
     filter.leftOut = words.get('all') === '1';
   }
 
-  // ---- start ----------------------------------------------------------------------------------------------------------
+  // ---- start ------------------------------------------------------------------------------------------------------
 
   function unfoldAll(isOpen) {
     for (const details of list.querySelectorAll('details')) isOpen ? unfold(details) : details.open = false;
@@ -593,19 +493,19 @@
       render();
     });
     document.addEventListener('keydown', (event) => {
-      if (event.key !== '/' || event.ctrlKey || event.metaKey || event.altKey || event.target.matches('input, select')) return;
+      const isTyping = event.target.matches('input, select') || event.ctrlKey || event.metaKey || event.altKey;
+      if (event.key !== '/' || isTyping || dialog.open) return;
       event.preventDefault();
       search.closest('details').open = true;
       search.focus();
     });
-    let folds = [];
+    let open = new Set();  // what is unfolded when printing begins
     window.addEventListener('beforeprint', () => {
-      const isClosed = (details) => !details.open;
-      folds = [...list.querySelectorAll('details')].filter(isClosed);
+      open = new Set(list.querySelectorAll('details[open]'));
       unfoldAll(true);
     });
     window.addEventListener('afterprint', () => {
-      for (const details of folds) details.open = false;
+      for (const details of list.querySelectorAll('details')) details.open = open.has(details);
     });
   }
 
