@@ -309,7 +309,7 @@ GlyphDrawing GlyphDrawer::Font::Draw(int64_t glyph) {
   GlyphDrawing drawing;
   drawing.refusal = refusal_;
   if (!face_) return drawing;
-  const auto index = static_cast<uint32_t>(std::clamp<int64_t>(glyph, 0, UINT32_MAX));
+  const auto index = glyph < 0 ? UINT32_MAX : static_cast<uint32_t>(std::min<int64_t>(glyph, UINT32_MAX));
   Contours contours;
   components_ = 0;
   drawing.refusal = Compose(index, 0, contours, &drawing);
