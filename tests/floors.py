@@ -37,6 +37,7 @@ LIBRARIES = {
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
     r"fontconfig/": r"(Tools/rundle-conduit|Source/AlphabetWriter)/.*",
+    r"(freetype/|ft2build)": r"Tools/vorn-font-test/Formats/FreeTypeLibrary[^/]*",
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -40,10 +40,10 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"major", Severity::kMajor},
                                    {"fatal", Severity::kFatal}};
 
-const Choices<Format> kFormats = {{"text", Format::kText},       {"json", Format::kJson},
-                                  {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList},
-                                  {"sarif", Format::kSarif},     {"junit", Format::kJUnit},
-                                  {"github", Format::kGithub},   {"markdown", Format::kMarkdown}};
+const Choices<Format> kFormats = {
+    {"text", Format::kText},          {"json", Format::kJson},         {"jsonl", Format::kJsonLines},
+    {"plist", Format::kPropertyList}, {"sarif", Format::kSarif},       {"junit", Format::kJUnit},
+    {"github", Format::kGithub},      {"markdown", Format::kMarkdown}, {"html", Format::kHtml}};
 
 /// What the word stands for.
 template <class T>
@@ -123,7 +123,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
             "text; json: one document; jsonl: one line a file, as it\n"
             "ends; plist: an XML property list; sarif: SARIF 2.1.0;\n"
             "junit: results of unit tests as XML; github: annotations\n"
-            "of a workflow; markdown: a summary. Default: text.")
+            "of a workflow; markdown: a summary; html: a page with\n"
+            "filters and drawings of glyphs. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
   AddRepeatable(app, "-o,--output", outputs,

@@ -12,7 +12,7 @@
 namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
-enum class Format { kText, kJson, kJsonLines, kPropertyList, kSarif, kJUnit, kGithub, kMarkdown };
+enum class Format { kText, kJson, kJsonLines, kPropertyList, kSarif, kJUnit, kGithub, kMarkdown, kHtml };
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.

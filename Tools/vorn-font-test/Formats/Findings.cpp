@@ -22,10 +22,16 @@ class Grouping {
   void Add(const Message& message, const Rule* rule, std::string_view test) {
     const std::string_view name = rule ? rule->name : message.format;
     auto group = std::ranges::find_if(groups_, [&](const RuleFindings& other) {
-      return other.severity == message.severity && other.rule == rule && other.name == name;
+      return other.severity == message.severity && other.standing == message.standing && other.rule == rule &&
+             other.name == name;
     });
     if (group == groups_.end()) {
-      groups_.push_back({.severity = message.severity, .rule = rule, .name = name, .test = test, .shown = {}});
+      groups_.push_back({.severity = message.severity,
+                         .standing = message.standing,
+                         .rule = rule,
+                         .name = name,
+                         .test = test,
+                         .shown = {}});
       group = groups_.end() - 1;
     }
     ++group->count;

@@ -36,9 +36,10 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail);
 /// Calls take for each finding of a test: each message, and each severity of the results that no message explains.
 void ForEachFinding(const TestRecord& test, const std::function<void(const Message&)>& take);
 
-/// Findings of one severity that break one rule.
+/// Findings of one severity and one standing that break one rule.
 struct RuleFindings {
   Severity severity = Severity::kNonFont;
+  Standing standing = Standing::kCounts;
   const Rule* rule = nullptr;  ///< null when it is not in the catalogue
   std::string_view name;       ///< of the rule, else the format of its messages
   std::string_view test;       ///< the identifier of the test; empty when no test ran

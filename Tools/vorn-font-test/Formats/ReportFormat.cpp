@@ -1,6 +1,7 @@
 #include "Formats/ReportFormat.h"
 
 #include "Formats/GithubReport.h"
+#include "Formats/HtmlReport.h"
 #include "Formats/JUnitReport.h"
 #include "Formats/JsonReport.h"
 #include "Formats/MarkdownReport.h"
@@ -12,6 +13,8 @@ namespace tool {
 
 std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& options, const Destination& destination) {
   switch (format) {
+    case Format::kHtml:
+      return std::make_unique<HtmlReport>(options);
     case Format::kJson:
       return std::make_unique<JsonReport>();
     case Format::kJsonLines:
