@@ -1,11 +1,15 @@
 #include "Run/Merge.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "Formats/FileEntry.h"
 #include "Report/JsonReader.h"
@@ -54,36 +58,51 @@ std::vector<std::string> PartsOf(const Options& options) {
   return parts;
 }
 
-/// Which line tells of each file.
-class Choices {
+/// A line to make a part of the report of.
+struct Choice {
+  /// The better ones have the greater values.
+  enum class Worth : uint8_t { kNone, kCut, kProblem, kTested };
+
+  size_t part;
+  size_t number;
+  Worth worth;
+  std::string path;  ///< of a line that was cut
+
+  auto Position() const { return std::pair(part, number); }
+};
+
+/// Finds the lines that tell of the files, each once, and those that tell of none.
+class Survey {
  public:
-  explicit Choices(const std::vector<std::string>& parts) {
-    ForEachLine(parts, [this](const Line& line) { Consider(line, SurveyReportLine(line.text)); });
+  void Add(const Line& line) {
+    const ReportLineSurvey survey = SurveyReportLine(line.text);
+    Choice choice{line.part, line.number, WorthOf(survey), {}};
+    if (choice.worth == Choice::Worth::kNone) return none_.push_back(choice);
+    const auto [found, isNew] = files_.try_emplace(survey.path, choice);
+    if (!isNew && found->second.worth < choice.worth) found->second = choice;
   }
 
-  /// Whether the line, which tells of this file, is the one to take.
-  bool IsChosen(const Line& line, const std::string& path) const {
-    const auto choice = chosen_.find(path);
-    return choice != chosen_.end() && choice->second.part == line.part && choice->second.number == line.number;
+  /// In the order of the parts and their lines. To be called last.
+  std::vector<Choice> TakeChoices() {
+    std::vector<Choice> choices = std::move(none_);
+    for (auto& [path, choice] : files_) {
+      if (choice.worth == Choice::Worth::kCut) choice.path = path;
+      choices.push_back(std::move(choice));
+    }
+    files_.clear();
+    std::ranges::sort(choices, {}, &Choice::Position);
+    return choices;
   }
 
  private:
-  /// The better ones have the greater values.
-  enum class Worth { kCut, kProblem, kTested };
-  struct Choice {
-    size_t part;
-    size_t number;
-    Worth worth;
-  };
-
-  void Consider(const Line& line, const ReportLineSurvey& survey) {
-    if (survey.path.empty()) return;
-    const Worth worth = !survey.isWhole ? Worth::kCut : survey.hasProblem ? Worth::kProblem : Worth::kTested;
-    const auto [choice, isNew] = chosen_.try_emplace(survey.path, Choice{line.part, line.number, worth});
-    if (!isNew && choice->second.worth < worth) choice->second = {line.part, line.number, worth};
+  static Choice::Worth WorthOf(const ReportLineSurvey& survey) {
+    if (survey.path.empty()) return Choice::Worth::kNone;
+    if (!survey.isWhole) return Choice::Worth::kCut;
+    return survey.hasProblem ? Choice::Worth::kProblem : Choice::Worth::kTested;
   }
 
-  std::unordered_map<std::string, Choice> chosen_;
+  std::unordered_map<std::string, Choice> files_;  ///< by path
+  std::vector<Choice> none_;
 };
 
 /// Makes reports of the lines that were chosen.
@@ -97,26 +116,29 @@ class Merger {
   }
 
   int Merge() {
-    const Choices choices(parts_);
+    Survey survey;
+    ForEachLine(parts_, [&survey](const Line& line) { survey.Add(line); });
+    const std::vector<Choice> choices = survey.TakeChoices();
+    auto choice = choices.begin();
     reports_.Begin();
     ForEachLine(parts_, [&](const Line& line) {
-      const ReportLineSurvey survey = SurveyReportLine(line.text);
-      if (survey.path.empty()) {
-        AddProblem(PlaceOf(line), {ProblemKind::kUnreadable, "this line is no report of a file"});
-      } else if (choices.IsChosen(line, survey.path)) {
-        survey.isWhole ? Add(line) : AddProblem(survey.path, {ProblemKind::kSystem, "its report was cut short"});
-      }
+      if (choice == choices.end() || choice->Position() != std::pair(line.part, line.number)) return;
+      Add(line, *choice++);
     });
     reports_.End();
     return StatusOf(reports_.GetTotals());
   }
 
  private:
-  std::string PlaceOf(const Line& line) const { return parts_[line.part] + ":" + std::to_string(line.number + 1); }
-
-  void Add(const Line& line) {
-    const Tova::Dictionary entry = ReadJsonLine(line.text);
-    if (!entry) return AddProblem(PlaceOf(line), {ProblemKind::kUnreadable, "this line is no report of a file"});
+  void Add(const Line& line, const Choice& choice) {
+    if (choice.worth == Choice::Worth::kCut) {
+      return AddProblem(choice.path, {ProblemKind::kSystem, "its report was cut short"});
+    }
+    const Tova::Dictionary entry = choice.worth == Choice::Worth::kNone ? Tova::Dictionary() : ReadJsonLine(line.text);
+    if (!entry) {
+      const std::string place = parts_[line.part] + ":" + std::to_string(line.number + 1);
+      return AddProblem(place, {ProblemKind::kUnreadable, "this line is no report of a file"});
+    }
     const FileReport report = ReadFileEntry(entry.get());
     FileOutcome outcome(reports_.Count());
     outcome.problem = report.problem;
