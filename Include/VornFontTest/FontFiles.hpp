@@ -15,6 +15,10 @@ inline constexpr uint32_t kScalerKeyboardBitmap = 0xA56B6264;      // a byte of 
 inline constexpr uint32_t kScalerListBitmap = 0xA56C7374;          // a byte of 0xA5 and "lst"
 inline constexpr uint32_t kScalerCollection = 0x74746366;          // "ttcf"
 
+/// Fonts compressed for the web; known, and not tested.
+inline constexpr uint32_t kScalerWoff = 0x774F4646;   // "wOFF"
+inline constexpr uint32_t kScalerWoff2 = 0x774F4632;  // "wOF2"
+
 /// How many bytes of a file tell its kind.
 inline constexpr uint32_t kScalerSize = 4;
 

@@ -40,7 +40,7 @@ TovaStringRef OutlineKindOf(const FTFont& iFont) {
 
 Tova::Array TagsOf(const FTFont_sfnt& iFont) {
   auto tTags = Tova::Adopt(TovaArrayCreateMutable());
-  for (uint64_t i = 0; i < std::min(iFont.CountTables(), kFTMaxTablesListed); ++i) {
+  for (uint64_t i = 0; i < std::min(iFont.CountTables(), FTLimits::Get().maxTablesListed); ++i) {
     const std::string tTag = FTTagText(iFont.GetIndTableTag(i));
     TovaArrayAppendValue(tTags.get(), Tova::Adopt(TovaStringCreateWithLossyUTF8(tTag.data(), tTag.size())).get());
   }

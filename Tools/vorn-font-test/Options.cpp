@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 namespace tool {
@@ -15,14 +16,21 @@ constexpr const char* kFooter = R"(Exit status:
   0  nothing was found at the --fail-on level or above
   1  something was found
   2  wrong usage, or a file that cannot be read (all others are still tested)
-  3  the program itself failed: the report cannot be written, for instance
+  3  a file could not be tested (a crash, --timeout, --memory), or the program
+     itself failed: the report cannot be written, for instance
+  130, 143  interrupted; 141  nobody reads the report any more
 
 Examples:
   vorn-font-test MyFont.ttf                    what is wrong with a font
   vorn-font-test -s major ~/fonts              all fonts under a directory, grave errors only
   vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
   vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
+  find . -name '*.ttf' -print0 | vorn-font-test -0 --files-from -
   vorn-font-test -q --fail-on fatal a.ttf      no report, only the exit status)";
+
+constexpr size_t kMaximumJobs = 1024;
+constexpr uint64_t kMaximumTimeout = 1'000'000;     // seconds
+constexpr uint64_t kMaximumMemory = 1'000'000'000;  // megabytes
 
 template <class T>
 using Choices = std::vector<std::pair<std::string_view, T>>;
@@ -34,7 +42,9 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"fatal", Severity::kFatal}};
 
 const Choices<Format> kFormats = {
-    {"text", Format::kText}, {"json", Format::kJson}, {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList}};
+    {"text", Format::kText},          {"json", Format::kJson},         {"jsonl", Format::kJsonLines},
+    {"plist", Format::kPropertyList}, {"sarif", Format::kSarif},       {"junit", Format::kJUnit},
+    {"github", Format::kGithub},      {"markdown", Format::kMarkdown}, {"html", Format::kHtml}};
 
 /// What the word stands for.
 template <class T>
@@ -100,8 +110,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level whose findings text shows one by one:\n"
-            "information (and which tables were tested), technical,\n"
+            "Lowest level whose findings reports for people show one by\n"
+            "one: information (and which tables were tested), technical,\n"
             "minor, major or fatal. Default: minor.")
       ->option_text("LEVEL")
       ->group(group);
@@ -113,7 +123,10 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->group(group);
   AddChoice(app, "-f,--format", options.format, kFormats,
             "text; json: one document; jsonl: one line a file, as it\n"
-            "ends; plist: an XML property list. Default: text.")
+            "ends; plist: an XML property list; sarif: SARIF 2.1.0;\n"
+            "junit: results of unit tests as XML; github: annotations\n"
+            "of a workflow; markdown: a summary; html: a page with\n"
+            "filters and drawings of glyphs. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
   AddRepeatable(app, "-o,--output", outputs,
@@ -167,6 +180,40 @@ void AddRunOptions(CLI::App& app, Options& options) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("NAME")
       ->group(group);
+  app.add_option("--files-from", options.filesFrom,
+                 "Test also the files and directories that this file lists,\n"
+                 "one a line; - stands for standard input.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("FILE")
+      ->group(group);
+  app.add_flag("-0,--null", options.nullSeparated, "In that list, NULs end the paths, as find -print0 has it.")
+      ->group(group);
+  app.add_flag("--merge", options.merge,
+               "The paths are reports in JSON lines of parts of a run:\n"
+               "write one report of them, each file once, and exit as one\n"
+               "run would.")
+      ->group(group);
+  app.add_option("-j,--jobs", options.jobs,
+                 "Test so many files at a time, in processes that can do\n"
+                 "little else: a crash costs one file. 0: in this process.\n"
+                 "Default: as many as there are cores.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(size_t{0}, kMaximumJobs))
+      ->option_text("N")
+      ->group(group);
+  app.add_option("--timeout", options.timeout, "Give up a file after so long. 0: never. Default: 60.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(uint64_t{0}, kMaximumTimeout))
+      ->option_text("SECONDS")
+      ->group(group);
+  app.add_option("--memory", options.memory,
+                 "Give up a file that takes more memory to test.\n"
+                 "0: no limit. Default: 2048.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->check(CLI::Range(uint64_t{0}, kMaximumMemory))
+      ->option_text("MB")
+      ->group(group);
+  app.add_flag("!--no-progress", options.progress, "Do not show on a terminal how far a long run is.")->group(group);
   app.set_help_flag("-h,--help", "Print this help.")->group(group);
   app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
 }
@@ -182,6 +229,7 @@ class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_usage(const CLI::App*, std::string) const override {
     return "\nUsage: vorn-font-test [OPTION]... PATH...\n"
+           "       vorn-font-test --merge [OPTION]... PART...\n"
            "       vorn-font-test --list-tests [OPTION]...\n"
            "       vorn-font-test --explain NAME\n";
   }
@@ -217,6 +265,12 @@ std::vector<ReportRequest> ReportsWanted(const Options& options, const std::vect
   return reports;
 }
 
+/// Whether the list of tests can be written so; other formats tell of findings only.
+bool IsFormatOfTestList(Format format) {
+  return format == Format::kText || format == Format::kJson || format == Format::kJsonLines ||
+         format == Format::kPropertyList;
+}
+
 /// What else the command line asks for then counts for nothing.
 Options AnswerOnly(const std::string& text) {
   Options options;
@@ -225,6 +279,8 @@ Options AnswerOnly(const std::string& text) {
 }
 
 }  // namespace
+
+size_t DefaultJobs() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 Options ParseCommandLine(int argc, const char* const* argv) {
   Options options;
@@ -255,7 +311,10 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
-  if (options.paths.empty() && !options.listTests && !options.explain)
+  if (options.listTests && !IsFormatOfTestList(options.format)) {
+    throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
+  }
+  if (options.paths.empty() && !options.filesFrom && !options.listTests && !options.explain)
     throw UsageError("no font file or directory given");
   return options;
 }

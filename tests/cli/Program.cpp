@@ -5,10 +5,9 @@
 
 #include <array>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
+#include "cli/Reports.h"
 #include "support/TemporaryFolder.h"
 
 namespace test {
@@ -21,22 +20,18 @@ std::string Quoted(const std::string& text) {
   return quoted + "'";
 }
 
-std::string Contents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 }  // namespace
 
 Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination,
-                   const std::vector<std::string>& variables, const std::string& before) {
+                   const std::vector<std::string>& variables, const std::string& before, const std::string& program) {
   const TemporaryFolder folder;
   std::string command = before + " exec env -i TERM=xterm LC_ALL=C ASAN_OPTIONS=detect_leaks=1:exitcode=99";
   for (const std::string& variable : variables) command += Quoted(variable);
-  command += Quoted(VORN_PROGRAM);
+  command += Quoted(program);
   for (const std::string& argument : arguments) command += Quoted(argument);
-  command += " 2>" + Quoted(folder.File("err"));
-  if (destination == Destination::kTerminal) command = "exec script -qec" + Quoted(command) + " /dev/null";
+  if (destination != Destination::kTerminals) command += " 2>" + Quoted(folder.File("err"));
+  if (destination == Destination::kTerminal || destination == Destination::kTerminals)
+    command = "exec script -qec" + Quoted(command) + " /dev/null";
   std::array<int, 2> ends = {};
   constexpr int kPipe = 9;
   if (destination == Destination::kClosedPipe) {

@@ -13,11 +13,13 @@ struct Outcome {
 };
 
 /// Where its standard output goes.
-enum class Destination { kFile, kTerminal, kFull, kClosedPipe, kClosed };
+/// kTerminals: standard error goes to the terminal, too.
+enum class Destination { kFile, kTerminal, kTerminals, kFull, kClosedPipe, kClosed };
 
 /// Runs the built program in a clean environment, to which variables such as "NO_COLOR=1" are added, after shell
-/// commands such as "ulimit -v 64000;".
+/// commands such as "ulimit -v 64000;". Another program may take its place.
 Outcome RunProgram(const std::vector<std::string>& arguments, Destination destination = Destination::kFile,
-                   const std::vector<std::string>& variables = {}, const std::string& before = "");
+                   const std::vector<std::string>& variables = {}, const std::string& before = "",
+                   const std::string& program = VORN_PROGRAM);
 
 }  // namespace test

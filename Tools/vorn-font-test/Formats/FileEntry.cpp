@@ -19,6 +19,11 @@ class EntryWriter {
     sink_.BeginDictionary();
     sink_.Key("path");
     sink_.Text(report_.path);
+    if (report_.problem) {
+      WriteText("problem", report_.problem.text);
+      WriteText("problemKind", Word(report_.problem.kind));
+    }
+    if (!report_.unopened.empty()) WriteText("unopened", report_.unopened);
     sink_.Key("report");
     WriteDictionary(report_.tree, kVornFontTestFontsTestedKey,
                     [&](TovaDictionaryRef font, size_t index) { WriteFont(font, report_.fonts[index]); });
@@ -93,6 +98,17 @@ class EntryWriter {
 
 void WriteFileEntry(const FileReport& report, const TreeChoices& choices, TreeSink& sink) {
   EntryWriter(report, choices, sink).Write();
+}
+
+FileReport ReadFileEntry(TovaDictionaryRef entry) {
+  const auto value = [entry](std::string_view key) {
+    return TovaDictionaryGetValue(entry, Tova::MakeString(key).get());
+  };
+  const auto text = [&value](std::string_view key) { return std::string(Tova::Text(Tova::AsString(value(key)))); };
+  FileReport report = ReadReport(text("path"), Tova::AsDictionary(value("report")));
+  report.unopened = text("unopened");
+  if (value("problem")) report.problem = {ProblemKindFromWord(text("problemKind")), text("problem")};
+  return report;
 }
 
 }  // namespace tool

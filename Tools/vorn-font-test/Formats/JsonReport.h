@@ -13,9 +13,11 @@ class JsonReport : public ReportFormat {
   std::string End(const Totals& totals) const override;
 };
 
-/// {"path": ..., "report": ...} for each file, one a line.
+/// {"path": ..., "report": ...} for each file, one a line, and for each path that could not be read: all that a run
+/// came to can be told from the lines of its parts.
 class JsonLinesReport : public ReportFormat {
  public:
+  bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
 };
 

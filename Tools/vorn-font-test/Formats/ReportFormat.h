@@ -23,6 +23,8 @@ class ReportFormat {
   virtual bool HeadNeedsTotals() const { return false; }
   /// What stands before the first part. The totals are those of the run when HeadNeedsTotals, else empty.
   virtual std::string Head(const Totals&) const { return {}; }
+  /// Whether paths that could not be read have parts, too. Where they have none, standard error alone names them.
+  virtual bool ListsUnreadable() const { return false; }
   /// Writes the part of a file.
   virtual void WriteFile(const FileReport& report, const TextSink& sink) const = 0;
   /// What stands between two parts. A part is a block when it has more than one line.

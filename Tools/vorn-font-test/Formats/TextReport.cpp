@@ -54,13 +54,18 @@ class FileText {
 };
 
 void FileText::Write() const {
+  if (report_.problem) {
+    sink_(style_.Bold(EscapeForTerminal(report_.path)) + ": " + style_.Of(Severity::kFatal, "not tested") + ", " +
+          EscapeForTerminal(report_.problem.text) + "\n");
+    return;
+  }
   if (choices_.detail == Detail::kResults) {
     const std::string list = style_.List(report_.results, choices_.show);
     sink_(style_.Bold(EscapeForTerminal(report_.path)) + ": " + Passed() + ", " + (list.empty() ? Remark() : list) +
           "\n");
     return;
   }
-  if (report_.fonts.empty() && !report_.problem.empty()) return WriteUnopened();
+  if (report_.fonts.empty() && !report_.unopened.empty()) return WriteUnopened();
   std::vector<FontText> fonts;
   for (const FontRecord& font : report_.fonts) fonts.emplace_back(font, choices_, style_);
   if (std::ranges::any_of(fonts, &FontText::IsShown)) return WriteFonts(fonts);
@@ -95,8 +100,7 @@ void FileText::WriteFonts(const std::vector<FontText>& fonts) const {
 
 void FileText::WriteUnopened() const {
   sink_(Heading({EscapeForTerminal(report_.path)}) + "\n");
-  std::string text =
-      Labelled(Spaces(kMarkColumns), "no font can be opened: the file " + report_.problem, choices_.width);
+  std::string text = Labelled(Spaces(kMarkColumns), report_.unopened, choices_.width);
   sink_(text.replace(0, kMarkColumns, SeverityMark(Severity::kFatal, style_)));
   WriteVerdict(0);
 }
@@ -186,6 +190,9 @@ std::string TextReport::End(const Totals& totals) const {
   if (totals.unreadable > 0) {
     text += style_.Of(Severity::kFatal, Counted(totals.unreadable, "path") + " could not be read") + "\n";
   }
+  if (totals.failed > 0) {
+    text += style_.Of(Severity::kFatal, Counted(totals.failed, "file") + " could not be tested") + "\n";
+  }
   if (totals.files != 1) text += Summary(totals);
   return text.empty() ? text : "\n" + text;
 }
@@ -208,9 +215,9 @@ std::string TextReport::Summary(const Totals& totals) const {
   }
   text += "Findings: " + (counts.empty() ? style_.Good("none") : counts) + "\n";
   text += LeftOutLines("", totals, choices_.width);
-  const size_t passed = totals.files - totals.failed;
-  text += (totals.failed > 0 ? style_.Bad("FAIL") : style_.Good("PASS")) + " (" + FailLevel(choices_.failOn) + ")  " +
-          Grouped(totals.failed) + " failed, " + Grouped(passed) + " passed\n";
+  const size_t passed = totals.files - totals.failed - totals.reached;
+  text += (totals.reached > 0 ? style_.Bad("FAIL") : style_.Good("PASS")) + " (" + FailLevel(choices_.failOn) + ")  " +
+          Grouped(totals.reached) + " failed, " + Grouped(passed) + " passed\n";
   return text;
 }
 

@@ -17,9 +17,7 @@ struct Signature {
 };
 
 /// Files that people take for fonts, by their first bytes.
-constexpr Signature kSignatures[] = {{"wOFF", "is a compressed web font (WOFF); test the font that it was made from"},
-                                     {"wOF2", "is a compressed web font (WOFF2); test the font that it was made from"},
-                                     {"PK\x03\x04", "is a ZIP archive; unpack it first"},
+constexpr Signature kSignatures[] = {{"PK\x03\x04", "is a ZIP archive; unpack it first"},
                                      {"\x1F\x8B", "is compressed (gzip); unpack it first"},
                                      {"BZh", "is compressed (bzip2); unpack it first"},
                                      {"\xFD"
@@ -39,8 +37,6 @@ bool IsText(std::string_view bytes) {
   return false;
 }
 
-}  // namespace
-
 std::string KindInWords(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::string bytes(kBytesRead, '\0');
@@ -52,5 +48,9 @@ std::string KindInWords(const std::string& path) {
   }
   return IsText(bytes) ? "holds text" : "is not a font file, or its beginning is damaged";
 }
+
+}  // namespace
+
+std::string WhyUnopened(const std::string& path) { return "no font can be opened: the file " + KindInWords(path); }
 
 }  // namespace tool

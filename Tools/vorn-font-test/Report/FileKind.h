@@ -4,8 +4,7 @@
 
 namespace tool {
 
-/// What a file is that holds no font that can be opened, in words after "the file": "is empty", "is a compressed web
-/// font (WOFF2), ...".
-std::string KindInWords(const std::string& path);
+/// Why no font of a file can be opened, as far as its first bytes tell: "no font can be opened: the file is empty".
+std::string WhyUnopened(const std::string& path);
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "Report/Report.h"
 
-#include <Tova/Tova.hpp>
 #include <array>
 
 namespace tool {
@@ -123,7 +122,8 @@ Message MessageList::operator[](size_t index) const {
           .offset = NumberAt(message, kVornFontTestMessageOffsetKey),
           .part = TextAt(message, kVornFontTestMessagePartKey),
           .rule = judgement.rule,
-          .standing = judgement.standing};
+          .standing = judgement.standing,
+          .given = judgement.given};
 }
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {
@@ -132,6 +132,12 @@ FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {
           .listsFonts = ArrayAt(tree, kVornFontTestFontsTestedKey) != nullptr,
           .fonts = ReadAll(tree, kVornFontTestFontsTestedKey, ReadFont),
           .tree = tree};
+}
+
+Tova::Dictionary EmptyTree() {
+  auto tree = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(tree.get(), kVornFontTestResultKey, Tova::Adopt(TovaArrayCreateMutable()).get());
+  return tree;
 }
 
 SeverityCounts CountFindings(const TestRecord& test) {

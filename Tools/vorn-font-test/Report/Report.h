@@ -1,7 +1,6 @@
 #pragma once
 
-#include <Tova/Tova.h>
-
+#include <Tova/Tova.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Report/Problem.h"
 #include "Report/Severity.h"
 
 namespace tool {
@@ -49,6 +49,7 @@ struct Message {
   std::string_view part = {};                       ///< of the table, in words
   const Rule* rule = nullptr;                       ///< see Judgement
   Standing standing = Standing::kCounts;
+  Severity given = severity;  ///< as the test gave it
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.
@@ -94,15 +95,18 @@ struct FontRecord {
 /// The report of one file as plain values, which borrow the texts of the library's tree.
 struct FileReport {
   std::string path;
-  SeveritySet results;       ///< as the tests gave them
-  bool listsFonts = true;    ///< false where nothing but the severities was asked for
-  bool fails = false;        ///< whether something in it fails the run
-  std::string problem = {};  ///< why no font of it could be opened, in words after "the file"; empty where one could
+  SeveritySet results;     ///< as the tests gave them
+  bool listsFonts = true;  ///< false where nothing but the severities was asked for
+  bool fails = false;      ///< whether something in it fails the run
   std::vector<FontRecord> fonts;
   TovaDictionaryRef tree = nullptr;  ///< borrowed
+  std::string unopened = {};         ///< why no font of it could be opened, where none could
+  Problem problem = {};              ///< why the file was not tested; nothing else is told then
 };
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree);
+/// The tree of a file that was not tested: nothing was found.
+Tova::Dictionary EmptyTree();
 
 /// How many findings count: messages, and one for each severity that the results hold and no message explains.
 SeverityCounts CountFindings(const TestRecord& test);

@@ -1,7 +1,12 @@
 #include "Run/FileTester.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <stdexcept>
+#include <cerrno>
 #include <utility>
 
 #include "Report/FileKind.h"
@@ -43,42 +48,99 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   return result;
 }
 
+/// Why a file cannot be read as a whole; none when it can. The library takes such a file for a broken font.
+Problem ProblemOfReading(const char* path) {
+  const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+  int error = descriptor < 0 ? errno : 0;
+  struct stat status;
+  if (error == 0 && fstat(descriptor, &status) != 0) error = errno;
+  if (error == 0 && status.st_size > 0) {
+    const auto size = static_cast<size_t>(status.st_size);
+    void* const address = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, descriptor, 0);
+    if (address == MAP_FAILED) error = errno;
+    if (error == 0) munmap(address, size);
+  }
+  if (descriptor >= 0) close(descriptor);
+  return error == 0 ? Problem() : ProblemOfError(error);
+}
+
+/// Hands what the libraries say beside their results on, with the file it is about. For the length of a scope.
+class LogLines {
+ public:
+  LogLines(const std::string& path, OutcomeSink& sink) : path_(path), sink_(sink) {
+    TovaLogSetSink(&LogLines::Pass, this);
+  }
+  LogLines(const LogLines&) = delete;
+  LogLines& operator=(const LogLines&) = delete;
+  ~LogLines() { TovaLogSetSink(nullptr, nullptr); }
+
+ private:
+  static void Pass(TovaStringRef line, void* context) {
+    const auto& self = *static_cast<const LogLines*>(context);
+    self.sink_.WriteLine(self.path_ + ": " + std::string(Tova::Text(line)));
+  }
+
+  const std::string& path_;
+  OutcomeSink& sink_;
+};
+
+/// What is not wanted of a file's lines.
+void Drop(TovaStringRef, void*) {}
+
 }  // namespace
 
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
     : failOn_(options.failOn),
+      quiet_(options.quiet),
       judge_(options),
       libraryOptions_(LibraryOptions(options, tests)),
       formats_(std::move(formats)) {}
 
-FileOutcome FileTester::Test(const std::string& path) const {
-  const Tova::Dictionary tree = MakeTree(path, libraryOptions_);
-  FileReport report = ReadReport(path, tree.get());
-  judge_.Apply(report);
-  report.fails = Fails(report);
-  if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.problem = KindInWords(path);
-  FileOutcome outcome{.parts = std::vector<Spool>(formats_.size()), .totals = TotalsOf(report)};
-  for (size_t i = 0; i < formats_.size(); ++i) {
-    formats_[i]->WriteFile(report, [&](std::string_view text) { outcome.parts[i].Write(text); });
-  }
-  return outcome;
-}
-
-Tova::Dictionary FileTester::MakeTree(const std::string& path, const Tova::Dictionary& libraryOptions) const {
+void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
-  auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions.get()));
-  if (!tree) throw std::runtime_error(path + ": the library made no report");
-  return tree;
+  if (const Problem problem = ProblemOfReading(TovaURLGetFileSystemPath(url.get()))) return sink.Fail(problem);
+  std::optional<LogLines> lines;
+  quiet_ ? TovaLogSetSink(&Drop, nullptr) : static_cast<void>(lines.emplace(path, sink));
+  const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
+  if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
+  FileReport report = ReadReport(path, tree.get());
+  if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.unopened = WhyUnopened(path);
+  judge_.Apply(report);
+  report.fails = Fails(report, url.get());
+  Report(report, sink);
 }
 
-bool FileTester::Fails(const FileReport& report) const {
+void FileTester::ReportAgain(FileReport report, OutcomeSink& sink) const {
+  judge_.Apply(report);
+  report.fails = failOn_ && judge_.Decide(report, *failOn_) != Judge::Decision::kPasses;
+  Report(report, sink);
+}
+
+void FileTester::ReportProblem(const std::string& path, FileOutcome& outcome) const {
+  const auto tree = EmptyTree();
+  FileReport report = ReadReport(path, tree.get());
+  report.problem = outcome.problem;
+  Report(report, outcome);
+}
+
+void FileTester::Report(const FileReport& report, OutcomeSink& sink) const {
+  for (size_t i = 0; i < formats_.size(); ++i) {
+    if (report.problem.IsOfInput() && !formats_[i]->ListsUnreadable()) continue;
+    formats_[i]->WriteFile(report, [&](std::string_view text) { sink.WritePart(i, text); });
+  }
+  sink.End(TotalsOf(report));
+}
+
+bool FileTester::Fails(const FileReport& report, TovaURLRef url) const {
   if (!failOn_) return false;
   const Judge::Decision decision = judge_.Decide(report, *failOn_);
   if (decision != Judge::Decision::kUndecided) return decision == Judge::Decision::kFails;
-  const Tova::Dictionary tree = MakeTree(report.path, OptionsForAllMessages(judge_.OpenTests(report, *failOn_)));
+  const Tova::Dictionary options = OptionsForAllMessages(judge_.OpenTests(report, *failOn_));
+  TovaLogSetSink(&Drop, nullptr);  // what there is to say has been said
+  const auto tree = Tova::Adopt(VornFontTestCreateReport(url, options.get()));
   FileReport complete = ReadReport(report.path, tree.get());
   judge_.Apply(complete);
-  return judge_.Decide(complete, *failOn_) != Judge::Decision::kPasses;
+  return !tree || judge_.Decide(complete, *failOn_) != Judge::Decision::kPasses;
 }
 
 /// The tests: those to run; none: all of the run.

@@ -6,16 +6,9 @@
 
 #include "Formats/ReportFormat.h"
 #include "Report/Judge.h"
-#include "Report/Totals.h"
-#include "Run/Spool.h"
+#include "Run/Outcome.h"
 
 namespace tool {
-
-/// What testing a file came to.
-struct FileOutcome {
-  std::vector<Spool> parts;  ///< of each report of the run, in the order of the formats
-  Totals totals;
-};
 
 /// Tests one file after the other and writes their parts of the reports. Keeps nothing from one file to the next.
 class FileTester {
@@ -23,15 +16,21 @@ class FileTester {
   /// The formats must outlive it.
   FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats);
 
-  FileOutcome Test(const std::string& path) const;
+  void Test(const std::string& path, OutcomeSink& sink) const;
+  /// Writes the parts of a report that the judge has seen, and what the file adds to the totals.
+  void Report(const FileReport& report, OutcomeSink& sink) const;
+  /// The same of a report that was made before.
+  void ReportAgain(FileReport report, OutcomeSink& sink) const;
+  /// Writes the parts of a file that was not tested into its outcome, which says why.
+  void ReportProblem(const std::string& path, FileOutcome& outcome) const;
 
  private:
-  Tova::Dictionary MakeTree(const std::string& path, const Tova::Dictionary& libraryOptions) const;
   /// Whether what was found fails the run. Tests whose findings leave that open run again, for all their messages.
-  bool Fails(const FileReport& report) const;
+  bool Fails(const FileReport& report, TovaURLRef url) const;
   Tova::Dictionary OptionsForAllMessages(const std::vector<std::string_view>& tests) const;
 
   std::optional<Severity> failOn_;
+  bool quiet_;
   Judge judge_;
   Tova::Dictionary libraryOptions_;
   std::vector<const ReportFormat*> formats_;

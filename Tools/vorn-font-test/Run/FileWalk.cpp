@@ -37,6 +37,13 @@ std::optional<uint32_t> ReadStart(const std::string& path) {
   return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
 }
 
+/// What a font file is that the library does not test, by how it begins; null for any other file.
+const char* NameOfUnsupported(uint32_t start) {
+  if (start == VornFontTest::kScalerWoff) return "a compressed web font (WOFF)";
+  if (start == VornFontTest::kScalerWoff2) return "a compressed web font (WOFF2)";
+  return nullptr;
+}
+
 /// Whether a file holds fonts as resources. A sidecar does not: it is part of the file that it stands beside.
 bool HoldsFontResources(const std::string& path) {
   const auto url = Tova::Adopt(TovaURLCreateWithFilePath(path.c_str()));
@@ -64,10 +71,19 @@ std::optional<std::vector<std::string>> ReadDirectory(const std::string& path) {
 void FileWalk::Walk(const std::string& path) {
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return Fail(path, errno);
-  if (S_ISDIR(status.st_mode)) return WalkDirectory(path);
-  if (!S_ISREG(status.st_mode)) return events_.failed(path, "Not a regular file");
-  if (faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) return Fail(path, errno);
-  events_.found(path);
+  if (S_ISDIR(status.st_mode)) return WalkRoot(path, {status.st_dev, status.st_ino});
+  if (!S_ISREG(status.st_mode)) return Fail(path, {ProblemKind::kUnreadable, "Not a regular file"});
+  const auto start = ReadStart(path);
+  if (!start) return Fail(path, errno);
+  if (const char* name = NameOfUnsupported(*start)) return FailUnsupported(path, name);
+  Found(path);
+}
+
+void FileWalk::WalkRoot(const std::string& path, const std::pair<dev_t, ino_t>& identity) {
+  if (entered_.contains(identity)) return;
+  const uint64_t before = finds_;
+  WalkDirectory(path);
+  if (finds_ == before) Fail(path, {ProblemKind::kUnreadable, "no font files in this folder"});
 }
 
 void FileWalk::WalkDirectory(const std::string& path) {
@@ -85,13 +101,28 @@ void FileWalk::WalkEntry(const std::string& path) {
   if (stat(path.c_str(), &status) != 0) return Fail(path, errno);
   if (S_ISDIR(status.st_mode)) return WalkDirectory(path);
   if (!S_ISREG(status.st_mode)) return;
+  events_.looked();
   const auto start = ReadStart(path);
   if (!start) return Fail(path, errno);
-  if (VornFontTest::IsFontScaler(*start) || VornFontTest::IsSplicedFontName(path) || HoldsFontResources(path)) {
-    events_.found(path);
-  }
+  if (const char* name = NameOfUnsupported(*start)) return FailUnsupported(path, name);
+  if (VornFontTest::IsFontScaler(*start) || VornFontTest::IsSplicedFontName(path) || HoldsFontResources(path))
+    Found(path);
 }
 
-void FileWalk::Fail(const std::string& path, int error) const { events_.failed(path, std::strerror(error)); }
+void FileWalk::Found(const std::string& path) {
+  ++finds_;
+  events_.found(path);
+}
+
+void FileWalk::FailUnsupported(const std::string& path, const std::string& name) {
+  Fail(path, {ProblemKind::kUnsupported, "not supported: " + name});
+}
+
+void FileWalk::Fail(const std::string& path, int error) { Fail(path, ProblemOfError(error)); }
+
+void FileWalk::Fail(const std::string& path, const Problem& problem) {
+  ++finds_;
+  events_.failed(path, problem);
+}
 
 }  // namespace tool

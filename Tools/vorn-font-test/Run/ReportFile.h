@@ -16,6 +16,9 @@ class ReportFile {
 
   const ReportFormat& GetFormat() const { return *format_; }
 
+  /// Whether the report takes the place of that file.
+  bool Replaces(const std::string& path) const { return output_.Replaces(path); }
+
   void Begin();
   /// The part of the next file.
   void Add(Spool& part);

@@ -1,110 +1,155 @@
 #include "Run/Session.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
+#include <algorithm>
+#include <filesystem>
 
 #include "Formats/Explanation.h"
 #include "Formats/TestList.h"
+#include "Formats/TextStyle.h"
 #include "Report/EscapedText.h"
 #include "Run/ConduitForRun.h"
+#include "Run/FileList.h"
 #include "Run/FileTester.h"
 #include "Run/FileWalk.h"
-#include "Run/ReportFile.h"
+#include "Run/Merge.h"
+#include "Run/Progress.h"
+#include "Run/Reports.h"
+#include "Run/Signals.h"
 #include "Run/TestSelection.h"
+#include "Run/WorkerPool.h"
 
 namespace tool {
 namespace {
 
-/// Opening a report's file empties it, so it must not be one of the files to be tested.
-void RefuseToOverwriteInput(const Options& options) {
-  for (const ReportRequest& request : options.reports) {
-    struct stat output;
-    if (!request.file || stat(request.file->c_str(), &output) != 0) continue;
-    for (const std::string& path : options.paths) {
-      struct stat input;
-      if (stat(path.c_str(), &input) == 0 && input.st_dev == output.st_dev && input.st_ino == output.st_ino) {
-        throw UsageError("--output: '" + *request.file + "' is one of the files to test");
-      }
-    }
-  }
+/// Where files may be read before any of them is found.
+ReadablePlaces PlacesOf(const std::vector<std::string>& paths) {
+  constexpr size_t kMaximumRoots = 1024;  // files elsewhere are seen to when they come up
+  ReadablePlaces places;
+  places.AddResources();
+  for (size_t i = 0; i < std::min(paths.size(), kMaximumRoots); ++i) places.AddRoot(paths[i]);
+  return places;
 }
 
-/// Passes what the libraries say beside their results on to standard error, with the file it is about, unless the user
-/// wants quiet. For the length of a scope.
-class LogLines {
- public:
-  explicit LogLines(bool quiet) : quiet_(quiet) { TovaLogSetSink(&LogLines::Pass, this); }
-  LogLines(const LogLines&) = delete;
-  LogLines& operator=(const LogLines&) = delete;
-  ~LogLines() { TovaLogSetSink(nullptr, nullptr); }
-
-  void SetFile(const std::string& path) { path_ = path; }
-
- private:
-  static void Pass(TovaStringRef line, void* context) {
-    const auto& self = *static_cast<const LogLines*>(context);
-    if (!self.quiet_) PrintError(self.path_ + ": " + std::string(Tova::Text(line)));
-  }
-
-  bool quiet_;
-  std::string path_;
-};
-
-std::vector<std::unique_ptr<ReportFile>> OpenReports(const Options& options) {
-  std::vector<std::unique_ptr<ReportFile>> reports;
-  for (const ReportRequest& request : options.reports) {
-    reports.push_back(std::make_unique<ReportFile>(request, options));
-  }
-  return reports;
+/// Walks all paths that the options name.
+void WalkAll(FileWalk& walk, const Options& options, const std::function<void(int descriptor)>& wait) {
+  for (const std::string& path : options.paths) walk.Walk(path);
+  if (!options.filesFrom) return;
+  FileList list(*options.filesFrom, options.nullSeparated ? '\0' : '\n');
+  while (const auto path = list.Next(wait)) walk.Walk(*path);
 }
 
-std::vector<const ReportFormat*> FormatsOf(const std::vector<std::unique_ptr<ReportFile>>& reports) {
-  std::vector<const ReportFormat*> formats;
-  for (const auto& report : reports) formats.push_back(&report->GetFormat());
-  return formats;
+/// How many files there are to test. Called in a process of its own; standard input is not for it.
+uint64_t CountFiles(const Options& options) {
+  uint64_t count = 0;
+  FileWalk walk({.found = [&count](const std::string&) { ++count; },
+                 .failed = [&count](const std::string&, const Problem&) { ++count; },
+                 .looked = [] {}});
+  WalkAll(walk, options, [](int) {});
+  return count;
 }
 
-/// Tests one file after the other, writes the reports and remembers what the exit status is to say.
+/// Counts the files; null where reading the list would take it from this process.
+std::function<uint64_t()> CounterFor(const Options& options) {
+  if (options.filesFrom && !std::filesystem::is_regular_file(*options.filesFrom)) return nullptr;
+  return [&options] { return CountFiles(options); };
+}
+
+/// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
 class Session {
  public:
-  Session(const Options& options, const Tova::Array& tests)
-      : reports_(OpenReports(options)), tester_(options, tests, FormatsOf(reports_)), logLines_(options.quiet) {
-    if (AskAboutDuplicates(tests.get())) conduit_.Ensure();
+  Session(const Options& options, const Tova::Array& tests, TestHook hook)
+      : options_(options),
+        reports_(options),
+        tester_(options, tests, reports_.Formats()),
+        hook_(std::move(hook)),
+        progress_(options.progress && !options.quiet, CounterFor(options)) {
+    const bool askConduit = AskAboutDuplicates(tests.get());
+    if (askConduit) conduit_.Ensure();
+    if (options.jobs > 0) StartPool(askConduit);
   }
 
-  void Test(const std::vector<std::string>& paths) {
-    for (const auto& report : reports_) report->Begin();
-    FileWalk walk({.found = [this](const std::string& path) { TestFile(path); },
-                   .failed =
-                       [this](const std::string& path, const std::string& reason) {
-                         ++totals_.unreadable;
-                         PrintError(path + ": " + reason);
-                       }});
-    for (const std::string& path : paths) walk.Walk(path);
-    if (totals_.files == 0 && totals_.unreadable == 0) PrintError("no font files found");
-    for (const auto& report : reports_) report->End(totals_);
+  void Test() {
+    for (const std::string& path : options_.paths) reports_.RefuseToReplace(path);
+    reports_.Begin();
+    FileWalk walk({.found = [this](const std::string& path) { Found(path); },
+                   .failed = [this](const std::string& path, const Problem& problem) { Failed(path, problem); },
+                   .looked = [this] { pool_ ? pool_->Poll() : ThrowIfInterrupted(); }});
+    WalkAll(walk, options_, [this](int descriptor) {
+      if (pool_) pool_->WaitForInput(descriptor);
+    });
+    isWalked_ = true;
+    if (pool_) pool_->Finish();
+    Progress::Hide();
+    if (found_ == 0) PrintError("no font files given");
+    reports_.End();
   }
 
-  int Status() const {
-    return totals_.unreadable > 0 ? kUsageOrInput : totals_.Reached() ? kSomethingFound : kNothingFound;
-  }
+  const Totals& GetTotals() const { return reports_.GetTotals(); }
+  /// The exit status.
+  int Status() const { return found_ == 0 ? kUsageOrInput : StatusOf(GetTotals()); }
 
  private:
-  void TestFile(const std::string& path) {
-    logLines_.SetFile(path);
-    FileOutcome outcome = tester_.Test(path);
-    conduit_.RequireAlive();
-    totals_ += outcome.totals;
-    for (size_t i = 0; i < reports_.size(); ++i) reports_[i]->Add(outcome.parts[i]);
+  void StartPool(bool askConduit) {
+    const PoolSettings settings = {.workers = options_.jobs,
+                                   .reports = reports_.Count(),
+                                   .timeout = std::chrono::seconds(options_.timeout),
+                                   .memory = options_.memory << 20,
+                                   .askConduit = askConduit};
+    WorkerPool::Events events = {
+        .test = [this](const std::string& path, OutcomeSink& sink) { TestFile(path, sink); },
+        .done = [this](const std::string& path, FileOutcome& outcome) { HandOn(path, outcome); },
+        .tick = nullptr};
+    if (progress_.IsWanted()) events.tick = [this](const std::string& path) { ShowProgress(path); };
+    pool_.emplace(settings, std::move(events), PlacesOf(options_.paths));
   }
 
-  std::vector<std::unique_ptr<ReportFile>> reports_;
+  void Found(const std::string& path) {
+    ++found_;
+    reports_.RefuseToReplace(path);
+    if (pool_) return pool_->Add(path);
+    ThrowIfInterrupted();
+    ShowProgress(path);
+    FileOutcome outcome(reports_.Count());
+    TestFile(path, outcome);
+    HandOn(path, outcome);
+  }
+
+  void Failed(const std::string& path, const Problem& problem) {
+    ++found_;
+    FileOutcome outcome(reports_.Count());
+    outcome.Fail(problem);
+    pool_ ? pool_->AddDone(path, std::move(outcome)) : HandOn(path, outcome);
+  }
+
+  /// Called in a worker, when there are any.
+  void TestFile(const std::string& path, OutcomeSink& sink) const {
+    if (hook_) hook_(path);
+    tester_.Test(path, sink);
+  }
+
+  void HandOn(const std::string& path, FileOutcome& outcome) {
+    conduit_.RequireAlive();
+    if (outcome.problem) tester_.ReportProblem(path, outcome);
+    reports_.Add(path, outcome);
+    ++done_;
+  }
+
+  void ShowProgress(const std::string& path) {
+    progress_.Show(done_ + (pool_ ? pool_->CountDone() : 0), isWalked_ ? std::optional(found_) : std::nullopt, path);
+  }
+
+  const Options& options_;
+  Reports reports_;
   FileTester tester_;
+  TestHook hook_;
+  Progress progress_;
   ConduitForRun conduit_;
-  LogLines logLines_;
-  Totals totals_;
+  uint64_t found_ = 0;  ///< files and other paths, and
+  uint64_t done_ = 0;   ///< how many of them are in the reports
+  bool isWalked_ = false;
+  std::optional<WorkerPool> pool_;
 };
 
 /// Where an answer goes that is no report: the first file asked for, or standard output.
@@ -112,9 +157,23 @@ std::optional<std::string> AnswerFile(const Options& options) {
   return options.reports.empty() ? std::nullopt : options.reports.front().file;
 }
 
+/// Says what was done when the signal came, and returns the exit status.
+int EndInterrupted(const Totals& totals, int signal) {
+  Progress::Hide();
+  PrintError("interrupted: " + Counted(totals.files, "file") + " done, with " +
+             Counted(totals.findings.Total(), "finding"));
+  return kEndedBySignal + signal;
+}
+
 }  // namespace
 
-int Run(const Options& options) {
+int StatusOf(const Totals& totals) {
+  if (totals.failed > 0) return kProgramFailed;
+  if (totals.unreadable > 0) return kUsageOrInput;
+  return totals.reached ? kSomethingFound : kNothingFound;
+}
+
+int Run(const Options& options, TestHook hook) {
   if (!options.answer.empty()) {
     Output output(std::nullopt);
     output.Write(options.answer);
@@ -127,20 +186,25 @@ int Run(const Options& options) {
     output.Close();
     return kNothingFound;
   }
+  if (options.merge) return MergeParts(options);
   const Tova::Array tests = SelectTests(options);
-  RefuseToOverwriteInput(options);
   if (options.listTests) {
     Output output(AnswerFile(options));
     WriteTestList(tests.get(), options, output);
     output.Close();
     return kNothingFound;
   }
-  Session session(options, tests);
-  session.Test(options.paths);
+  Session session(options, tests, std::move(hook));
+  try {
+    session.Test();
+  } catch (const Interrupted& interrupted) {
+    return EndInterrupted(session.GetTotals(), interrupted.signal);
+  }
   return session.Status();
 }
 
 void PrintError(const std::string& text) {
+  Progress::Hide();
   std::string_view rest;
   const std::string line = "vorn-font-test: " + EscapeForTerminal(text) + "\n";
   for (rest = line; !rest.empty();) {

@@ -20,6 +20,8 @@ class Spool {
   /// Forgets all of it.
   void Clear();
 
+  /// How many bytes of it are in memory.
+  size_t MemorySize() const { return memory_.size(); }
   bool Empty() const { return size_ == 0; }
   /// Whether it has more than one line.
   bool IsBlock() const { return lines_ > 1; }

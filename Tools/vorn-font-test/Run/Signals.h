@@ -1,0 +1,20 @@
+#pragma once
+
+namespace tool {
+
+/// The run was told to end.
+struct Interrupted {
+  int signal;
+};
+
+/// From here on SIGINT, SIGTERM and SIGHUP are remembered, unless the caller had them ignored; a second one ends the
+/// program as ever. Writing to what nobody reads and beyond a limit of file size become errors.
+void CatchSignals();
+/// Throws Interrupted when one of them came.
+void ThrowIfInterrupted();
+/// A descriptor that can be read from then on; for poll.
+int InterruptionDescriptor();
+/// For a new process, whose parent sees to its end: ignores them.
+void LeaveSignalsToParent();
+
+}  // namespace tool
