@@ -92,9 +92,9 @@ TEST_F(Workers, CanDoNothingButReadFonts) {
     const std::string refused = ": Permission denied; ";
     const std::string never = ": Operation not permitted; ";
     EXPECT_EQ(JsonLines(outcome).at(0)["problem"], "this file: done; another" + refused + "beside" + refused + "write" +
-                                                       refused + "create" + refused + "remove" + refused + "socket" +
-                                                       never + "local socket" + never + "program" + never + "parent" +
-                                                       never);
+                                                       refused + "create" + refused + "remove" + refused + "mode" +
+                                                       never + "socket" + never + "local socket" + never + "program" +
+                                                       never + "parent" + never);
   }
 }
 
