@@ -33,11 +33,11 @@ EXCEPTIONS = {
 
 # Headers of a library -> the files that may include them.
 LIBRARIES = {
-    r"unicode/": r"Source/(Platform/TextEncoding|TableAccess/AncillaryClasses/FTEncoding|"
-                 r"Tests/VornFontTesterUsability_cmap)[^/]*",
+    r"unicode/": r"Source/(TableAccess/AncillaryClasses/FTEncoding|CharacterWriter/)[^/]*",
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
     r"fontconfig/": r"(Tools/rundle-conduit|Source/AlphabetWriter)/.*",
+    r"(freetype/|ft2build)": r"Tools/vorn-font-test/Formats/FreeTypeLibrary[^/]*",
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s*([<"])([^>"]+)[>"]')

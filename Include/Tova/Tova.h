@@ -263,7 +263,7 @@ TOVA_EXPORT TovaBundleRef TovaBundleGetMain(void);
 TOVA_EXPORT TovaURLRef TovaBundleCopyResourceURL(TovaBundleRef bundle, TovaStringRef name, TovaStringRef type);
 /* The text for key in the string table <language>/<table>.strings (an XML property list of strings) in the language of
    LC_ALL, LC_MESSAGES or LANG, else in English, else defaultText, else the key itself. The language is settled at the
-   first call. Never null for a key. */
+   first call. In the file's name '_' stands for a '/' of the table's: OS_2.strings. Never null for a key. */
 TOVA_EXPORT TovaStringRef TovaBundleCopyLocalizedString(TovaBundleRef bundle, TovaStringRef key,
                                                         TovaStringRef defaultText, TovaStringRef table);
 

@@ -1,8 +1,9 @@
-// Writes the alphabets of the languages that fontconfig knows, for the library's bundle. A program of the build: it
-// asks the fontconfig library for its built-in orthographies and reads no configuration and no font.
+// Writes the alphabets of the languages that fontconfig knows as C++ tables, for LanguageAlphabets.cpp. A program of
+// the build: it asks the fontconfig library for its built-in orthographies and reads no configuration and no font.
 //
 // Usage: write-language-alphabets FILE
-// A line for each language, by the bytes of the tags: the tag, then for each run of characters " 41-5A" or " E4".
+// kPages holds the pages of all alphabets, one alphabet after the other; kAlphabets the alphabets by the bytes of the
+// tags, each with the place of its first page and their number.
 
 #include <fontconfig/fontconfig.h>
 
@@ -15,50 +16,62 @@
 
 namespace {
 
-/// Appends the characters of the set as runs.
-void AppendRuns(std::string& line, const FcCharSet* characters) {
-  constexpr uint32_t kNone = FC_CHARSET_DONE;
-  uint32_t first = kNone;
-  uint32_t last = kNone;
-  const auto end_run = [&] {
-    if (first == kNone) return;
-    char text[2 * 8 + 3];
-    std::snprintf(text, sizeof text, first == last ? " %X" : " %X-%X", first, last);
-    line += text;
-  };
-  FcChar32 map[FC_CHARSET_MAP_SIZE];
-  FcChar32 next = 0;
-  for (FcChar32 page = FcCharSetFirstPage(characters, map, &next); page != FC_CHARSET_DONE;
-       page = FcCharSetNextPage(characters, map, &next)) {
-    for (uint32_t i = 0; i < 32 * FC_CHARSET_MAP_SIZE; ++i) {
-      if ((map[i / 32] >> i % 32 & 1) == 0) continue;
-      const uint32_t character = page + i;
-      if (first == kNone || character != last + 1) {
-        end_run();
-        first = character;
-      }
-      last = character;
-    }
+struct Alphabet {
+  std::string tag;
+  std::string pages;  ///< as initializers
+  size_t pageCount = 0;
+  uint32_t characterCount = 0;
+};
+
+/// "0x12," for each number.
+std::string Numbers(const FcChar32* numbers, size_t count) {
+  std::string text;
+  for (size_t i = 0; i < count; ++i) {
+    char number[sizeof "0xFFFFFFFF,"];
+    std::snprintf(number, sizeof number, "%#x,", numbers[i]);
+    text += number;
   }
-  end_run();
+  return text;
 }
 
-std::string CollectAlphabets() {
-  std::vector<std::string> lines;
+Alphabet MakeAlphabet(const std::string& tag, const FcCharSet* characters) {
+  Alphabet alphabet{tag, {}, 0, FcCharSetCount(characters)};
+  FcChar32 map[FC_CHARSET_MAP_SIZE];
+  FcChar32 next = 0;
+  for (FcChar32 first = FcCharSetFirstPage(characters, map, &next); first != FC_CHARSET_DONE;
+       first = FcCharSetNextPage(characters, map, &next)) {
+    const FcChar32 number = first / (32 * FC_CHARSET_MAP_SIZE);
+    alphabet.pages += "{" + Numbers(&number, 1) + "{" + Numbers(map, FC_CHARSET_MAP_SIZE) + "}},\n";
+    ++alphabet.pageCount;
+  }
+  return alphabet;
+}
+
+std::vector<Alphabet> CollectAlphabets() {
+  std::vector<Alphabet> alphabets;
   const std::unique_ptr<FcStrSet, void (*)(FcStrSet*)> tags(FcGetLangs(), FcStrSetDestroy);
   const std::unique_ptr<FcStrList, void (*)(FcStrList*)> list(FcStrListCreate(tags.get()), FcStrListDone);
   FcStrListFirst(list.get());
-  while (const FcChar8* tag = FcStrListNext(list.get())) {
-    std::string line = reinterpret_cast<const char*>(tag);
-    const FcCharSet* characters = FcLangGetCharSet(tag);
-    if (!characters || line.starts_with("und-")) continue;
-    AppendRuns(line, characters);
-    lines.push_back(line + "\n");
+  while (const FcChar8* item = FcStrListNext(list.get())) {
+    const std::string tag = reinterpret_cast<const char*>(item);
+    const FcCharSet* characters = FcLangGetCharSet(item);
+    if (characters && !tag.starts_with("und-")) alphabets.push_back(MakeAlphabet(tag, characters));
   }
-  std::sort(lines.begin(), lines.end());
-  std::string text;
-  for (const std::string& line : lines) text += line;
-  return text;
+  std::sort(alphabets.begin(), alphabets.end(), [](const auto& one, const auto& other) { return one.tag < other.tag; });
+  return alphabets;
+}
+
+std::string TablesOf(const std::vector<Alphabet>& alphabets) {
+  std::string pages = "constexpr LanguageAlphabet::Page kPages[] = {\n";
+  std::string rows = "constexpr LanguageAlphabet kAlphabets[] = {\n";
+  size_t first = 0;
+  for (const Alphabet& alphabet : alphabets) {
+    pages += alphabet.pages;
+    rows += "{\"" + alphabet.tag + "\", {kPages + " + std::to_string(first) + ", " +
+            std::to_string(alphabet.pageCount) + "}, " + std::to_string(alphabet.characterCount) + "},\n";
+    first += alphabet.pageCount;
+  }
+  return pages + "};\n" + rows + "};\n";
 }
 
 }  // namespace
@@ -68,9 +81,10 @@ int main(int count, char** arguments) {
     std::fprintf(stderr, "Usage: %s FILE\n", arguments[0]);
     return 2;
   }
-  const std::string text = CollectAlphabets();
+  const std::vector<Alphabet> alphabets = CollectAlphabets();
+  const std::string text = TablesOf(alphabets);
   std::FILE* file = std::fopen(arguments[1], "wb");
-  const bool written = file && !text.empty() && std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  const bool written = file && !alphabets.empty() && std::fwrite(text.data(), 1, text.size(), file) == text.size();
   if ((file && std::fclose(file) != 0) || !written) {
     std::fprintf(stderr, "%s: cannot write %s\n", arguments[0], arguments[1]);
     return 1;

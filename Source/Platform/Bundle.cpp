@@ -3,6 +3,7 @@
 #include <link.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -126,9 +127,11 @@ const TovaBundle::Table& TovaBundle::FindTable(std::string_view name) const {
     if (found != tables_.end()) return found->second;
   }
   Table table;
+  std::string file = std::string(name) + ".strings";
+  std::ranges::replace(file, '/', '_');
   for (const std::string& language : Tova::Languages()) {
-    if (!Tova::IsFileName(name)) break;
-    const Tova::Dictionary texts = Tova::ReadTable(path + "/" + language + "/" + std::string(name) + ".strings");
+    if (!Tova::IsFileName(file)) break;
+    const Tova::Dictionary texts = Tova::ReadTable(std::filesystem::path(path) / language / file);
     if (texts) table.push_back(texts);
   }
   const std::unique_lock lock(mutex_);

@@ -2,9 +2,8 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
+#include <span>
 #include <string_view>
-#include <vector>
 
 namespace Tova {
 
@@ -14,21 +13,14 @@ struct LanguageAlphabet {
   struct Page {
     uint32_t number = 0;
     std::array<uint32_t, 8> words = {};
-    bool operator==(const Page&) const = default;
   };
 
-  std::string tag;          ///< as of RFC 5646, in lower case: "de", "zh-cn"
-  std::vector<Page> pages;  ///< ascending
-  uint32_t count = 0;       ///< of characters
-  bool operator==(const LanguageAlphabet&) const = default;
+  std::string_view tag;         ///< as of RFC 5646, in lower case: "de", "zh-cn"
+  std::span<const Page> pages;  ///< ascending, in static memory
+  uint32_t count = 0;           ///< of characters
 };
 
-/// The languages by the bytes of their tags, from the resource LanguageAlphabets.txt of the library's bundle, which is
-/// read at the first call. Empty without the resource.
-const std::vector<LanguageAlphabet>& LanguageAlphabets();
-
-/// The alphabets of a text with a line for each: the tag, then for each run of characters a space and "41-5A" or "E4",
-/// ascending. A line that does not parse is skipped.
-std::vector<LanguageAlphabet> ParseLanguageAlphabets(std::string_view text);
+/// The languages by the bytes of their tags, as the build writes them.
+std::span<const LanguageAlphabet> LanguageAlphabets();
 
 }  // namespace Tova

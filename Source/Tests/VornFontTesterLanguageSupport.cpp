@@ -94,8 +94,8 @@ std::string ListOf(const std::vector<uint32_t>& iCharacters) {
 
 bool VornFontTesterLanguageSupport::ExecuteTest() const {
   const FTUnicodeMap& tMap = SfntFont().UnicodeMap();
-  if (tMap.Encodings().empty() || Tova::LanguageAlphabets().empty()) return false;
-  std::vector<std::string> tCovered;
+  if (tMap.Encodings().empty()) return false;
+  std::vector<std::string_view> tCovered;
   std::vector<NearlyCovered> tNearly;
   for (const Tova::LanguageAlphabet& tAlphabet : Tova::LanguageAlphabets()) {
     const auto tMissing = MissingLetters(tAlphabet, tMap.Glyphs());
@@ -126,14 +126,14 @@ void VornFontTesterLanguageSupport::CheckDeclared(const std::vector<NearlyCovere
   }
 }
 
-void VornFontTesterLanguageSupport::ReportCovered(const std::vector<std::string>& iTags) const {
+void VornFontTesterLanguageSupport::ReportCovered(const std::vector<std::string_view>& iTags) const {
   if (iTags.empty()) {
     ReportResult(Severity::kInformation, "The font covers the alphabet of none of %d languages",
                  {Tova::LanguageAlphabets().size()});
     return;
   }
   std::string tList;
-  for (const std::string& tTag : iTags) tList += (tList.empty() ? "" : ", ") + tTag;
+  for (const std::string_view tTag : iTags) tList.append(tList.empty() ? "" : ", ").append(tTag);
   ReportResult(Severity::kInformation, "The font covers the alphabets of %d languages: %@",
                {iTags.size(), Tova::MakeString(tList)});
 }
@@ -144,7 +144,9 @@ void VornFontTesterLanguageSupport::ReportNearlyCovered(const std::vector<Nearly
   std::string tList;
   for (const auto& [tTag, tMissing] : iLanguages) {
     if (DeclaredCodePage(tTag, iCodePages)) continue;
-    if (tCount < kMostNamed) tList += (tList.empty() ? "" : ", ") + tTag + " (" + ListOf(tMissing) + ")";
+    if (tCount < kMostNamed) {
+      tList.append(tList.empty() ? "" : ", ").append(tTag).append(" (" + ListOf(tMissing) + ")");
+    }
     ++tCount;
   }
   if (tCount == 0) return;

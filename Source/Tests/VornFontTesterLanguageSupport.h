@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "Platform/LanguageAlphabets.h"
@@ -28,11 +28,11 @@ class VornFontTesterLanguageSupport : public VornFontTester {
  private:
   /// A language that the font lacks a few letters for.
   struct NearlyCovered {
-    std::string tag;
+    std::string_view tag;
     std::vector<uint32_t> missing;
   };
   void CheckDeclared(const std::vector<NearlyCovered>& iLanguages, uint32_t iCodePages) const;
-  void ReportCovered(const std::vector<std::string>& iTags) const;
+  void ReportCovered(const std::vector<std::string_view>& iTags) const;
   void ReportNearlyCovered(const std::vector<NearlyCovered>& iLanguages, uint32_t iCodePages) const;
 };
 

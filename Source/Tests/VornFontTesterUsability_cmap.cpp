@@ -1,11 +1,10 @@
 #include "Tests/VornFontTesterUsability_cmap.h"
 
-#include <unicode/uchar.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <initializer_list>
 
+#include "Platform/Letters.h"
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
 #include "Tests/SfntFacts.h"
 
@@ -40,12 +39,6 @@ constexpr bool IsSurrogate(uint32_t iCharacter) { return Range{0xD800, 0xDFFF}.C
 
 constexpr bool IsNoncharacter(uint32_t iCharacter) {
   return Range{0xFDD0, 0xFDEF}.Contains(iCharacter) || (iCharacter & 0xFFFE) == 0xFFFE;
-}
-
-bool IsLetterOrDigit(uint32_t iCharacter) {
-  const int8_t tCategory = u_charType(static_cast<UChar32>(iCharacter));
-  return tCategory == U_UPPERCASE_LETTER || tCategory == U_LOWERCASE_LETTER || tCategory == U_TITLECASE_LETTER ||
-         tCategory == U_DECIMAL_DIGIT_NUMBER;
 }
 
 /// How many characters something holds for, and the first of them.
@@ -209,7 +202,7 @@ void VornFontTesterUsability_cmap::CheckBlankLetters(const FTUnicodeMap& iMap, c
   const uint16_t tGlyphCount = SfntFont().CountFontGlyphs();
   if (SfntFont().HasSbitGlyphs() || tGlyphCount == 0) return;
   const Tally tBlank = Count(iMap, [&](uint32_t iCharacter, uint16_t iGlyph) {
-    return iGlyph < tGlyphCount && iInk.IsBlank(iGlyph) && IsLetterOrDigit(iCharacter);
+    return iGlyph < tGlyphCount && iInk.IsBlank(iGlyph) && Tova::IsLetterOrDigit(iCharacter);
   });
   if (tBlank.count == 0) return;
   const uint16_t tGlyph = iMap.GlyphFor(tBlank.first);

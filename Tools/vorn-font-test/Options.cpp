@@ -42,7 +42,9 @@ const Choices<Severity> kLevels = {{"information", Severity::kInformation},
                                    {"fatal", Severity::kFatal}};
 
 const Choices<Format> kFormats = {
-    {"text", Format::kText}, {"json", Format::kJson}, {"jsonl", Format::kJsonLines}, {"plist", Format::kPropertyList}};
+    {"text", Format::kText},          {"json", Format::kJson},         {"jsonl", Format::kJsonLines},
+    {"plist", Format::kPropertyList}, {"sarif", Format::kSarif},       {"junit", Format::kJUnit},
+    {"github", Format::kGithub},      {"markdown", Format::kMarkdown}, {"html", Format::kHtml}};
 
 /// What the word stands for.
 template <class T>
@@ -108,8 +110,8 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level that text shows: information, technical,\n"
-            "minor, major or fatal. Default: major.")
+            "Lowest level that reports for people show: information,\n"
+            "technical, minor, major or fatal. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
   AddChoice(app, "-r,--report", options.detail, kDetails,
@@ -120,7 +122,10 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->group(group);
   AddChoice(app, "-f,--format", options.format, kFormats,
             "text; json: one document; jsonl: one line a file, as it\n"
-            "ends; plist: an XML property list. Default: text.")
+            "ends; plist: an XML property list; sarif: SARIF 2.1.0;\n"
+            "junit: results of unit tests as XML; github: annotations\n"
+            "of a workflow; markdown: a summary; html: a page with\n"
+            "filters and drawings of glyphs. Default: text.")
       ->option_text("FORMAT")
       ->group(group);
   AddRepeatable(app, "-o,--output", outputs,
@@ -159,6 +164,12 @@ void AddRunOptions(CLI::App& app, Options& options) {
             "Exit with 1 when something of this level or above is\n"
             "found; or never. Default: major.")
       ->option_text("LEVEL")
+      ->group(group);
+  app.add_option("--explain", options.explain,
+                 "Explain a rule, such as glyf/box-differs, or all rules of a\n"
+                 "test or of a group of them, such as glyf, and run no test.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("NAME")
       ->group(group);
   app.add_option("--files-from", options.filesFrom,
                  "Test also the files and directories that this file lists,\n"
@@ -210,7 +221,8 @@ class HelpFormatter : public CLI::Formatter {
   std::string make_usage(const CLI::App*, std::string) const override {
     return "\nUsage: vorn-font-test [OPTION]... PATH...\n"
            "       vorn-font-test --merge [OPTION]... PART...\n"
-           "       vorn-font-test --list-tests [OPTION]...\n";
+           "       vorn-font-test --list-tests [OPTION]...\n"
+           "       vorn-font-test --explain NAME\n";
   }
   std::string make_positionals(const CLI::App*) const override {
     return "\nPATH is a font file or a directory, which is searched for font files recursively.\n";
@@ -242,6 +254,12 @@ std::vector<ReportRequest> ReportsWanted(const Options& options, const std::vect
   }
   if (main.file || !options.quiet) reports.insert(reports.begin(), main);
   return reports;
+}
+
+/// Whether the list of tests can be written so; other formats tell of findings only.
+bool IsFormatOfTestList(Format format) {
+  return format == Format::kText || format == Format::kJson || format == Format::kJsonLines ||
+         format == Format::kPropertyList;
 }
 
 /// What else the command line asks for then counts for nothing.
@@ -284,7 +302,10 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
   if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
-  if (options.paths.empty() && !options.filesFrom && !options.listTests)
+  if (options.listTests && !IsFormatOfTestList(options.format)) {
+    throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
+  }
+  if (options.paths.empty() && !options.filesFrom && !options.listTests && !options.explain)
     throw UsageError("no font file or directory given");
   return options;
 }

@@ -12,7 +12,7 @@
 namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
-enum class Format { kText, kJson, kJsonLines, kPropertyList };
+enum class Format { kText, kJson, kJsonLines, kPropertyList, kSarif, kJUnit, kGithub, kMarkdown, kHtml };
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.
@@ -44,6 +44,7 @@ struct Options {
 
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
+  std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained
   bool merge = false;                    ///< the paths are parts of reports, to be made one
   std::optional<std::string> filesFrom;  ///< a list of further paths; "-": standard input
   bool nullSeparated = false;            ///< NULs end the paths in it, not line ends

@@ -265,7 +265,7 @@ TEST_F(CommandLine, TooLittleMemoryFailsTheFileOrTheRun) {
   const std::string path = folder_.Write("many.ttc", test::BuildCollection(std::vector(5'000, test::GoodFont())));
   for (const auto& [jobs, file] : {std::pair("0", std::string()), {"1", path + ": "}}) {
     const Outcome outcome = RunProgram({"-f", "json", "-o", folder_.File("report"), "-j", jobs, path},
-                                       Destination::kFile, {}, "ulimit -v 64000;");
+                                       Destination::kFile, {}, "ulimit -v 32000;");
     EXPECT_EQ(outcome.status, 3);
     EXPECT_THAT(outcome.err, StartsWith("vorn-font-test: " + file + "not enough memory"));
     std::filesystem::remove(folder_.File("report"));
@@ -278,7 +278,7 @@ TEST_F(CommandLine, TablesOfOneFontAtATimeAreKeptInMemory) {
   const Bytes names = NameTable(std::vector(20'000, std::pair<uint16_t, std::string>(4, "n")));  // a megabyte when read
   const std::string path =
       folder_.Write("names.ttc", BuildCollection(std::vector(100, GoodFont().Table("name", names))));
-  EXPECT_EQ(RunProgram({"--fail-on", "never", path}, Destination::kFile, {}, "ulimit -v 128000;").status, 0);
+  EXPECT_EQ(RunProgram({"--fail-on", "never", path}, Destination::kFile, {}, "ulimit -v 96000;").status, 0);
 }
 #endif
 

@@ -48,20 +48,34 @@ Findings: 1 fatal, 1 minor, 3,003 information
   EXPECT_THAT(Print({"-s", "information"}), HasSubstr(R"(
 glyphs.ttf: glyphs.ttf (<no font name>), TrueType font data
   Glyph outlines  veltrin.TrueType.glyf.usability
-    minor        glyf: Maximum contour count is 7 in the 'maxp' table but 1 here
-    information  glyf: Glyph 1 has no visual appearance
-    information  glyf: Glyph 2 has no visual appearance
-    information  glyf: Glyph 3 has no visual appearance
+    minor        glyf: maxContours in 'maxp' is 7; the simple glyphs have up to 1
+    information  glyf: Glyph 1: no outline
+    information  glyf: Glyph 2: no outline
+    information  glyf: Glyph 3: no outline
                  ... and 2,999 more like this
 
 none.ttf
     fatal        The file cannot be opened as a font.
 )"));
-  EXPECT_THAT(Print({"-s", "information", "--all-messages"}), HasSubstr("Glyph 3000 has"));
+  EXPECT_THAT(Print({"-s", "information", "--all-messages"}), HasSubstr("Glyph 3000: no outline"));
   EXPECT_THAT(Print({"-s", "minor", "--max-messages", "1"}), HasSubstr("\n    minor  (no further text)\n"));
   EXPECT_THAT(Print({"-s", "minor", "-r", "summary"}), HasSubstr("  veltrin.TrueType.glyf.usability: minor\n"));
   EXPECT_THAT(Print({"-s", "minor", "-r", "results"}),
               StartsWith("good.ttf: nothing minor or above, 1 below\nglyphs.ttf: minor\nnone.ttf: fatal\n\n3 files\n"));
+}
+
+TEST(Explanation, IsOfARuleATestOrAGroup) {
+  const auto explain = [](const char* name) { return RunProgram({"--explain", name}); };
+  const std::string rule = explain("glyf/box-differs").out;
+  EXPECT_THAT(rule,
+              StartsWith("glyf/box-differs  minor, sound\n  stored box differs from the points\n  means     The "));
+  EXPECT_THAT(rule, HasSubstr("\n            "));
+  for (const char* name : {"veltrin.TrueType.glyf.usability", "glyf"}) {
+    EXPECT_THAT(explain(name).out, AllOf(StartsWith("glyf/box-beyond-font-box  "), HasSubstr("\n\n" + rule)));
+  }
+  const Outcome unknown = explain("box-difers");
+  EXPECT_EQ(unknown.status, 2);
+  EXPECT_THAT(unknown.err, HasSubstr("--explain: no rule, test or group 'box-difers'; like it: glyf/box-differs, "));
 }
 
 TEST(EscapedText, ShowsWhatIsNoTextAsEscapes) {

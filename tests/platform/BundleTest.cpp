@@ -19,6 +19,7 @@ class BundleTest : public testing::Test {
     Write("en/Texts.strings",
           "<plist><dict><key>hello</key><string>Hello</string><key>bye</key><string>Bye</string>"
           "<key>odd</key><integer>1</integer></dict></plist>");
+    Write("en/OS_2.strings", "<plist><dict><key>bye</key><string>Bye 2</string></dict></plist>");
     Write("de/Texts.strings", "<plist><dict><key>hello</key><string>Hallo</string></dict></plist>");
     Write("de_AT/Texts.strings", "<plist><dict>malformed");
   }
@@ -58,6 +59,7 @@ TEST_F(BundleTest, TextsFallBackToTheDefault) {
   EXPECT_EQ(Localized(bundle, "odd"), "default");
   EXPECT_EQ(Localized(bundle, "bye", "Missing"), "default");
   EXPECT_EQ(Localized(bundle, "bye", "../en/Texts"), "default");
+  EXPECT_EQ(Localized(bundle, "bye", "OS/2"), "Bye 2");
 }
 
 // The language is settled once in a process, so each locale gets a process of its own.

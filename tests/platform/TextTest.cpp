@@ -45,6 +45,8 @@ TEST(TextEncodings, KnownBytesDecodeAndEncodeBackAndOthersGiveNoText) {
                {29, "\x8B", "\u010D"},
                {kTovaTextEncodingUTF16BigEndian, "\0A\x20\xAC\xD8\x3D\xDE\x00"sv, "A\u20AC\U0001F600"},
                {kTovaTextEncodingDOSJapanese, "\x82\xA0\xB1\x87\x40", "\u3042\uFF71\u2460"},
+               {kTovaTextEncodingDOSJapanese, "\xFA\x40", "\u2170"},  // 0xEEEF, too
+               {kTovaTextEncodingDOSJapanese, "\x82", ""},
                {kTovaTextEncodingDOSSimplifiedChinese, "\x81\x40\xD6\xD0", "\u4E02\u4E2D"},
                {kTovaTextEncodingDOSKorean, "\x81\x41\xC7\xD1", "\uAC02\uD55C"},
                {kTovaTextEncodingDOSTraditionalChinese, "\xA4\xA4", "\u4E2D"},

@@ -69,7 +69,7 @@ void WriteTestList(TovaArrayRef tests, const Options& options, Output& output) {
       return;
     case Format::kPropertyList:
       return WritePropertyList(SingleEntry("tests", tests).get(), [&](std::string_view piece) { output.Write(piece); });
-    case Format::kText:
+    default:  // no other format is asked for
       return WriteAsText(tests, TextStyle(WantsColor(options.color, output.IsTerminal())), output);
   }
 }

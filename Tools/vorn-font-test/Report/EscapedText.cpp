@@ -29,10 +29,10 @@ Character Decode(std::string_view text) {
   return {valid ? code : lead, valid ? bytes : 0};
 }
 
-/// Whether the character acts on the terminal or on the direction of the line instead of being shown.
+/// Whether the character acts on the terminal or on the direction of the line instead of being shown, or is none.
 bool IsControl(uint32_t code) {
   return code < 0x20 || (code >= 0x7F && code <= 0x9F) || code == 0x61C || code == 0x200E || code == 0x200F ||
-         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069) || code == 0xFFFE || code == 0xFFFF;
 }
 
 void AppendEscape(std::string& text, const char* format, uint32_t code) {
@@ -72,6 +72,19 @@ std::string EscapeForTerminal(std::string_view text) {
       result.append(text.substr(0, bytes));
     }
     text.remove_prefix(bytes);
+  }
+  return result;
+}
+
+std::string EscapeForMarkup(std::string_view text, std::string_view special) {
+  constexpr std::string_view kMarkup = "&<>\"'";
+  std::string result;
+  for (const char c : EscapeForTerminal(text)) {
+    if (kMarkup.find(c) == std::string_view::npos && special.find(c) == std::string_view::npos) {
+      result += c;
+    } else {
+      result.append("&#").append(std::to_string(c)).append(";");
+    }
   }
   return result;
 }

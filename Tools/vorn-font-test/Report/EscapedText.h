@@ -11,6 +11,10 @@ namespace tool {
 /// U+0080, as \x1b, other control characters, line separators and marks of writing direction as \u202e.
 std::string EscapeForTerminal(std::string_view text);
 
+/// Text as it may stand in XML or HTML, in a quoted attribute too: so escaped, and with character references for the
+/// characters of markup and for those of special.
+std::string EscapeForMarkup(std::string_view text, std::string_view special = {});
+
 /// Takes a text piece by piece.
 using TextSink = std::function<void(std::string_view)>;
 

@@ -10,6 +10,7 @@ void ReportFile::Begin() {
 }
 
 void ReportFile::Add(Spool& part) {
+  if (part.Empty()) return;
   const auto write = [this](std::string_view text) { format_->HeadNeedsTotals() ? waiting_.Write(text) : Write(text); };
   if (lastWasBlock_) write(format_->Between(*lastWasBlock_, part.IsBlock()));
   lastWasBlock_ = part.IsBlock();

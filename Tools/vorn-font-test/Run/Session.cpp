@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Formats/Explanation.h"
 #include "Formats/TestList.h"
 #include "Formats/TextStyle.h"
 #include "Report/EscapedText.h"
@@ -176,6 +177,12 @@ int Run(const Options& options, TestHook hook) {
   if (!options.answer.empty()) {
     Output output(std::nullopt);
     output.Write(options.answer);
+    output.Close();
+    return kNothingFound;
+  }
+  if (options.explain) {
+    Output output(AnswerFile(options));
+    WriteExplanation(*options.explain, options, output);
     output.Close();
     return kNothingFound;
   }

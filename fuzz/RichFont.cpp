@@ -1,19 +1,16 @@
-#include <algorithm>
+#include "fuzz/RichFont.h"
 
-#include "Core/LinkTable.h"
-#include "TableAccess/AncillaryClasses/FTException.h"
-#include "support/AllTests.h"
 #include "support/BitmapBuilder.h"
 #include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
 #include "support/LayoutBuilder.h"
 #include "support/MetadataBuilder.h"
-#include "support/SuitcaseBuilder.h"
-#include "support/TestRun.h"
 
-namespace {
+namespace fuzz {
 
 using namespace test;
+
+namespace {
 
 /// One of each kind of state machine and lookup, as small as they come, in the tables that hold them.
 void AddLayoutTables(FontBuilder& font) {
@@ -79,7 +76,8 @@ void AddLayoutTables(FontBuilder& font) {
   font.Table("feat", feat).Table("just", just).Table("Zapf", zapf);
 }
 
-/// A small font with everything that a test or an accessor looks into.
+}  // namespace
+
 FontBuilder RichFont() {
   const Bytes program = {0xB0, 1, 0x58, 0x1B, 0x59};
   FontBuilder font = OutlineFont({SquareGlyph(500, program),
@@ -121,22 +119,7 @@ FontBuilder RichFont() {
   return font.Table("EBSC", scaled.U32(0x00020000).U32(1).Zeros(24).U8(9).U8(9).U8(8).U8(8));
 }
 
-/// Runs every test over the font, and asks it what reports ask of fonts. Survival is the expectation: the sanitizers
-/// watch, and nothing but an FTException may come out.
-void Survive(const Bytes& bytes, bool messages) {
-  const MemoryFont font(bytes);
-  try {
-    font->TestBasicUsability();
-    font->GetName();
-    font->UnicodeToGlyphID('A');
-    font->GlyphIDToUnicode(1);
-  } catch (const FTException&) {
-  }
-  for (const VornFontTestLink& link : GetTestLinks()) test::Run(link.entry, *font, {.messages = messages});
-}
-
-/// A suitcase with everything that is read of resources.
-TableBuilder RichSuitcase() {
+test::SuitcaseBuilder RichSuitcase() {
   FamilyBuilder family;
   family.fat = {{12, 0, 300}, {0, 0, 128}};
   family.strings = {"Base", "\x03", "Bold"};
@@ -145,70 +128,7 @@ TableBuilder RichSuitcase() {
   family.hasWidths = true;
   SuitcaseBuilder suitcase;
   suitcase.Add("sfnt", 128, FontBuilder().Build()).Add("FOND", 128, family.Build(), "Base");
-  return suitcase.Add("NFNT", 300, Bytes(26)).Build();
+  return suitcase.Add("NFNT", 300, Bytes(26));
 }
 
-/// Makes a report of a file in memory by every test.
-void SurviveFile(const Bytes& bytes) {
-  static const auto options = AllTests(kVornFontTestReportTypeFull);
-  const auto data = Tova::Adopt(TovaDataCreate(bytes.data(), bytes.size()));
-  const auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), nullptr));
-  EXPECT_TRUE(Tova::Adopt(VornFontTestCreateReport(url.get(), options.get())));
-}
-
-/// Keeps the standard error, to which errors are told, out of the way.
-class DamageSweep : public testing::Test {
- protected:
-  DamageSweep() { testing::internal::CaptureStderr(); }
-  ~DamageSweep() override { testing::internal::GetCapturedStderr(); }
-  /// Every damage of one place: to a byte, and to even words.
-  template <class Action>
-  static void DamageEveryPlace(const Bytes& whole, Action action) {
-    for (size_t at = 0; at < whole.size(); ++at) {
-      const uint8_t good = whole[at];
-      for (const Bytes& change : {Bytes{0x00},
-                                  {0xFF},
-                                  {uint8_t(good ^ 0x80)},
-                                  {uint8_t(good ^ 0x01)},
-                                  {0xFF, 0xFF},
-                                  {0x7F, 0xFF},
-                                  {0xFF, 0xFF, 0xFF, 0xFF},
-                                  {0x7F, 0xFF, 0xFF, 0xFF}}) {
-        if (change.size() > 1 && (at % 2 != 0 || at + 4 > whole.size())) continue;
-        Bytes damaged = whole;
-        std::ranges::copy(change, damaged.begin() + static_cast<std::ptrdiff_t>(at));
-        action(damaged, change.size() == 1 && at % 4 == 0);
-      }
-    }
-  }
-  const Bytes whole_ = RichFont().Build();
-};
-
-TEST_F(DamageSweep, EveryPrefixIsSurvived) {
-  for (Bytes bytes = whole_; !bytes.empty(); Survive(bytes, false)) bytes.pop_back();
-}
-
-TEST_F(DamageSweep, EveryTableCutShortIsSurvived) {
-  for (const char* tag :
-       {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm", "prep", "vhea", "vmtx", "hdmx",
-        "morx", "mort", "kern", "prop", "feat", "just", "Zapf", "gvar", "fdsc", "OS/2", "EBLC", "EBDT", "EBSC"}) {
-    FontBuilder font = RichFont();
-    for (size_t size = font[tag].size(); size-- > 0;) Survive(font.Truncate(tag, size).Build(), true);
-  }
-}
-
-TEST_F(DamageSweep, EveryByteChangedAndEveryWordAtItsMaximumIsSurvived) { DamageEveryPlace(whole_, Survive); }
-
-TEST_F(DamageSweep, EveryDamageOfASuitcaseIsSurvived) {
-  const Bytes fork = RichSuitcase();
-  for (Bytes bytes = fork; !bytes.empty(); SurviveFile(bytes)) bytes.pop_back();
-  DamageEveryPlace(fork, [](const Bytes& bytes, bool) { SurviveFile(bytes); });
-  const Bytes wrapped = OneFile({}, fork, "FFIL");
-  for (size_t at = 0; at < wrapped.size() - fork.size(); ++at) {
-    Bytes damaged = wrapped;
-    damaged[at] ^= 0xFF;
-    SurviveFile(damaged);
-  }
-}
-
-}  // namespace
+}  // namespace fuzz

@@ -1,0 +1,203 @@
+#include "Formats/SarifReport.h"
+
+#include <array>
+#include <cstdio>
+
+#include "Formats/JsonStream.h"
+
+namespace tool {
+namespace {
+
+std::string_view Level(Severity severity) {
+  switch (AlertOf(severity)) {
+    case Alert::kError:
+      return "error";
+    case Alert::kWarning:
+      return "warning";
+    case Alert::kNotice:
+      break;
+  }
+  return "note";
+}
+
+/// The path as a URI reference: bytes other than unreserved characters and slashes (RFC 3986, 2.3) are percent-encoded,
+/// whatever their encoding. One from the root gets the scheme.
+std::string Uri(std::string_view path) {
+  constexpr std::string_view kUnreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string uri = path.starts_with('/') ? "file://" : "";
+  for (const char c : path) {
+    const auto byte = static_cast<uint8_t>(c);
+    if (kUnreserved.find(c) != std::string_view::npos) {
+      uri += c;
+    } else {
+      uri.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
+    }
+  }
+  return uri;
+}
+
+/// The 64-bit hash of Fowler, Noll and Vo (FNV-1a) over some texts, which stays the same from run to run.
+class Fingerprint {
+ public:
+  Fingerprint& Add(std::string_view text) {
+    for (const char c : text) Mix(static_cast<uint8_t>(c));
+    Mix(0);
+    return *this;
+  }
+  std::string Text() const {
+    std::array<char, 24> digits;
+    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash_));
+    return digits.data();
+  }
+
+ private:
+  void Mix(uint8_t byte) { hash_ = (hash_ ^ byte) * 0x100000001B3u; }
+
+  uint64_t hash_ = 0xCBF29CE484222325u;
+};
+
+/// Writes the findings of a file.
+class Results {
+ public:
+  Results(const std::string& path, const TextSink& sink) : uri_(Uri(path)), json_(sink) {}
+
+  /// The font and the test are empty for a finding about the file.
+  void Write(const FontRecord& font, const TestRecord& test, const Message& message);
+  void Finish() { json_.Finish(); }
+
+ private:
+  void WriteStanding(const Message& message);
+  void WritePlace(const FontRecord& font, const Message& message);
+  void WriteProperties(const TestRecord& test, const Message& message);
+
+  std::string uri_;
+  JsonStream json_;
+  bool any_ = false;
+};
+
+void Results::Write(const FontRecord& font, const TestRecord& test, const Message& message) {
+  const Rule* rule = RuleOf(test, message);
+  if (any_) json_.Line();
+  any_ = true;
+  json_.Open('{');
+  if (const auto name = rule ? rule->name : test.identifier; !name.empty()) json_.Field("ruleId", name);
+  if (rule) json_.Key("ruleIndex").Number(rule - AllRules().data());
+  WriteStanding(message);
+  json_.Message("message", message.text);
+  WritePlace(font, message);
+  json_.Key("partialFingerprints").Open('{');
+  json_.Field("finding/v1", Fingerprint()
+                                .Add(font.name)
+                                .Add(font.postScriptName)
+                                .Add(test.identifier)
+                                .Add(rule ? rule->name : message.format)
+                                .Add(message.glyph ? std::to_string(*message.glyph) : "")
+                                .Add(Word(message.severity))
+                                .Add(message.text)
+                                .Text());
+  json_.Close('}');
+  WriteProperties(test, message);
+  json_.Close('}');
+}
+
+void Results::WriteStanding(const Message& message) {
+  const bool counts = message.standing != Standing::kHistoric;
+  if (!counts) json_.Field("kind", "informational");  // which no level goes with
+  json_.Field("level", counts ? Level(message.severity) : "none");
+  if (message.standing == Standing::kKnown) json_.Field("baselineState", "unchanged");
+  if (message.standing == Standing::kIgnored) {
+    json_.Key("suppressions").Open('[').Open('{').Field("kind", "external").Close('}').Close(']');
+  }
+}
+
+void Results::WritePlace(const FontRecord& font, const Message& message) {
+  json_.Key("locations").Open('[').Open('{').Key("physicalLocation").Open('{');
+  json_.Key("artifactLocation").Open('{').Field("uri", uri_).Close('}').Close('}');
+  std::string_view name = font.name.empty() ? font.postScriptName : font.name;
+  if (!name.empty()) {
+    std::string_view kind = "font";
+    std::string path(name);
+    std::string glyph;
+    if (!message.table.empty()) {
+      path.append("/").append(name = message.table);
+      kind = "table";
+    }
+    if (message.glyph) {
+      glyph = message.glyphName.empty() ? std::to_string(*message.glyph) : std::string(message.glyphName);
+      path.append("/").append(name = glyph);
+      kind = "glyph";
+    }
+    json_.Key("logicalLocations").Open('[').Open('{').Field("name", name).Field("fullyQualifiedName", path);
+    json_.Field("kind", kind).Close('}').Close(']');
+  }
+  json_.Close('}').Close(']');
+}
+
+/// What has no place in the format. An offset counts from the start of the table, which stands somewhere in the file,
+/// and so makes no region.
+void Results::WriteProperties(const TestRecord& test, const Message& message) {
+  json_.Key("properties").Open('{').Field("severity", Word(message.severity));
+  if (!test.identifier.empty()) json_.Field("test", test.identifier);
+  if (!message.table.empty()) json_.Field("table", message.table);
+  if (message.glyph) json_.Key("glyph").Number(*message.glyph);
+  if (message.offset) json_.Key("offsetInTable").Number(*message.offset);
+  if (!message.part.empty()) json_.Field("part", message.part);
+  json_.Close('}');
+}
+
+void WriteRule(const Rule& rule, JsonStream& json) {
+  json.Line().Open('{').Field("id", rule.name);
+  json.Message("shortDescription", rule.title).Message("fullDescription", rule.means);
+  json.Message("help", std::string("Why: ")
+                           .append(rule.why)
+                           .append("\nFix: ")
+                           .append(rule.fix)
+                           .append("\nDocument: ")
+                           .append(rule.document));
+  json.Key("defaultConfiguration").Open('{').Field("level", Level(rule.severity)).Close('}');
+  json.Key("properties").Open('{').Field("severity", Word(rule.severity)).Field("state", Word(rule.state));
+  json.Key("tags").Open('[').Text(rule.Group()).Close(']').Close('}').Close('}');
+}
+
+void WriteTotals(const Totals& totals, JsonStream& json) {
+  json.Key("properties").Open('{').Key("files").Number(totals.files).Key("fonts").Number(totals.fonts);
+  json.Key("tests").Number(totals.tests).Key("notRead").Number(totals.unreadable);
+  json.Key("notTested").Number(totals.failed).Key("findings").Open('{');
+  for (const Severity severity : kGravestFirst) json.Key(Word(severity)).Number(totals.findings[severity]);
+  json.Close('}').Close('}');
+}
+
+}  // namespace
+
+std::string SarifReport::Head(const Totals&) const { return "{\"version\":\"2.1.0\",\"runs\":[{\"results\":[\n"; }
+
+void SarifReport::WriteFile(const FileReport& report, const TextSink& sink) const {
+  Results results(report.path, sink);
+  for (const FontRecord& font : report.fonts) {
+    for (const TestRecord& test : font.tests) {
+      ForEachFinding(test, [&](const Message& message) { results.Write(font, test, message); });
+    }
+  }
+  for (const Message& message : FindingsOfFile(report, detail_)) results.Write(FontRecord(), TestRecord(), message);
+  results.Finish();
+}
+
+std::string_view SarifReport::Between(bool, bool) const { return ",\n"; }
+
+std::string SarifReport::End(const Totals& totals) const {
+  std::string text = "\n],";
+  const TextSink append = [&text](std::string_view piece) { text += piece; };
+  JsonStream json(append);
+  json.Key("tool").Open('{').Key("driver").Open('{').Field("name", "vorn-font-test").Field("version", VORN_VERSION);
+  json.Key("rules").Open('[');
+  for (const Rule& rule : AllRules()) WriteRule(rule, json);
+  json.Close(']').Close('}').Close('}').Line();
+  json.Key("invocations").Open('[').Open('{').Key("executionSuccessful").Bool(totals.unreadable + totals.failed == 0);
+  json.Close('}').Close(']').Line();
+  WriteTotals(totals, json);
+  json.Finish();
+  return text + "}]}\n";
+}
+
+}  // namespace tool
