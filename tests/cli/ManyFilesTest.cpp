@@ -199,8 +199,8 @@ TEST_F(ManyFiles, PartsMakeTheReportThatOneRunWouldMake) {
     all.insert(all.end(), arguments.begin() + 4, arguments.end());
   }
   merge.push_back(merge.back());  // what is there twice counts once
-  for (const char* format : {"text", "json", "jsonl", "plist"}) {
-    const auto in = [format](std::vector<std::string> arguments) {
+  for (const std::string format : kAllFormats) {
+    const auto in = [&format](std::vector<std::string> arguments) {
       arguments.insert(arguments.end(), {"-f", format});
       const Outcome outcome = RunProgram(arguments);
       return std::tuple(outcome.status, WithoutTimes(outcome.out), outcome.err);
