@@ -38,6 +38,8 @@ class Output {
   /// Flushes and closes. Standard output stays open.
   void Close();
   bool IsTerminal() const;
+  /// For a program that ends where it stands: removes what all reports have written beside their files.
+  static void RemoveTemporaries();
   /// Whether closing replaces that file.
   bool Replaces(const std::string& path) const;
 
