@@ -1,8 +1,9 @@
 // Damages of a font with everything that is looked into and of a file of resources, one by one: every prefix, every
 // table cut short at every place, every byte changed, every even word at its maximum. Survival is the expectation: the
-// sanitizers watch.
+// sanitizers watch. damage-sweep [prefixes|tables|places|suitcase]
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 #include "Core/LinkTable.h"
 #include "TableAccess/AncillaryClasses/FTException.h"
@@ -48,17 +49,20 @@ void DamageEveryPlace(const Bytes& whole, Action action) {
   }
 }
 
-void SweepFont() {
-  const Bytes whole = fuzz::RichFont().Build();
-  for (Bytes bytes = whole; !bytes.empty(); Survive(bytes, false)) bytes.pop_back();
+void SweepPrefixes() {
+  for (Bytes bytes = fuzz::RichFont().Build(); !bytes.empty(); Survive(bytes, false)) bytes.pop_back();
+}
+
+void SweepTables() {
   for (const char* tag :
        {"cmap", "glyf", "loca", "head", "hhea", "hmtx", "maxp", "name", "post", "fpgm", "prep", "vhea", "vmtx", "hdmx",
         "morx", "mort", "kern", "prop", "feat", "just", "Zapf", "gvar", "fdsc", "OS/2", "EBLC", "EBDT", "EBSC"}) {
     FontBuilder font = fuzz::RichFont();
     for (size_t size = font[tag].size(); size-- > 0;) Survive(font.Truncate(tag, size).Build(), true);
   }
-  DamageEveryPlace(whole, Survive);
 }
+
+void SweepPlaces() { DamageEveryPlace(fuzz::RichFont().Build(), Survive); }
 
 void SweepSuitcase() {
   const Bytes fork = fuzz::RichSuitcase().Build();
@@ -74,8 +78,20 @@ void SweepSuitcase() {
 
 }  // namespace
 
-int main() {
+int main(int count, char** arguments) {
+  const std::string_view wanted = count == 2 ? arguments[1] : "";
   fuzz::SilenceLog();
-  SweepFont();
-  SweepSuitcase();
+  bool ran = false;
+  const struct {
+    std::string_view name;
+    void (*sweep)();
+  } sweeps[] = {
+      {"prefixes", SweepPrefixes}, {"tables", SweepTables}, {"places", SweepPlaces}, {"suitcase", SweepSuitcase}};
+  for (const auto& [name, sweep] : sweeps) {
+    if (!wanted.empty() && wanted != name) continue;
+    sweep();
+    ran = true;
+  }
+  if (!ran) std::fputs("Usage: damage-sweep [prefixes|tables|places|suitcase]\n", stderr);
+  return ran ? 0 : 2;
 }

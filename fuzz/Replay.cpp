@@ -1,9 +1,11 @@
-// Runs a fuzz target over files and folders of inputs: TARGET [--cost] PATH... With --cost, prints for each the
-// processor time in milliseconds, the memory in kilobytes that it took at most beyond what the program had before, its
-// size in bytes, and its name.
+// Runs a fuzz target over files and folders of inputs: TARGET [--cost] PATH... An input may take as much memory as it
+// is long and 64 MB more, which is not looked at under sanitizers; says which one took more, or ended the program. With
+// --cost, prints for each the processor time in milliseconds, the kilobytes that it took at most beyond what the
+// program had before, its size in bytes, and its name.
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -46,35 +48,87 @@ long Memory(const std::string& name) {
   return 0;
 }
 
-void Run(const Bytes& input) { LLVMFuzzerTestOneInput(input.data(), input.size()); }
+[[maybe_unused]] constexpr size_t kMemoryAllowed = size_t{64} << 20;
 
-void RunAndPrintCost(const Bytes& input, const std::string& name) {
-  std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here on
-  const long memory = Memory("VmRSS");
+std::string gInput;  // the one at hand
+
+void NameInput() { std::fprintf(stderr, "It was input %s\n", gInput.c_str()); }
+
+[[noreturn]] void NameInputAndEnd(int signal) {
+  NameInput();
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+  std::_Exit(1);
+}
+
+}  // namespace
+
+#ifdef VORN_SANITIZED
+extern "C" void __sanitizer_set_death_callback(void (*callback)(void));  // NOLINT: the sanitizers name it so
+#endif
+
+namespace {
+
+/// Has the input at hand named when it ends the program.
+void NameInputAtDeath() {
+#ifdef VORN_SANITIZED
+  __sanitizer_set_death_callback(NameInput);
+  std::signal(SIGABRT, NameInputAndEnd);
+#else
+  for (const int signal : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL}) std::signal(signal, NameInputAndEnd);
+#endif
+}
+
+/// The most memory that the program has had since this was last called, in kilobytes.
+long TakePeak() {
+  const long peak = Memory("VmHWM");
+  std::ofstream("/proc/self/clear_refs") << 5;
+  return peak;
+}
+
+bool Run(const Bytes& input, [[maybe_unused]] long before) {
+  LLVMFuzzerTestOneInput(input.data(), input.size());
+#ifndef VORN_SANITIZED
+  const long taken = TakePeak() - before;
+  if (taken > static_cast<long>((input.size() + kMemoryAllowed) >> 10)) {
+    std::fprintf(stderr, "%s takes %ld kilobytes\n", gInput.c_str(), taken);
+    return false;
+  }
+#endif
+  return true;
+}
+
+void RunAndPrintCost(const Bytes& input) {
+  TakePeak();
+  const long before = Memory("VmRSS");
   const double start = ProcessorMilliseconds();
-  Run(input);
-  const double end = ProcessorMilliseconds();
-  std::printf("%8.1f %8ld %8zu %s\n", end - start, Memory("VmHWM") - memory, input.size(), name.c_str());
+  LLVMFuzzerTestOneInput(input.data(), input.size());
+  std::printf("%8.1f %8ld %8zu %s\n", ProcessorMilliseconds() - start, TakePeak() - before, input.size(),
+              gInput.c_str());
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
   const bool cost = count > 1 && std::strcmp(arguments[1], "--cost") == 0;
+  const long before = Memory("VmRSS");
   size_t inputs = 0;
+  bool good = true;
+  NameInputAtDeath();
   for (int i = cost ? 2 : 1; i < count; ++i) {
     for (const std::string& path : FilesAt(arguments[i])) {
+      gInput = path;
       std::ifstream file(path, std::ios::binary);
       if (!file) {
         std::fprintf(stderr, "%s cannot be read\n", path.c_str());
         return 2;
       }
       const Bytes input{std::istreambuf_iterator<char>(file), {}};
-      if (!cost) std::fprintf(stderr, "%s\n", path.c_str());  // the last one is the one that failed
-      cost ? RunAndPrintCost(input, path) : Run(input);
+      if (cost) RunAndPrintCost(input);
+      if (!cost) good = Run(input, before) && good;
       ++inputs;
     }
   }
   if (inputs == 0) std::fputs("No input was given.\n", stderr);
-  return inputs == 0 ? 2 : 0;
+  return inputs == 0 ? 2 : good ? 0 : 1;
 }

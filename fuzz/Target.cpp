@@ -7,16 +7,29 @@
 
 namespace fuzz {
 
-void ReportOn(Input file, const char* name) {
-  static const Tova::MutableDictionary gOptions = [] {
-    SilenceLog();
-    Tova::MutableDictionary options = test::AllTests(kVornFontTestReportTypeFull);
-    TovaDictionarySetValue(options.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
-    return options;
-  }();
+namespace {
+
+Tova::MutableDictionary MakeOptions(Messages messages) {
+  constexpr int kFewMessages = 50;
+  SilenceLog();
+  Tova::MutableDictionary options = test::AllTests(kVornFontTestReportTypeFull);
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  if (messages == Messages::kFew) {
+    TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey,
+                           Tova::Adopt(TovaNumberCreateWithInteger(kFewMessages)).get());
+  }
+  return options;
+}
+
+}  // namespace
+
+void ReportOn(Input file, const char* name, Messages messages) {
+  static const Tova::MutableDictionary gAll = MakeOptions(Messages::kAll);
+  static const Tova::MutableDictionary gFew = MakeOptions(Messages::kFew);
+  const Tova::MutableDictionary& options = messages == Messages::kAll ? gAll : gFew;
   const auto data = Tova::Adopt(TovaDataCreate(file.data(), file.size()));
   const auto url = Tova::Adopt(TovaURLCreateWithData(data.get(), name ? Tova::MakeString(name).get() : nullptr));
-  const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), gOptions.get()));
+  const auto report = Tova::Adopt(VornFontTestCreateReport(url.get(), options.get()));
   Check(TovaGetTypeID(TovaDictionaryGetValue(report.get(), kVornFontTestResultKey)) == kTovaTypeArray,
         "every file has a report");
 }

@@ -15,8 +15,13 @@ namespace fuzz {
 using test::Bytes;
 using Input = std::span<const uint8_t>;
 
+/// How many messages of a test a report keeps: few take a fuzzer less time.
+enum class Messages { kFew, kAll };
+/// The one or the other for an input: all for one in eight, by its size.
+inline Messages MessagesFor(size_t size) { return size % 8 == 0 ? Messages::kAll : Messages::kFew; }
+
 /// Makes the full report with details of a file in memory, by every test; none asks a conduit.
-void ReportOn(Input file, const char* name = nullptr);
+void ReportOn(Input file, const char* name = nullptr, Messages messages = Messages::kAll);
 
 /// Ends the program when a property does not hold, so that the fuzzer takes the input for a finding.
 void Check(bool holds, const char* property);

@@ -33,7 +33,7 @@ EXCEPTIONS = {
 
 # Headers of a library -> the files that may include them.
 LIBRARIES = {
-    r"unicode/": r"Source/(Platform/IcuConverters|TableAccess/AncillaryClasses/FTEncoding|CharacterWriter/)[^/]*",
+    r"unicode/": r"Source/(TableAccess/AncillaryClasses/FTEncoding|CharacterWriter/)[^/]*",
     r"pugixml": r"Source/Platform/PropertyList[^/]*",
     r"fmt/": r"Source/Platform/FormatString[^/]*",
     r"fontconfig/": r"(Tools/rundle-conduit|Source/AlphabetWriter)/.*",

@@ -53,9 +53,9 @@ extern "C" {
  * kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a record of its own
  * says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
  *
- * The size of a report is bounded, whatever the file: some 512 megabytes, or four kilobytes for each message that
- * kVornFontTestMessageLimitOptionKey allows; a quarter of it is kept for major and fatal findings. What is left out is
- * said in the report.
+ * The size of a report is bounded: some 32 megabytes and 64 bytes for each byte of the file, 512 megabytes at most, and
+ * no more than four kilobytes for each message that kVornFontTestMessageLimitOptionKey allows, but 32 megabytes at
+ * least. A quarter of it is kept for major and fatal findings. What is left out is said in the report.
  */
 VORNFONTTEST_EXPORT TovaDictionaryRef VornFontTestCreateReport(TovaURLRef url, TovaDictionaryRef options);
 

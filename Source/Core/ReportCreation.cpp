@@ -124,6 +124,7 @@ void ReportRun::AddDefaultOptions() {
 void ReportRun::TestFonts() {
   _fContainer = FTFontContainer::FontContainerFromTovaURLRef(_fURL, true);
   if (!_fContainer) throw FTException("tFontContainer == NULL", kVornFTInvalidFileTypeErr, "Core/VornFontTest", 723);
+  _fTree.SetFileSize(_fContainer->GetDataLength());
   for (uint64_t i = 0; i < _fContainer->GetFontCount(); ++i) {
     _fLastFont = _fContainer->GetIndFont(i);
     if (!_fTree.HasRoomForFont()) {

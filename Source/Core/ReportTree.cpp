@@ -58,11 +58,17 @@ TovaStringRef FontTypeOf(const FTFont& iFont) {
   }
 }
 
-uint64_t RoomFor(const ReportTree::Options& iOptions) {
+uint64_t RoomFor(const ReportTree::Options& iOptions, uint64_t iFileBytes) {
   if (iOptions.bytes != 0) return iOptions.bytes;
-  if (iOptions.messageLimit == 0) return kFTMaxReportBytes;
-  const uint64_t tMessages = std::min(iOptions.messageLimit, kFTMaxReportBytes / kFTReportBytesPerMessageAllowed);
-  return std::max(kFTMinReportBytes, tMessages * kFTReportBytesPerMessageAllowed);
+  const FTLimits& tLimits = FTLimits::Get();
+  const auto tRoomOf = [&](uint64_t iBytesEach, uint64_t iCount) {  // no product wraps
+    return std::min(tLimits.maxReportBytes, iBytesEach * std::min(iCount, tLimits.maxReportBytes));
+  };
+  const uint64_t tRoom =
+      std::min(tLimits.maxReportBytes, tLimits.minReportBytes + tRoomOf(tLimits.reportBytesPerByte, iFileBytes));
+  if (iOptions.messageLimit == 0) return tRoom;
+  const uint64_t tForMessages = tRoomOf(tLimits.reportBytesPerMessageAllowed, iOptions.messageLimit);
+  return std::min(tRoom, std::max(tLimits.minReportBytes, tForMessages));
 }
 
 /// A prefix as part of a format.
@@ -85,10 +91,14 @@ void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64
 }  // namespace
 
 ReportTree::ReportTree(const Options& iOptions)
-    : _fOptions(iOptions),
-      _fBytesForGrave(RoomFor(iOptions) / 4),
-      _fRoom(RoomFor(iOptions)),
-      _fRoomForLongNames(kFTLongNameBytes) {}
+    : _fOptions(iOptions), _fRoomForLongNames(FTLimits::Get().longNameBytes) {
+  SetFileSize(0);
+}
+
+void ReportTree::SetFileSize(uint64_t iBytes) {
+  _fRoom = RoomFor(_fOptions, iBytes);
+  _fBytesForGrave = _fRoom / 4;
+}
 
 Tova::MutableDictionary ReportTree::MakeFont(const FTFont& iFont) {
   auto tFont = Tova::Adopt(TovaDictionaryCreateMutable());
@@ -107,13 +117,13 @@ Tova::MutableDictionary ReportTree::MakeFont(const FTFont& iFont) {
 void ReportTree::KeepName(TovaMutableDictionaryRef ioFont, TovaStringRef iKey) {
   constexpr std::string_view kCutMark = "...";
   std::string_view tText = Tova::Text(Tova::AsString(TovaDictionaryGetValue(ioFont, iKey)));
-  if (tText.size() <= kFTLongName) return;
+  if (tText.size() <= FTLimits::Get().longName) return;
   if (tText.size() <= _fRoomForLongNames) {
     _fRoomForLongNames -= tText.size();
     TovaDictionarySetValue(ioFont, iKey, KeptString(tText).get());
     return;
   }
-  size_t tEnd = kFTLongName;
+  size_t tEnd = FTLimits::Get().longName;
   while ((static_cast<uint8_t>(tText[tEnd]) & 0xC0) == 0x80) --tEnd;  // not inside a character
   const std::string tCut = std::string(tText.substr(0, tEnd)).append(kCutMark);
   TovaDictionarySetValue(ioFont, iKey, KeptString(tCut).get());

@@ -14,19 +14,21 @@ class FTFont;
 /// How much a report holds.
 enum class ReportLevel { kResultsOnly, kSummary, kFull };
 
-/// Turns what tests found into the dictionaries and arrays of a report, and keeps the report within a bound that does
-/// not depend on the file: what has no room is left out, and the report says so. The one place that knows what messages
-/// and test records look like. One for a report.
+/// Turns what tests found into the dictionaries and arrays of a report, and keeps the report within a bound that grows
+/// with the file, up to a point: what has no room is left out, and the report says so. The one place that knows what
+/// messages and test records look like. One for a report.
 class ReportTree {
  public:
   struct Options {
     ReportLevel level = ReportLevel::kResultsOnly;
     bool messageDetails = false;
     uint64_t messageLimit = 0;  ///< messages of a test over one font; 0: as many as there is room for
-    uint64_t bytes = 0;         ///< room for the whole report; 0: as much as FTLimits.h grants
+    uint64_t bytes = 0;         ///< room for the whole report; 0: as much as FTLimits grants
   };
 
   explicit ReportTree(const Options& iOptions);
+  /// Makes room for a report about so many bytes; before anything is made.
+  void SetFileSize(uint64_t iBytes);
 
   ReportLevel Level() const { return _fOptions.level; }
   bool HasFonts() const { return _fOptions.level != ReportLevel::kResultsOnly; }
@@ -64,8 +66,8 @@ class ReportTree {
   };
 
   Options _fOptions;
-  uint64_t _fBytesForGrave;
-  uint64_t _fRoom;
+  uint64_t _fBytesForGrave = 0;
+  uint64_t _fRoom = 0;
   uint64_t _fRoomForLongNames;
   std::unordered_map<FormatKey, Tova::String, FormatHash> _fFormats;  // as looked up, prefix included
   std::unordered_map<std::string, Tova::String> _fStrings;            // names, formats, tags and parts, each once

@@ -55,10 +55,9 @@ void AppendLossy(std::string& out, std::string_view text) {
   }
 }
 
-void AppendUtf8(std::string& out, char32_t code) {
+void AppendUtf8Sequence(std::string& out, char32_t code) {
   if (code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) code = kReplacementCharacter;
   const auto put = [&](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
-  if (code < 0x80) return put(code);
   if (code < 0x800) {
     put(0xC0 | code >> 6);
   } else {

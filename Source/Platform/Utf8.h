@@ -24,7 +24,15 @@ size_t AsciiPrefix(std::string_view text);
 bool IsUtf8(std::string_view text);
 /// Appends the text with U+FFFD in place of what is not UTF-8.
 void AppendLossy(std::string& out, std::string_view text);
-/// Appends a character; U+FFFD for what is no Unicode scalar value.
-void AppendUtf8(std::string& out, char32_t code);
+/// Appends a character beyond ASCII; U+FFFD for what is no Unicode scalar value.
+void AppendUtf8Sequence(std::string& out, char32_t code);
+/// The same for any character.
+inline void AppendUtf8(std::string& out, char32_t code) {
+  if (code < 0x80) {
+    out += static_cast<char>(code);
+  } else {
+    AppendUtf8Sequence(out, code);
+  }
+}
 
 }  // namespace Tova

@@ -7,7 +7,8 @@
 
 LayoutReport::LayoutReport(const VornFontTester& iTester, uint64_t iTableSize)
     : _fTester(iTester),
-      _fStepsAllowed(std::max(kFTLayoutStepsAllowed, kFTLayoutStepsAllowedPerByte * iTableSize)),
+      _fStepsAllowed(
+          std::max(FTLimits::Get().layoutStepsAllowed, FTLimits::Get().layoutStepsAllowedPerByte * iTableSize)),
       _fStepsLeft(_fStepsAllowed) {
   for (const Severity tSeverity : kSeverities) {
     if (iTester.ExecuteTestsWithSeverity(tSeverity)) _fWanted.Add(tSeverity);

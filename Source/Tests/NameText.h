@@ -9,9 +9,6 @@
 /// What the tests of the 'name' table hold to be the text of a record.
 namespace NameText {
 
-/// Bytes of text that the tests decode in one table: those of the records up to here. Records may share a long text.
-inline constexpr uint64_t kMaxDecodedBytes = 4194304;
-
 enum Code : uint32_t {
   kFamily = 1,
   kStyle = 2,

@@ -19,9 +19,14 @@ std::optional<FTOS2Fields> OS2Fields(const FTFont_sfnt& iFont) {
   return std::nullopt;
 }
 
+const FTFontTable_hmtx* Metrics(const FTFont_sfnt& iFont) {
+  return iFont.HasTaggedTable(FTFontTable_hmtx::kTag) ? iFont.FindTable<FTFontTable_hmtx>() : nullptr;
+}
+
 std::optional<uint16_t> Advance(const FTFont_sfnt& iFont, uint32_t iGlyph) {
-  if (!iFont.HasTaggedTable(FTFontTable_hmtx::kTag) || iGlyph >= iFont.CountFontGlyphs()) return std::nullopt;
-  return iFont.FindTable<FTFontTable_hmtx>()->GetMetrics(static_cast<uint16_t>(iGlyph)).advance;
+  const FTFontTable_hmtx* tMetrics = Metrics(iFont);
+  if (!tMetrics || iGlyph >= iFont.CountFontGlyphs()) return std::nullopt;
+  return tMetrics->GetMetrics(static_cast<uint16_t>(iGlyph)).advance;
 }
 
 std::optional<FTGlyphInk> GlyphInk(const FTFont_sfnt& iFont) {

@@ -11,6 +11,8 @@
 #include "TableAccess/Glyphs/FTGlyphInk.h"
 #include "TableAccess/TableClasses/FTFontTable_head.h"
 
+class FTFontTable_hmtx;
+
 /// What several tests ask of an sfnt font, and how they show its texts. A table of length 0 counts as absent.
 namespace SfntFacts {
 
@@ -20,6 +22,8 @@ const FTFontTable_head* Header(const FTFont_sfnt& iFont);
 /// The OS/2 metrics: those of the table tagged 'OS_2', else of the one tagged 'OS/2'; none without both.
 std::optional<FTOS2Fields> OS2Fields(const FTFont_sfnt& iFont);
 
+/// The 'hmtx' table, null without one; for whoever asks for many advances.
+const FTFontTable_hmtx* Metrics(const FTFont_sfnt& iFont);
 /// The horizontal advance of a glyph; none without an 'hmtx' table or for a glyph that the font does not have.
 std::optional<uint16_t> Advance(const FTFont_sfnt& iFont, uint32_t iGlyph);
 

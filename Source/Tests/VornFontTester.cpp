@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <exception>
 #include <utility>
 
 #include "TableAccess/AncillaryClasses/FTException.h"
@@ -26,6 +25,7 @@ VornFontTester::VornFontTester(const FTFont* iFont, FindingSink& ioSink, const T
 bool VornFontTester::CreateTestResults() {
   Require(!_fRunning, "_fResults != NULL", 228);
   _fRunning = true;
+  _fExceptions = std::uncaught_exceptions();
   bool tApplies = true;
   try {
     tApplies = ExecuteTest();
@@ -78,19 +78,7 @@ void VornFontTester::AddOffsetToCollection(std::vector<uint16_t>& ioCollection, 
   if (tPlace == ioCollection.end() || *tPlace != iOffset) ioCollection.insert(tPlace, iOffset);
 }
 
-At::At(const VornFontTester& iTester, const Place& iPlace)
-    : _fTester(iTester), _fBefore(iTester._fPlace), _fExceptions(std::uncaught_exceptions()) {
-  iTester._fFails = false;
-  Place& tPlace = iTester._fPlace;
-  if (iPlace.table != 0) tPlace.table = iPlace.table;
-  if (iPlace.glyph) tPlace.glyph = iPlace.glyph;
-  if (iPlace.offset) tPlace.offset = iPlace.offset;
-  if (!iPlace.part.empty()) tPlace.part = iPlace.part;
-}
-
-At::~At() {
-  const bool tFails = std::uncaught_exceptions() > _fExceptions;
-  if (tFails && !_fTester._fFails) _fTester._fFailurePlace = _fTester._fPlace;
-  _fTester._fFails = tFails;
-  _fTester._fPlace = std::move(_fBefore);
+void VornFontTester::NoteFailure() const {
+  if (!_fFails) _fFailurePlace = _fPlace;
+  _fFails = true;
 }

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <initializer_list>
 #include <optional>
 #include <span>
+#include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
@@ -110,11 +113,14 @@ class VornFontTester {
  private:
   friend class At;
   void ReportException(const FTException& iException) const;
+  /// Remembers where the test was looking when an exception leaves the innermost scope of a place.
+  void NoteFailure() const;
 
   const FTFont* _fFont;
   FindingSink& _fSink;
   const TestOptions* _fOptions;
   bool _fRunning = false;
+  int _fExceptions = 0;          // on their way when the test began
   mutable Place _fPlace;         // where the test is looking
   mutable Place _fFailurePlace;  // where it was when the last exception was thrown
   mutable bool _fFails = false;  // an exception passes through its scopes
@@ -127,15 +133,40 @@ class VornFontTester {
 /// What the place leaves out stays as the scopes around it said.
 class At {
  public:
-  At(const VornFontTester& iTester, const Place& iPlace);
+  At(const VornFontTester& iTester, const Place& iPlace)
+      : _fTester(iTester),
+        _fTable(iTester._fPlace.table),
+        _fGlyph(iTester._fPlace.glyph),
+        _fOffset(iTester._fPlace.offset) {
+    iTester._fFails = false;
+    Place& tPlace = iTester._fPlace;
+    if (iPlace.table != 0) tPlace.table = iPlace.table;
+    if (iPlace.glyph) tPlace.glyph = iPlace.glyph;
+    if (iPlace.offset) tPlace.offset = iPlace.offset;
+    if (!iPlace.part.empty()) _fPart = std::exchange(tPlace.part, iPlace.part);
+  }
   At(const At&) = delete;
   At& operator=(const At&) = delete;
-  ~At();
+  ~At() {
+    if (std::uncaught_exceptions() > _fTester._fExceptions) {
+      _fTester.NoteFailure();
+    } else {
+      _fTester._fFails = false;
+    }
+    Place& tPlace = _fTester._fPlace;
+    tPlace.table = _fTable;
+    tPlace.glyph = _fGlyph;
+    tPlace.offset = _fOffset;
+    if (_fPart) tPlace.part = std::move(*_fPart);
+  }
 
  private:
   const VornFontTester& _fTester;
-  Place _fBefore;
-  int _fExceptions;  // on their way when it was made
+  // The place before; the part only where this scope names one.
+  uint32_t _fTable;
+  std::optional<uint32_t> _fGlyph;
+  std::optional<uint64_t> _fOffset;
+  std::optional<std::string> _fPart;
 };
 
 /// What an entry function of a test looks like. False when the test does not apply to the font.

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
+#include "TableAccess/TableClasses/FTFontTable_hmtx.h"
 #include "Tests/SfntFacts.h"
 #include "Tests/VornFontTesterStructure_OS_2.h"
 
@@ -20,8 +21,10 @@ struct Advances {
 
 Advances MeasureAdvances(const FTFont_sfnt& iFont) {
   Advances tAdvances;
-  for (uint32_t i = 0; i < iFont.CountFontGlyphs(); ++i) {
-    const int64_t tAdvance = SfntFacts::Advance(iFont, i).value_or(0);
+  const FTFontTable_hmtx* tMetrics = SfntFacts::Metrics(iFont);
+  const uint32_t tGlyphCount = tMetrics ? iFont.CountFontGlyphs() : 0;
+  for (uint32_t i = 0; i < tGlyphCount; ++i) {
+    const int64_t tAdvance = tMetrics->GetMetrics(static_cast<uint16_t>(i)).advance;
     if (tAdvance == 0) continue;
     ++tAdvances.count;
     tAdvances.sum += tAdvance;

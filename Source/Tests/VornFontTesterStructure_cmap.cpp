@@ -31,10 +31,10 @@ bool VornFontTesterStructure_cmap::ExecuteTest() const {
 }
 
 bool VornFontTesterStructure_cmap::MayCheck(uint64_t iCount) const {
-  const bool tHadRoom = _fChecks <= kFTMaxCmapChecks;
+  const bool tHadRoom = _fChecks <= FTLimits::Get().maxCmapChecks;
   GetTable()->GetFont()->SpendWork(iCount);
   _fChecks += iCount;
-  if (_fChecks <= kFTMaxCmapChecks) return true;
+  if (_fChecks <= FTLimits::Get().maxCmapChecks) return true;
   if (tHadRoom) ReportResult(Severity::kFatalError, "The font has an invalid 'cmap' table");
   return false;
 }

@@ -82,8 +82,8 @@ class VornFontTesterStructure_cmap : public VornFontTester {
                    const char* iBadGlyphs) const;
 
   uint32_t GlyphCount() const { return GetTable()->GetFont()->CountFontGlyphs(); }
-  /// Whether so many more checks may be made. Past kFTMaxCmapChecks they may not, which is a fatal finding of its own,
-  /// made once; what costs little (headers, sizes) goes on being checked.
+  /// Whether so many more checks may be made. Past FTLimits::maxCmapChecks they may not, which is a fatal finding of
+  /// its own, made once; what costs little (headers, sizes) goes on being checked.
   bool MayCheck(uint64_t iCount) const;
 
   mutable const FTFontTable_cmap* _fTable = nullptr;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "TableAccess/FTLimits.h"
 #include "Tests/NameText.h"
 #include "Tests/SfntFacts.h"
 
@@ -163,7 +164,7 @@ void VornFontTesterStructure_name::CheckEntries(const FTFontTable_name& iTable, 
     const At tHere(*this, {.offset = kHeaderSize + kRecordSize * i});
     const Codes tCodes = {tEntry.GetPlatform(), tEntry.GetScript(), tEntry.GetLanguage(), tEntry.GetNameCode()};
     tTextBytes += tEntry.GetUnswappedNameDataLength();
-    const bool tReadsText = tTextBytes <= NameText::kMaxDecodedBytes;
+    const bool tReadsText = tTextBytes <= FTLimits::Get().nameTextBytes;
     CheckCodes(i, tEntry, iLayout);
     CheckOrder(i, tCodes, tWalk);
     if (tReadsText) CheckRepetition(i, tCodes, tEntries, tWalk);

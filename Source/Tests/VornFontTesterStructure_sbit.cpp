@@ -15,10 +15,6 @@ namespace {
 constexpr uint64_t kDataHeaderSize = 4;
 constexpr uint8_t kDirections = FTBitmapStrike::kHorizontal | FTBitmapStrike::kVertical;
 
-/// Work that a pair of tables may cost, in index elements, images and components: far above what distinct data need.
-constexpr uint64_t kWork = 65536;
-constexpr uint64_t kWorkPerByte = 4;
-
 }  // namespace
 
 /// What is known of all strikes of a pair.
@@ -84,7 +80,8 @@ void VornFontTesterStructure_sbit::CheckPair(const Pair& iPair) const {
   const At tHere(*this, {.table = iPair.location});
   if (!CheckTableHeaders(iPair, tLocation) || !CheckStrikeCount(iPair, tLocation)) return;
   const uint64_t tTableSize = tLocation.Location().Size();
-  SbitStrikeImages::Budget tBudget{kWork + kWorkPerByte * (tTableSize + tLocation.Data().Size())};
+  SbitStrikeImages::Budget tBudget{FTLimits::Get().bitmapStepsAllowed +
+                                   FTLimits::Get().bitmapStepsAllowedPerByte * (tTableSize + tLocation.Data().Size())};
   Strikes tStrikes;
   for (uint32_t i = 0; i < tLocation.StrikeCount(); ++i) {
     const At tHereToo(*this, {.offset = FTBitmapLocation::kHeaderSize + FTBitmapLocation::kStrikeSize * i});

@@ -9,6 +9,7 @@
 #include <set>
 #include <utility>
 
+#include "TableAccess/FTLimits.h"
 #include "TableAccess/TableClasses/FTFontTable_name.h"
 #include "Tests/NameText.h"
 #include "Tests/SfntFacts.h"
@@ -115,7 +116,7 @@ VornFontTesterUsability_name::Names VornFontTesterUsability_name::CollectNames(c
   uint64_t tTextBytes = 0;
   for (const FTNameTableEntry& tEntry : iFont.FindTable<FTFontTable_name>()->Names()) {
     tTextBytes += tEntry.GetUnswappedNameDataLength();
-    if (tTextBytes > NameText::kMaxDecodedBytes) break;
+    if (tTextBytes > FTLimits::Get().nameTextBytes) break;
     const Name tName = {tEntry.GetPlatform(), tEntry.GetScript(), tEntry.GetLanguage(), tEntry.GetNameCode(),
                         Tova::Text(NameText::Of(tEntry))};
     const bool tHasBytes = tEntry.GetUnswappedNameDataLength() > 0;

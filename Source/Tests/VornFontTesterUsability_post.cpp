@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <string_view>
 #include <unordered_map>
 
 #include "TableAccess/AncillaryClasses/FTUnicodeMap.h"
 #include "TableAccess/FTLimits.h"
+#include "TableAccess/TableClasses/FTFontTable_hmtx.h"
 #include "Tests/SfntFacts.h"
 
 namespace {
@@ -60,6 +62,28 @@ std::optional<uint32_t> CharacterOfName(std::string_view iName) {
   }
   return tCharacter;
 }
+
+/// Finds the first glyph with each name. A table of places, each of a glyph's number and one, that is never full: there
+/// is one for most glyphs of all fonts, and no room to be made for each name.
+class GlyphsByName {
+ public:
+  explicit GlyphsByName(const std::vector<std::optional<std::string>>& iNames)
+      : _fNames(iNames), _fPlaces(std::bit_ceil(2 * iNames.size() + 1)) {}
+
+  /// The first glyph that was added with the name of this one, which has a name.
+  uint32_t Add(uint32_t iGlyph) {
+    size_t tPlace = std::hash<std::string_view>()(*_fNames[iGlyph]);
+    for (;; ++tPlace) {
+      uint32_t& tTaken = _fPlaces[tPlace & (_fPlaces.size() - 1)];
+      if (tTaken == 0) tTaken = iGlyph + 1;
+      if (_fNames[tTaken - 1] == _fNames[iGlyph]) return tTaken - 1;
+    }
+  }
+
+ private:
+  const std::vector<std::optional<std::string>>& _fNames;
+  std::vector<uint32_t> _fPlaces;
+};
 
 }  // namespace
 
@@ -170,19 +194,22 @@ void VornFontTesterUsability_post::CheckLengths(const Names& iNames) const {
 }
 
 void VornFontTesterUsability_post::CheckRepetition(const Names& iNames) const {
-  std::unordered_map<std::string_view, uint32_t> tFirstWithName;
-  tFirstWithName.reserve(iNames.size());
+  GlyphsByName tGlyphs(iNames);
   uint32_t tCount = 0;
   uint32_t tFirst = 0;
+  uint32_t tSecond = 0;
   for (uint32_t i = 0; i < iNames.size(); ++i) {
     if (!iNames[i] || iNames[i]->empty() || *iNames[i] == kNotdef) continue;
-    if (!tFirstWithName.emplace(*iNames[i], i).second && tCount++ == 0) tFirst = i;
+    if (const uint32_t tEarlier = tGlyphs.Add(i); tEarlier != i && tCount++ == 0) {
+      tFirst = tEarlier;
+      tSecond = i;
+    }
   }
   if (tCount == 0) return;
-  const At tHere(*this, {.glyph = tFirst});
+  const At tHere(*this, {.glyph = tSecond});
   ReportResult(Severity::kMinorError,
                "%d glyphs have the name of an earlier glyph; glyphs %d and %d are both named '%@'",
-               {tCount, tFirstWithName.at(*iNames[tFirst]), tFirst, SfntFacts::Shown(*iNames[tFirst])});
+               {tCount, tFirst, tSecond, SfntFacts::Shown(*iNames[tFirst])});
 }
 
 void VornFontTesterUsability_post::CheckNamesOfAscii(const Names& iNames) const {
@@ -253,8 +280,10 @@ void VornFontTesterUsability_post::CheckVariablePitch() const {
   const FTUnicodeMap& tMap = SfntFont().UnicodeMap();
   if (!tMap.Maps('i') || !tMap.Maps('M')) return;
   uint16_t tWidth = 0;
-  for (uint32_t i = 0; i < SfntFont().CountFontGlyphs(); ++i) {
-    const uint16_t tAdvance = *SfntFacts::Advance(SfntFont(), i);
+  const FTFontTable_hmtx& tMetrics = *SfntFacts::Metrics(SfntFont());
+  const uint32_t tGlyphCount = SfntFont().CountFontGlyphs();
+  for (uint32_t i = 0; i < tGlyphCount; ++i) {
+    const uint16_t tAdvance = tMetrics.GetMetrics(static_cast<uint16_t>(i)).advance;
     if (tAdvance == 0 || tAdvance == tWidth) continue;
     if (tWidth != 0) return;
     tWidth = tAdvance;

@@ -28,7 +28,9 @@ void Walk(Tova::ByteView fork) {
   }
 }
 
-void Report(const SuitcaseBuilder& suitcase) { fuzz::ReportOn(suitcase.Build().Data(), "Family"); }
+void Report(const SuitcaseBuilder& suitcase) {
+  fuzz::ReportOn(suitcase.Build().Data(), "Family", fuzz::Messages::kFew);
+}
 
 }  // namespace
 
@@ -38,19 +40,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   switch (data[0]) {
     case 'f':
       Walk(Tova::ByteView(rest.data(), rest.size()));
-      fuzz::ReportOn(rest, "Suitcase");
+      fuzz::ReportOn(rest, "Suitcase", fuzz::MessagesFor(size));
       return 0;
     case 'o':
-      fuzz::ReportOn(test::OneFile({}, rest, "FFIL").Data(), "Suitcase");
+      fuzz::ReportOn(test::OneFile({}, rest, "FFIL").Data(), "Suitcase", fuzz::MessagesFor(size));
       return 0;
     case 'h':
-      fuzz::ReportOn(test::HeaderForm({}, rest, "LWFN").Data(), "Suitcase");
+      fuzz::ReportOn(test::HeaderForm({}, rest, "LWFN").Data(), "Suitcase", fuzz::MessagesFor(size));
       return 0;
     case 's':
       if (const auto parts = Tova::ReadSidecar(Tova::ByteView(rest.data(), rest.size()))) {
         Walk(parts->resource.value_or(Tova::ByteView()));
       }
-      fuzz::ReportOn(rest, "Suitcase");
+      fuzz::ReportOn(rest, "Suitcase", fuzz::MessagesFor(size));
       return 0;
     case 'F':
       Report(SuitcaseBuilder().Add("FOND", 128, rest, "Family").Add("NFNT", 300, Bytes(26)));

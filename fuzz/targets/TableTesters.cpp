@@ -37,6 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   constexpr size_t kTagSize = 4;
   const std::string tag(data, data + std::min(size, kTagSize));
   if (!kCompanions.contains(tag)) return -1;
-  fuzz::ReportOn(FontBuilder(FontFor(tag)).Table(tag, fuzz::Bytes(data + kTagSize, data + size)).Build());
+  fuzz::ReportOn(FontBuilder(FontFor(tag)).Table(tag, fuzz::Bytes(data + kTagSize, data + size)).Build(), nullptr,
+                 fuzz::MessagesFor(size));
   return 0;
 }

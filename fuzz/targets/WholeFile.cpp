@@ -6,6 +6,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const Tova::ByteView bytes(data, size);
-  fuzz::ReportOn({data, size}, VornFontTest::IsFontScaler(bytes.U32(0)) ? nullptr : "any.sfont");
+  fuzz::ReportOn({data, size}, VornFontTest::IsFontScaler(bytes.U32(0)) ? nullptr : "any.sfont",
+                 fuzz::MessagesFor(size));
   return 0;
 }

@@ -63,6 +63,10 @@ TEST_F(Formats, SarifIsValidAndNamesRulesAndPlaces) {
   }
   const json run = json::parse(Print("sarif", {}))["runs"][0];
   EXPECT_TRUE(run["invocations"][0]["executionSuccessful"]);
+  const json failed = json::parse(Print("sarif", {}, true))["runs"][0];
+  EXPECT_FALSE(failed["invocations"][0]["executionSuccessful"]);
+  EXPECT_EQ(failed["properties"]["notRead"], 1);
+  EXPECT_EQ(failed["results"].back()["message"]["text"], "No such file or directory");
   const json &results = run["results"], &rules = run["tool"]["driver"]["rules"];
   ASSERT_EQ(results.size(), 10u);
   for (const json& result : results) EXPECT_EQ(rules[result["ruleIndex"].get<size_t>()]["id"], result["ruleId"]);
@@ -95,27 +99,30 @@ TEST_F(Formats, JUnitIsValidAndFailsOnWhatFailsTheRun) {
   EXPECT_THAT(text, HasSubstr("\n... and 4 more like this\n  rule: glyf/glyph-blank\n  why: "));
   EXPECT_THAT(text, HasSubstr("A|B &#60;b&#62;`x` *&#38; &#34;q&#34; 50%, www.x @me\\x0a::error::\\x01\""));
   EXPECT_THAT(text, HasSubstr("<testcase name=\"open\" classname=\"3.ttf\" file=\"3.ttf\">\n      <error "));
-  EXPECT_THAT(text, HasSubstr("<testsuite name=\"paths\" tests=\"1\" failures=\"0\" errors=\"1\""));
+  EXPECT_THAT(text, HasSubstr("type=\"fatal\">fatal  No such file or directory\n"));
   EXPECT_THAT(Print("junit", {"--fail-on", "never"}), Not(HasSubstr("<failure")));
 }
 
 TEST_F(Formats, GithubAnnotatesOnceForEachRule) {
   EXPECT_THAT(Print("github", {}),
               MatchesRegex("::error file=3.ttf,title=fatal%3A [^:]*::1 finding%0AThe file cannot [^\n]*\n"));
+  EXPECT_EQ(RunProgram({"--list-tests", "-f", "github"}).status, 2);
   const std::string text = Print("github", {"-s", "information"}, true);
   EXPECT_EQ(std::ranges::count(text, '\n'), 5);
   EXPECT_THAT(text, HasSubstr("::warning file=2%2C\\xff%3A%25\\x0a`|#.ttf,title=minor%3A "));
   EXPECT_THAT(text,
               HasSubstr("::A|B <b>`x` *& \"q\" 50%25, www.x @me\\x0a::error::\\x01: 1 finding%0Aglyf: maxContours"));
   EXPECT_THAT(text, HasSubstr(": no outline%0A... and 4 more like this%0AWhy: "));
-  EXPECT_THAT(text, EndsWith("\n::error title=vorn-font-test::1 path could not be read\n"));
+  EXPECT_THAT(text, HasSubstr("\n::error file=missing.ttf,title=fatal%3A the file could not be examined "
+                              "(run/failure)::1 finding%0ANo such file or directory%0A"));
 }
 
 TEST_F(Formats, MarkdownHasALineForEachFileAndKeepsNamesText) {
   const std::string text = Print("markdown", {"-s", "information"}, true);
-  EXPECT_THAT(text, StartsWith("## Fonts: failed\n\n3 files, 2 fonts, 2 tests run. Findings: 1 fatal, 1 minor, 8 "
-                               "information. Fails on major and above.\n\n**1 path could not be read.**\n\n| file |"));
-  EXPECT_EQ(std::ranges::count(text, '\n'), 11);
+  EXPECT_THAT(text,
+              StartsWith("## Fonts: failed\n\n3 files, 2 fonts, 2 tests run. Findings: 1 fatal, 1 minor, 8 "
+                         "information. Fails on major and above.\n\n**1 path could not be tested.**\n\n| file |"));
+  EXPECT_EQ(std::ranges::count(text, '\n'), 12);
   EXPECT_THAT(text,
               HasSubstr("\n| <code>2,&#92;xff&#58;%&#92;x0a&#96;&#124;&#35;.ttf</code> | 0 | 0 | 1 | 0 | 7 | <code>"));
   EXPECT_THAT(text, HasSubstr("A&#124;B &#60;b&#62;&#96;x&#96; &#42;&#38; &#34;q&#34; 50%, www&#46;x &#64;me"));

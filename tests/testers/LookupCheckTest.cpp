@@ -107,7 +107,8 @@ TEST(LookupCheck, TheWorkIsBounded) {
   }
   machine.State("start", cells).State("line").Extra(substitutions);
   const TableBuilder morx = ChainTable(StateTableWidth::kExtended, {{1, machine.Build()}});
-  const uint64_t steps = std::max(kFTLayoutStepsAllowed, kFTLayoutStepsAllowedPerByte * morx.Size());
+  const uint64_t steps =
+      std::max(FTLimits::Get().layoutStepsAllowed, FTLimits::Get().layoutStepsAllowedPerByte * morx.Size());
   ExpectMessage(test::Run(TestStructure_morx, FontBuilder().Table("morx", morx)),
                 {kFatal, "morx: Chain 0, subtable 0: The examination was given up after " + std::to_string(steps) +
                              " steps; parts of the table refer to the same bytes over and over"});

@@ -169,8 +169,8 @@ uint64_t FTEncodingMapping::PairCount() const {
 
 const std::vector<FTEncodingPair>& FTEncodingMapping::Pairs() const {
   if (_fPairs) return *_fPairs;
-  if (PairCount() > kFTMaxEncodingPairs) {
-    FTThrow("PairCount() > kFTMaxEncodingPairs", "The font has an invalid 'cmap' table");
+  if (PairCount() > FTLimits::Get().maxEncodingPairs) {
+    FTThrow("PairCount() > maxEncodingPairs", "The font has an invalid 'cmap' table");
   }
   const FTEncodingGlyphWords tWords(_fBytes, _fRanges);
   std::vector<FTEncodingPair> tPairs;

@@ -32,7 +32,7 @@ class FTEncodingMapping {
 
   uint64_t PairCount() const;
   /// All pairs by ascending character, those of one character in table order. Made at the first call; throws when there
-  /// are more than kFTMaxEncodingPairs.
+  /// are more than FTLimits::maxEncodingPairs.
   const std::vector<FTEncodingPair>& Pairs() const;
 
   /// Calls iVisit(character, glyph) for every mapped character up to iLast, ascending, with the glyph that answers.

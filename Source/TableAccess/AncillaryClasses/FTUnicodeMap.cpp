@@ -209,7 +209,7 @@ FTUnicodeMap::FTUnicodeMap(Tova::ByteView iCmap, FTWorkBudget& ioBudget) {
     _fRecords.push_back(tRecord);
   }
   for (const Record& tRecord : _fRecords) {
-    if (_fEncodings.size() == kFTMaxUnicodeEncodings) break;
+    if (_fEncodings.size() == FTLimits::Get().maxUnicodeEncodings) break;
     const bool tKnown = std::ranges::any_of(
         _fEncodings, [&](const Encoding& iEncoding) { return iEncoding.record.offset == tRecord.offset; });
     if (!tRecord.IsUnicode() || !tRecord.IsReadable() || tKnown) continue;

@@ -94,7 +94,7 @@ class FTUnicodeMap {
 
   /// All encoding records that lie wholly in the table, in its order.
   const std::vector<Record>& Records() const { return _fRecords; }
-  /// Those that were read, in table order: no more than kFTMaxUnicodeEncodings.
+  /// Those that were read, in table order: no more than FTLimits::maxUnicodeEncodings.
   const std::vector<Encoding>& Encodings() const { return _fEncodings; }
   /// Every character, with its glyph in the first full encoding that has it, else the first other one.
   const FTGlyphPages& Glyphs() const { return _fGlyphs; }

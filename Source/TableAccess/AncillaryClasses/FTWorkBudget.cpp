@@ -7,7 +7,9 @@
 #include "TableAccess/FTLimits.h"
 
 FTWorkBudget::FTWorkBudget(uint64_t iFileSize)
-    : _fAllowed(std::min(kFTWorkAllowed + kFTWorkAllowedPerByte * iFileSize, kFTMostWorkAllowed)), _fLeft(_fAllowed) {}
+    : _fAllowed(std::min(FTLimits::Get().workAllowed + FTLimits::Get().workAllowedPerByte * iFileSize,
+                         FTLimits::Get().mostWorkAllowed)),
+      _fLeft(_fAllowed) {}
 
 void FTWorkBudget::End() {
   _fEnded = true;

@@ -84,12 +84,12 @@ std::vector<uint64_t> FTDiskBasedFontContainer::DirectoryOffsets(Tova::ByteView 
   for (uint32_t i = 0; i < tFontCount; ++i) {
     const uint64_t tAt = kCollectionHeaderSize + sizeof(uint32_t) * uint64_t{i};
     Require(iFork, tAt + sizeof(uint32_t), "tBytesToRead == sizeof( uint32_t )");
-    if (i >= kFTMaxCollectionFonts) FTThrow("i >= kFTMaxCollectionFonts", kFileFailure);
+    if (i >= FTLimits::Get().maxCollectionFonts) FTThrow("i >= maxCollectionFonts", kFileFailure);
     tOffsets.push_back(iFork.U32(tAt));
     // Directories of their own cannot be larger than the file together; shared ones would multiply the work.
     tDirectoryBytes += FTSfntDirectory(iFork, tOffsets.back()).GetSize();
-    if (tDirectoryBytes > iFork.Size() + kFTSharedDirectoryBytes) {
-      FTThrow("tDirectoryBytes > iFork.Size() + kFTSharedDirectoryBytes", kFileFailure);
+    if (tDirectoryBytes > iFork.Size() + FTLimits::Get().sharedDirectoryBytes) {
+      FTThrow("tDirectoryBytes > iFork.Size() + sharedDirectoryBytes", kFileFailure);
     }
   }
   return tOffsets;

@@ -49,6 +49,8 @@ class FTFontContainer : public FTFontOwner {
   /// Makes the fonts and hands them to SetFonts.
   virtual void ReadData() const = 0;
   virtual const FontArray& Fonts() const;
+  /// The bytes that the fonts lie in together.
+  uint64_t GetDataLength() const { return GetDataLength(Fonts()); }
   /// Takes the fonts over; those held before are destroyed. The budget for work begins anew, sized by their bytes.
   void SetFonts(FontArray iFonts) const;
 
@@ -60,7 +62,7 @@ class FTFontContainer : public FTFontOwner {
   const FTFont_FOND* FindFamilyOf(int32_t) const override { return nullptr; }
 
  protected:
-  /// The bytes that the fonts lie in together, for the budget.
+  /// The same of fonts that it is about to take over.
   virtual uint64_t GetDataLength(const FontArray& iFonts) const;
 
  private:

@@ -91,7 +91,7 @@ void FTResourceFontContainer::AddFontsFromResourceType(uint32_t iType, FontArray
     if (!tResource || static_cast<int64_t>(tResource->data.Size()) > MaximumResourceSize()) {
       FTThrow("tResource == NULL || tSize > (Size) MaximumResourceSize()", kCorrupt);
     }
-    if (ioFonts.size() >= kFTMaxSuitcaseFonts) FTThrow("ioFonts.size() >= kFTMaxSuitcaseFonts", kCorrupt);
+    if (ioFonts.size() >= FTLimits::Get().maxSuitcaseFonts) FTThrow("ioFonts.size() >= maxSuitcaseFonts", kCorrupt);
     ioFonts.push_back(FTFont::FTFontFromResource(this, iType, tResource->data, tResource->id, tResource->name));
   }
 }

@@ -48,7 +48,7 @@ bool FTGlyphInk::IsBlank(uint32_t iGlyph, uint32_t iDepth, uint32_t& ioComponent
 bool FTGlyphInk::AreComponentsBlank(Tova::ByteView iRecord, uint32_t iDepth, uint32_t& ioComponents) const {
   uint16_t tFlags = kMoreComponents;
   for (uint64_t tAt = kHeaderSize; tFlags & kMoreComponents && iRecord.Holds(tAt, 4); tAt += ComponentSize(tFlags)) {
-    if (++ioComponents > kFTMaxBlankComponents || iDepth > kFTMaxBlankDepth) return false;
+    if (++ioComponents > FTLimits::Get().maxBlankComponents || iDepth > FTLimits::Get().maxBlankDepth) return false;
     tFlags = iRecord.U16(tAt);
     if (!IsBlank(iRecord.U16(tAt + 2), iDepth, ioComponents)) return false;
   }

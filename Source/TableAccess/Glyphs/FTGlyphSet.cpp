@@ -41,8 +41,7 @@ FTGlyphSet::FTGlyphSet(Tova::ByteView iGlyphs, const FTGlyphLocations& iLocation
   }
 }
 
-const FTGlyphRecord& FTGlyphSet::Read(uint16_t iGlyph) {
-  if (_fRecords[iGlyph].state == State::kRead) return _fRecords[iGlyph];
+const FTGlyphRecord& FTGlyphSet::ReadUnread(uint16_t iGlyph) {
   const bool tHadFailures = std::exchange(_fHasFailures, true);
   FTGlyphRecord& tRecord = BeginReading(iGlyph);
   if (tRecord.kind == Kind::kSimple) ReadSimple(iGlyph, tRecord);

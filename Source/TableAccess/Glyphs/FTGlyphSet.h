@@ -36,7 +36,10 @@ class FTGlyphSet {
   const FTGlyphRecord& Peek(uint16_t iGlyph) const { return _fRecords[iGlyph]; }
   /// The record of the glyph decoded. How deep compound glyphs are nested is no matter: the path lies on a stack of its
   /// own.
-  const FTGlyphRecord& Read(uint16_t iGlyph);
+  const FTGlyphRecord& Read(uint16_t iGlyph) {
+    const FTGlyphRecord& tRecord = _fRecords[iGlyph];
+    return tRecord.state == FTGlyphRecord::State::kRead ? tRecord : ReadUnread(iGlyph);
+  }
   /// The contours of a simple glyph and the components of a compound one, valid until another is asked for.
   const FTOutline& OutlineOf(uint16_t iGlyph);
   const std::vector<FTComponent>& ComponentsOf(uint16_t iGlyph);
@@ -50,6 +53,7 @@ class FTGlyphSet {
   struct Level;
   static constexpr uint32_t kNone = 0xFFFFFFFF;
 
+  const FTGlyphRecord& ReadUnread(uint16_t iGlyph);
   FTGlyphRecord& BeginReading(uint16_t iGlyph);
   void ReadSimple(uint16_t iGlyph, FTGlyphRecord& ioRecord);
   void ReadCompound(uint16_t iGlyph);

@@ -16,7 +16,7 @@ std::shared_ptr<FTGlyphSet> FTGlyphSets::Get(Tova::ByteView iGlyphs, const FTGly
     return _fEntries.back().glyphs;
   }
   auto tGlyphs = std::make_shared<FTGlyphSet>(iGlyphs, iLocations, ioBudget);
-  if (_fEntries.size() == kFTKeptGlyphSets) _fEntries.erase(_fEntries.begin());
+  if (_fEntries.size() == FTLimits::Get().keptGlyphSets) _fEntries.erase(_fEntries.begin());
   _fEntries.push_back({std::move(iOwner), tGlyphs});
   return tGlyphs;
 }

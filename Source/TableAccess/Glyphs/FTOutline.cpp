@@ -48,6 +48,19 @@ uint32_t WordAt(const Tova::ByteView& iBytes, uint64_t iAt, const Coordinate& iH
   return iHow.size == 2 ? iBytes.U16(iAt) : uint32_t{iBytes.U8(iAt)} << 8;
 }
 
+/// The box of the points, all 0 without points. A loop of its own, which compilers turn into a few vector operations.
+FTRect BoxOf(std::span<const FTPoint> iPoints) {
+  if (iPoints.empty()) return {};
+  FTRect tBox = {.top = INT16_MIN, .left = INT16_MAX, .bottom = INT16_MAX, .right = INT16_MIN};
+  for (const FTPoint& tPoint : iPoints) {
+    tBox.top = std::max(tBox.top, tPoint.v);
+    tBox.left = std::min(tBox.left, tPoint.h);
+    tBox.bottom = std::min(tBox.bottom, tPoint.v);
+    tBox.right = std::max(tBox.right, tPoint.h);
+  }
+  return tBox;
+}
+
 template <class T>
 void GrowTo(std::vector<T>& ioValues, size_t iCount) {
   if (ioValues.size() < iCount) ioValues.resize(iCount);
@@ -62,59 +75,63 @@ void FTOutline::Unpack(Tova::ByteView iBytes, uint64_t iLength, FTGlyphRecord& i
   GrowTo(_fFlags, _fPointCount);
   GrowTo(_fPoints, _fPointCount);
   uint64_t tAtX = kHeaderSize + uint64_t{2} * _fContourCount + 2 + ioRecord.instructionBytes;
-  uint64_t tSizeOfX = 0;
-  UnpackFlags(iBytes, iLength, tAtX, tSizeOfX);
-  const uint64_t tAtY = tAtX + tSizeOfX;
+  const uint64_t tAtY = UnpackFlags(iBytes, iLength, tAtX);
   // Only the last glyphs of a table are so near its end that every read has to be checked. Both coordinates of a point
   // are read as words, be they shorter.
   const auto tRun = iBytes.Run(0, tAtY + uint64_t{2} * _fPointCount + 2);
-  ioRecord.measuredBox = tRun ? UnpackPoints(*tRun, tAtX, tAtY) : UnpackPoints(iBytes, tAtX, tAtY);
+  if (tRun) {
+    UnpackPoints(*tRun, tAtX, tAtY);
+  } else {
+    UnpackPoints(iBytes, tAtX, tAtY);
+  }
+  ioRecord.measuredBox = BoxOf(std::span(_fPoints).first(_fPointCount));
   ioRecord.hasMixedEnds = false;
   for (uint16_t i = 0; i < _fContourCount && !ioRecord.hasMixedEnds; ++i) ioRecord.hasMixedEnds = HasMixedEnds(i);
 }
 
-void FTOutline::UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& ioAt, uint64_t& oSizeOfX) {
-  for (size_t tDone = 0; tDone < _fPointCount;) {
-    if (ioAt >= iLength) FTThrow(FTFaults::kFlagsCut);
-    const uint8_t tFlag = iBytes.U8(ioAt++);
+/// Unpacks the flags that begin at ioAt, which is left behind them: where the x coordinates begin. Returns where the y
+/// coordinates do.
+uint64_t FTOutline::UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& ioAt) {
+  const std::span tFlags = std::span(_fFlags).first(_fPointCount);
+  uint64_t tAt = ioAt;
+  uint64_t tSizeOfX = 0;
+  for (size_t tDone = 0; tDone < tFlags.size();) {
+    if (tAt >= iLength) FTThrow(FTFaults::kFlagsCut);
+    const uint8_t tFlag = iBytes.U8(tAt++);
     const uint64_t tSize = HowToRead(tFlag)[0].size;
     if (!(tFlag & kRepeat)) {
-      _fFlags[tDone++] = tFlag;
-      oSizeOfX += tSize;
+      tFlags[tDone++] = tFlag;
+      tSizeOfX += tSize;
       continue;
     }
-    const size_t tRepeats = size_t{iBytes.U8(ioAt++)} + 1;
-    if (tRepeats > _fPointCount - tDone) FTThrow(FTFaults::kTooManyFlags);
-    std::memset(&_fFlags[tDone], tFlag, tRepeats);
+    const size_t tRepeats = size_t{iBytes.U8(tAt++)} + 1;
+    if (tRepeats > tFlags.size() - tDone) FTThrow(FTFaults::kTooManyFlags);
+    std::memset(&tFlags[tDone], tFlag, tRepeats);
     tDone += tRepeats;
-    oSizeOfX += tRepeats * tSize;
+    tSizeOfX += tRepeats * tSize;
   }
+  ioAt = tAt;
+  return tAt + tSizeOfX;
 }
 
-/// Decodes both coordinates of each point; the running sums are kept in 16 bits. Returns the box of the points.
+/// Decodes both coordinates of each point; the running sums are kept in 16 bits.
 template <class Bytes>
-FTRect FTOutline::UnpackPoints(const Bytes& iBytes, uint64_t iAtX, uint64_t iAtY) {
-  if (_fPointCount == 0) return {};
+void FTOutline::UnpackPoints(const Bytes& iBytes, uint64_t iAtX, uint64_t iAtY) {
   const auto tRead = [&iBytes](const Coordinate& iHow, uint64_t& ioAt) {
     const uint32_t tAmount = WordAt(iBytes, ioAt, iHow) >> iHow.shift & iHow.mask;
     ioAt += iHow.size;
     return (tAmount ^ iHow.sign) - iHow.sign;
   };
-  FTRect tBox = {.top = INT16_MIN, .left = INT16_MAX, .bottom = INT16_MAX, .right = INT16_MIN};
+  const std::span tFlags = std::span(_fFlags).first(_fPointCount);
+  FTPoint* tPoint = _fPoints.data();
   uint32_t tX = 0;
   uint32_t tY = 0;
-  for (size_t i = 0; i < _fPointCount; ++i) {
-    const auto& tHow = HowToRead(_fFlags[i]);
+  for (const uint8_t tFlag : tFlags) {
+    const auto& tHow = HowToRead(tFlag);
     tX += tRead(tHow[0], iAtX);
     tY += tRead(tHow[1], iAtY);
-    const FTPoint tPoint = {.v = Tova::WrapSigned16(tY), .h = Tova::WrapSigned16(tX)};
-    _fPoints[i] = tPoint;
-    tBox = {.top = std::max(tBox.top, tPoint.v),
-            .left = std::min(tBox.left, tPoint.h),
-            .bottom = std::min(tBox.bottom, tPoint.v),
-            .right = std::max(tBox.right, tPoint.h)};
+    *tPoint++ = {.v = Tova::WrapSigned16(tY), .h = Tova::WrapSigned16(tX)};
   }
-  return tBox;
 }
 
 FTPoint FTOutline::Point(uint16_t iIndex) const { return iIndex < _fPointCount ? _fPoints[iIndex] : FTPoint(); }

@@ -42,9 +42,9 @@ class FTOutline {
   bool HasMixedEnds(uint16_t iContour) const;
 
  private:
-  void UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& ioAt, uint64_t& oSizeOfX);
+  uint64_t UnpackFlags(Tova::ByteView iBytes, uint64_t iLength, uint64_t& ioAt);
   template <class Bytes>
-  FTRect UnpackPoints(const Bytes& iBytes, uint64_t iAtX, uint64_t iAtY);
+  void UnpackPoints(const Bytes& iBytes, uint64_t iAtX, uint64_t iAtY);
 
   Tova::ByteView _fEndPoints;
   uint16_t _fContourCount = 0;

@@ -31,12 +31,6 @@ FTFontTable& FTFontTable::operator=(const FTFontTable& iOther) {
 
 const FTFont_sfnt* FTFontTable::GetFont() const { return _fOwner ? _fOwner->AsFont() : nullptr; }
 
-void FTFontTable::ReadData() const {
-  if (_fDataRead) return;
-  _fDataRead = true;
-  ReadDataInternal();
-}
-
 Tova::ByteView FTFontTable::DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const {
   return _fOwner ? _fOwner->DoGenericLookup(iTable, iGlyph) : Tova::ByteView();
 }

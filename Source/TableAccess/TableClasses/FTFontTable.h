@@ -42,7 +42,11 @@ class FTFontTable {
   bool DataRead() const { return _fDataRead; }
   void MarkDataRead() const { _fDataRead = true; }
   /// Parses the fields at the first call.
-  virtual void ReadData() const;
+  void ReadData() const {
+    if (_fDataRead) return;
+    _fDataRead = true;
+    ReadDataInternal();
+  }
   virtual void ReadDataInternal() const {}
   /// As FTFont::DoGenericLookup.
   virtual Tova::ByteView DoGenericLookup(Tova::ByteView iTable, uint32_t iGlyph) const;

@@ -13,7 +13,7 @@ constexpr uint64_t kFeatureEntrySize = FTLayoutFeature::kSize;
 /// hostile table makes every chain claim all that follow.
 class FTFontTable_Chains::Work {
  public:
-  explicit Work(uint64_t iTableSize) : _fLeft(kFTOverlappingChainBytes + iTableSize) {}
+  explicit Work(uint64_t iTableSize) : _fLeft(FTLimits::Get().overlappingChainBytes + iTableSize) {}
   bool Spend(uint64_t iBytes) {
     if (iBytes > _fLeft) return false;
     _fLeft -= iBytes;

@@ -135,6 +135,7 @@ std::optional<std::string> FTFontTable_post::GetGlyphName(uint32_t iGlyphID) con
   if (GetFormat() != kStoredNames || tName - kStandardNameCount >= CountStoredNames()) return std::nullopt;
   const Tova::ByteView tBytes = GetStoredName(tName - kStandardNameCount);
   std::string tText;
+  tText.reserve(tBytes.Size());
   for (uint64_t i = 0; i < tBytes.Size(); ++i) Tova::AppendUtf8(tText, tBytes.U8(i));
   return tText;
 }

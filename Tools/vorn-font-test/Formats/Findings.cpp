@@ -2,12 +2,18 @@
 
 #include <algorithm>
 
-#include "Formats/MessageFolding.h"
-
 namespace tool {
 namespace {
 
 constexpr std::string_view kNoText = "(no further text)";
+
+/// How many messages of one rule are shown before the rest of them is counted.
+constexpr size_t kMessagesBeforeFolding = 3;
+
+/// How many of so many messages are shown. A single one too many stays: a count would take as much room.
+constexpr size_t MessagesShown(size_t count) {
+  return count <= kMessagesBeforeFolding + 1 ? count : kMessagesBeforeFolding;
+}
 
 class Grouping {
  public:
@@ -15,7 +21,7 @@ class Grouping {
 
   void Add(const Message& message, const Rule* rule, std::string_view test) {
     const std::string_view name = rule ? rule->name : message.format;
-    auto group = std::ranges::find_if(groups_, [&](const FindingGroup& other) {
+    auto group = std::ranges::find_if(groups_, [&](const RuleFindings& other) {
       return other.severity == message.severity && other.standing == message.standing && other.rule == rule &&
              other.name == name;
     });
@@ -32,17 +38,17 @@ class Grouping {
     if (!fold_ || group->count == MessagesShown(group->count)) group->shown.push_back(message);
   }
 
-  std::vector<FindingGroup> Finish() {
-    for (FindingGroup& group : groups_) {
+  std::vector<RuleFindings> Finish() {
+    for (RuleFindings& group : groups_) {
       if (fold_) group.shown.resize(std::min(group.shown.size(), MessagesShown(group.count)));
     }
-    std::ranges::stable_sort(groups_, std::ranges::greater(), &FindingGroup::severity);
+    std::ranges::stable_sort(groups_, std::ranges::greater(), &RuleFindings::severity);
     return std::move(groups_);
   }
 
  private:
   bool fold_;
-  std::vector<FindingGroup> groups_;
+  std::vector<RuleFindings> groups_;
 };
 
 }  // namespace
@@ -64,7 +70,11 @@ const Rule* RuleOf(const TestRecord& test, const Message& message) {
 
 std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
   std::vector<Message> findings;
-  if (!report.fonts.empty()) return findings;
+  if (report.problem) {
+    findings.push_back(
+        {.severity = Severity::kFatal, .text = report.problem.text, .rule = FindRuleNamed("run/failure")});
+  }
+  if (report.problem || !report.fonts.empty()) return findings;
   for (const Severity severity : kGravestFirst) {
     if (!report.results.Has(severity)) continue;
     const bool unopened = severity == Severity::kFatal && detail != Detail::kResults;
@@ -87,7 +97,7 @@ void ForEachFinding(const TestRecord& test, const std::function<void(const Messa
   }
 }
 
-std::vector<FindingGroup> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter) {
+std::vector<RuleFindings> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter) {
   Grouping grouping(fold);
   for (const TestRecord& test : tests) {
     ForEachFinding(test, [&](const Message& message) {
@@ -97,7 +107,7 @@ std::vector<FindingGroup> GroupFindings(std::span<const TestRecord> tests, bool 
   return grouping.Finish();
 }
 
-std::vector<FindingGroup> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter) {
+std::vector<RuleFindings> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter) {
   Grouping grouping(true);
   for (const Message& finding : FindingsOfFile(report, detail)) {
     if (filter(finding)) grouping.Add(finding, finding.rule, {});

@@ -29,15 +29,15 @@ struct FindingChoice {
 /// The rule of a message of this test; null for one that is not in the catalogue.
 const Rule* RuleOf(const TestRecord& test, const Message& message);
 
-/// The findings of a file about whose fonts nothing is told: one for each of its severities. There are none of a file
-/// with fonts.
+/// The findings of a file about whose fonts nothing is told: why it was not tested, or one for each of its severities.
+/// There are none of a file with fonts.
 std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail);
 
 /// Calls take for each finding of a test: each message, and each severity of the results that no message explains.
 void ForEachFinding(const TestRecord& test, const std::function<void(const Message&)>& take);
 
 /// Findings of one severity and one standing that break one rule.
-struct FindingGroup {
+struct RuleFindings {
   Severity severity = Severity::kNonFont;
   Standing standing = Standing::kCounts;
   const Rule* rule = nullptr;  ///< null when it is not in the catalogue
@@ -52,8 +52,8 @@ struct FindingGroup {
 using FindingFilter = std::function<bool(const Message&)>;
 
 /// The findings that filter lets through, by rule, the gravest first, then as they were found.
-std::vector<FindingGroup> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter);
+std::vector<RuleFindings> GroupFindings(std::span<const TestRecord> tests, bool fold, const FindingFilter& filter);
 /// Those of FindingsOfFile.
-std::vector<FindingGroup> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter);
+std::vector<RuleFindings> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter);
 
 }  // namespace tool

@@ -35,7 +35,7 @@ std::string EscapedLine(std::string_view text) { return Escaped(text, "%"); }
 
 constexpr std::string_view kNewLine = "%0A";
 
-void WriteGroup(const std::string& path, std::string_view font, const FindingGroup& group, const TextSink& sink) {
+void WriteGroup(const std::string& path, std::string_view font, const RuleFindings& group, const TextSink& sink) {
   std::string title(Word(group.severity));
   if (group.rule) title.append(": ").append(group.rule->title).append(" (").append(group.name).append(")");
   std::string line(Command(group.severity));
@@ -57,18 +57,13 @@ void WriteGroup(const std::string& path, std::string_view font, const FindingGro
 void GithubReport::WriteFile(const FileReport& report, const TextSink& sink) const {
   const auto shows = [this](const Message& message) { return choice_.Shows(message); };
   for (const FontRecord& font : report.fonts) {
-    for (const FindingGroup& group : GroupFindings(font.tests, choice_.fold, shows)) {
+    for (const RuleFindings& group : GroupFindings(font.tests, choice_.fold, shows)) {
       WriteGroup(report.path, font.name, group, sink);
     }
   }
-  for (const FindingGroup& group : GroupFindingsOfFile(report, choice_.detail, shows)) {
+  for (const RuleFindings& group : GroupFindingsOfFile(report, choice_.detail, shows)) {
     WriteGroup(report.path, {}, group, sink);
   }
-}
-
-std::string GithubReport::End(const Totals& totals) const {
-  if (totals.unreadable == 0) return {};
-  return "::error title=vorn-font-test::" + Counted(totals.unreadable, "path") + " could not be read\n";
 }
 
 }  // namespace tool

@@ -10,8 +10,8 @@ namespace tool {
 class GithubReport : public ReportFormat {
  public:
   explicit GithubReport(const Options& options) : choice_(options) {}
+  bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
-  std::string End(const Totals& totals) const override;
 
  private:
   FindingChoice choice_;

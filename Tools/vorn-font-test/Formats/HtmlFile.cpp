@@ -35,7 +35,7 @@ std::string_view Word(Standing standing) {
 /// The findings of a test, by rule.
 struct TestGroups {
   const TestRecord* test;  ///< null for a file about whose fonts nothing is told
-  std::vector<FindingGroup> groups;
+  std::vector<RuleFindings> groups;
 };
 
 /// What is told of a font, or of a file about whose fonts nothing is.
@@ -62,7 +62,7 @@ std::vector<FontPart> PartsOf(const FileReport& report, Detail detail) {
 std::vector<int64_t> GlyphsToDraw(const FontPart& part) {
   std::vector<int64_t> glyphs;
   std::set<int64_t> known;
-  const auto add = [&](const FindingGroup& group) {
+  const auto add = [&](const RuleFindings& group) {
     std::set<int64_t> ofGroup;
     for (const Message& message : group.shown) {
       if (ofGroup.size() == kGlyphsPerGroup) return;
@@ -72,7 +72,7 @@ std::vector<int64_t> GlyphsToDraw(const FontPart& part) {
   };
   for (const Severity severity : kGravestFirst) {
     for (const TestGroups& test : part.tests) {
-      for (const FindingGroup& group : test.groups) {
+      for (const RuleFindings& group : test.groups) {
         if (group.severity == severity) add(group);
       }
     }
@@ -95,11 +95,11 @@ class FileWriter {
 
  private:
   void WritePlainList();
-  void WritePlainGroup(const FindingGroup& group);
+  void WritePlainGroup(const RuleFindings& group);
   void WriteData();
   void WriteRules(JsonStream& json);
   void WriteFont(JsonStream& json, const FontPart& part);
-  void WriteGroup(JsonStream& json, const TestRecord* test, const FindingGroup& group);
+  void WriteGroup(JsonStream& json, const TestRecord* test, const RuleFindings& group);
   void WriteDrawings(GlyphDrawer& drawer, size_t font);
   void WriteScript(std::string_view kind, const std::function<void(JsonStream&)>& write);
 
@@ -121,7 +121,7 @@ void FileWriter::WritePlainList() {
     }
     for (const Severity severity : kGravestFirst) {
       for (const TestGroups& test : part.tests) {
-        for (const FindingGroup& group : test.groups) {
+        for (const RuleFindings& group : test.groups) {
           if (group.severity == severity) WritePlainGroup(group);
         }
       }
@@ -130,7 +130,7 @@ void FileWriter::WritePlainList() {
   sink_("</section>\n</noscript>\n");
 }
 
-void FileWriter::WritePlainGroup(const FindingGroup& group) {
+void FileWriter::WritePlainGroup(const RuleFindings& group) {
   const std::string severity(Word(group.severity));
   std::string text = "<details><summary><b class=\"severity " + severity + "\">" + severity + "</b> " +
                      Grouped(group.count) + " &times; " + EscapeForMarkup(group.rule ? group.rule->title : group.name);
@@ -193,7 +193,7 @@ void FileWriter::WriteRules(JsonStream& json) {
   };
   for (const FontPart& part : parts_) {
     for (const TestGroups& test : part.tests) {
-      for (const FindingGroup& group : test.groups) add(group.rule);
+      for (const RuleFindings& group : test.groups) add(group.rule);
     }
   }
   json.Close(']');
@@ -207,12 +207,12 @@ void FileWriter::WriteFont(JsonStream& json, const FontPart& part) {
   }
   json.Key("groups").Open('[');
   for (const TestGroups& test : part.tests) {
-    for (const FindingGroup& group : test.groups) WriteGroup(json, test.test, group);
+    for (const RuleFindings& group : test.groups) WriteGroup(json, test.test, group);
   }
   json.Close(']').Close('}');
 }
 
-void FileWriter::WriteGroup(JsonStream& json, const TestRecord* test, const FindingGroup& group) {
+void FileWriter::WriteGroup(JsonStream& json, const TestRecord* test, const RuleFindings& group) {
   json.Open('{');
   if (group.rule) {
     json.Key("rule").Number(rules_[group.rule]);

@@ -14,9 +14,9 @@ std::string Attribute(std::string_view name, std::string_view value) {
 std::string Attribute(std::string_view name, size_t value) { return Attribute(name, std::to_string(value)); }
 
 /// The findings as lines of text: those of a rule together, then what it asks for.
-std::string Lines(const std::vector<FindingGroup>& groups) {
+std::string Lines(const std::vector<RuleFindings>& groups) {
   std::string text;
-  for (const FindingGroup& group : groups) {
+  for (const RuleFindings& group : groups) {
     for (const Message& message : group.shown) {
       text.append(Word(message.severity)).append("  ").append(EscapeForMarkup(message.text)).append("\n");
     }
@@ -30,9 +30,9 @@ std::string Lines(const std::vector<FindingGroup>& groups) {
 }
 
 /// "failure" or "error", with the number of findings and the gravest first.
-std::string Complaint(std::string_view element, const std::vector<FindingGroup>& groups) {
+std::string Complaint(std::string_view element, const std::vector<RuleFindings>& groups) {
   SeverityCounts counts;
-  for (const FindingGroup& group : groups) counts[group.severity] += group.count;
+  for (const RuleFindings& group : groups) counts[group.severity] += group.count;
   std::string summary;
   for (const Severity severity : kGravestFirst) {
     if (counts[severity] == 0) continue;
@@ -49,8 +49,8 @@ class Suite {
   Suite(std::string path, std::string name) : path_(std::move(path)), name_(std::move(name)) {}
 
   /// A case that has failed if there are complaints; it is an error when it could not run.
-  void Add(std::string_view name, bool couldRun, const std::vector<FindingGroup>& complaints,
-           const std::vector<FindingGroup>& output) {
+  void Add(std::string_view name, bool couldRun, const std::vector<RuleFindings>& complaints,
+           const std::vector<RuleFindings>& output) {
     std::string content;
     if (!complaints.empty()) {
       ++(couldRun ? failures_ : errors_);
@@ -73,8 +73,7 @@ class Suite {
  private:
   void AddCase(std::string_view name, const std::string& content) {
     ++tests_;
-    cases_ += "    <testcase" + Attribute("name", name) + Attribute("classname", name_);
-    if (!path_.empty()) cases_ += Attribute("file", path_);
+    cases_ += "    <testcase" + Attribute("name", name) + Attribute("classname", name_) + Attribute("file", path_);
     cases_ += content.empty() ? "/>\n" : ">\n" + content + "    </testcase>\n";
   }
 
@@ -98,15 +97,7 @@ void JUnitReport::WriteFile(const FileReport& report, const TextSink& sink) cons
   if (report.fonts.empty()) sink(FileSuite(report));
 }
 
-std::string JUnitReport::End(const Totals& totals) const {
-  Suite suite("", "paths");
-  if (totals.unreadable > 0) {
-    FindingGroup group{.severity = Severity::kFatal, .name = {}, .test = {}, .shown = {}, .count = totals.unreadable};
-    group.shown.push_back({.severity = group.severity, .text = "Paths could not be read; standard error names them"});
-    suite.Add("read", false, {group}, {});
-  }
-  return (totals.unreadable > 0 ? suite.Text() : "") + "</testsuites>\n";
-}
+std::string JUnitReport::End(const Totals&) const { return "</testsuites>\n"; }
 
 bool JUnitReport::Fails(const Message& message) const {
   return message.standing == Standing::kCounts && failOn_ && message.severity >= *failOn_;
@@ -128,16 +119,17 @@ std::string JUnitReport::FontSuite(const std::string& path, const FontRecord& fo
 
 std::string JUnitReport::FileSuite(const FileReport& report) const {
   Suite suite(report.path, report.path);
-  const bool isTold = choice_.detail != Detail::kResults;  // nothing is told of fonts that could be tested, else
-  if (isTold && report.results.Empty()) {
+  // Where nothing was asked for but severities, the file was opened, for all that is known.
+  const bool wasOpened = choice_.detail == Detail::kResults && !report.problem;
+  if (!wasOpened && !report.problem && report.results.Empty()) {
     suite.Skip("open", "There are no fonts in it");
     return suite.Text();
   }
-  suite.Add(
-      isTold ? "open" : "all tests", !isTold,
-      GroupFindingsOfFile(report, choice_.detail, [&](const Message& message) { return isTold || Fails(message); }),
-      GroupFindingsOfFile(report, choice_.detail,
-                          [&](const Message& message) { return !isTold && IsOutput(message); }));
+  const auto complaints =
+      GroupFindingsOfFile(report, choice_.detail, [&](const Message& message) { return !wasOpened || Fails(message); });
+  const auto output = GroupFindingsOfFile(report, choice_.detail,
+                                          [&](const Message& message) { return wasOpened && IsOutput(message); });
+  suite.Add(wasOpened ? "all tests" : "open", wasOpened, complaints, output);
   return suite.Text();
 }
 

@@ -11,6 +11,7 @@ class JUnitReport : public ReportFormat {
  public:
   explicit JUnitReport(const Options& options) : choice_(options), failOn_(options.failOn) {}
   std::string Head(const Totals& totals) const override;
+  bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
   std::string End(const Totals& totals) const override;
 

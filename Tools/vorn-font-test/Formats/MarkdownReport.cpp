@@ -21,7 +21,7 @@ std::string Escaped(std::string_view text) {
 /// A name or a message: set off, and so no mention of anybody.
 std::string Verbatim(std::string_view text) { return "<code>" + Escaped(text) + "</code>"; }
 
-std::string Details(const FindingGroup& group) {
+std::string Details(const RuleFindings& group) {
   std::string text("<details><summary>");
   text.append(Word(group.severity));
   if (group.rule) text += ": " + Escaped(group.rule->title);
@@ -39,6 +39,7 @@ SeverityCounts Count(const FileReport& report) {
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) counts += CountFindings(test);
   }
+  if (report.problem) return counts;
   for (const Message& finding : FindingsOfFile(report, Detail::kFull)) ++counts[finding.severity];
   return counts;
 }
@@ -46,8 +47,8 @@ SeverityCounts Count(const FileReport& report) {
 }  // namespace
 
 std::string MarkdownReport::Head(const Totals& totals) const {
-  std::string text =
-      std::string("## Fonts: ") + (totals.reached || totals.unreadable > 0 ? "failed" : "passed") + "\n\n";
+  const size_t missing = totals.unreadable + totals.failed;
+  std::string text = std::string("## Fonts: ") + (totals.reached || missing > 0 ? "failed" : "passed") + "\n\n";
   text += Counted(totals.files, "file");
   if (choice_.detail != Detail::kResults) {
     text += ", " + Counted(totals.fonts, "font") + ", " + Counted(totals.tests, "test") + " run";
@@ -59,8 +60,8 @@ std::string MarkdownReport::Head(const Totals& totals) const {
   }
   text += ". Findings: " + (list.empty() ? "none" : list) + ". ";
   text += failOn_ ? "Fails on " + std::string(Word(*failOn_)) + " and above.\n" : "Findings never fail the run.\n";
-  if (totals.unreadable > 0) text += "\n**" + Counted(totals.unreadable, "path") + " could not be read.**\n";
-  if (totals.files == 0) return text;
+  if (missing > 0) text += "\n**" + Counted(missing, "path") + " could not be tested.**\n";
+  if (totals.files + missing == 0) return text;
   text += "\n| file |";
   for (const Severity severity : kCounted) text.append(" ").append(Word(severity)).append(" |");
   return text + " shown: " + std::string(Word(std::max(choice_.show, Severity::kInformation))) +
@@ -75,9 +76,9 @@ void MarkdownReport::WriteFile(const FileReport& report, const TextSink& sink) c
   for (const FontRecord& font : report.fonts) {
     const auto groups = GroupFindings(font.tests, choice_.fold, shows);
     if (!groups.empty()) row += " " + Verbatim(font.name);
-    for (const FindingGroup& group : groups) row += Details(group);
+    for (const RuleFindings& group : groups) row += Details(group);
   }
-  for (const FindingGroup& group : GroupFindingsOfFile(report, choice_.detail, shows)) row += Details(group);
+  for (const RuleFindings& group : GroupFindingsOfFile(report, choice_.detail, shows)) row += Details(group);
   sink(row + " |\n");
 }
 

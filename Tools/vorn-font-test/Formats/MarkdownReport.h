@@ -12,6 +12,7 @@ class MarkdownReport : public ReportFormat {
   explicit MarkdownReport(const Options& options) : choice_(options), failOn_(options.failOn) {}
   bool HeadNeedsTotals() const override { return true; }
   std::string Head(const Totals& totals) const override;
+  bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
 
  private:

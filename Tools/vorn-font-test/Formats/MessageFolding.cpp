@@ -6,9 +6,10 @@ void MessageFolding::Count(std::string_view rule) { ++groups_[std::string(rule)]
 
 MessageFolding::Decision MessageFolding::Decide(std::string_view rule) {
   Group& group = groups_[std::string(rule)];
-  const size_t shown = MessagesShown(group.count);
+  if (group.count <= kMessagesBeforeFolding + 1) return {.show = true};
   ++group.seen;
-  return {.show = group.seen <= shown, .leftOut = group.seen == shown ? group.count - shown : 0};
+  const bool last = group.seen == kMessagesBeforeFolding;
+  return {.show = group.seen <= kMessagesBeforeFolding, .leftOut = last ? group.count - kMessagesBeforeFolding : 0};
 }
 
 }  // namespace tool

@@ -10,14 +10,8 @@ namespace tool {
 /// How many messages of one rule are shown before the rest of them is counted.
 inline constexpr size_t kMessagesBeforeFolding = 3;
 
-/// How many of so many messages of one rule are shown. A single repetition too many stays: a count would take as much
-/// room.
-constexpr size_t MessagesShown(size_t count) {
-  return count <= kMessagesBeforeFolding + 1 ? count : kMessagesBeforeFolding;
-}
-
-/// Leaves messages out that repeat the rule of earlier ones. All messages are counted first, by their rules, then each
-/// is decided on, in the same order.
+/// Leaves messages out that repeat the rule of earlier ones. A single repetition too many stays: a count would take as
+/// much room. All messages are counted first, by their rules, then each is decided on, in the same order.
 class MessageFolding {
  public:
   struct Decision {

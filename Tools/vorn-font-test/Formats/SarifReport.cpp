@@ -162,7 +162,8 @@ void WriteRule(const Rule& rule, JsonStream& json) {
 
 void WriteTotals(const Totals& totals, JsonStream& json) {
   json.Key("properties").Open('{').Key("files").Number(totals.files).Key("fonts").Number(totals.fonts);
-  json.Key("tests").Number(totals.tests).Key("findings").Open('{');
+  json.Key("tests").Number(totals.tests).Key("notRead").Number(totals.unreadable);
+  json.Key("notTested").Number(totals.failed).Key("findings").Open('{');
   for (const Severity severity : kGravestFirst) json.Key(Word(severity)).Number(totals.findings[severity]);
   json.Close('}').Close('}');
 }
@@ -192,12 +193,7 @@ std::string SarifReport::End(const Totals& totals) const {
   json.Key("rules").Open('[');
   for (const Rule& rule : AllRules()) WriteRule(rule, json);
   json.Close(']').Close('}').Close('}').Line();
-  json.Key("invocations").Open('[').Open('{').Key("executionSuccessful").Bool(totals.unreadable == 0);
-  if (totals.unreadable > 0) {
-    const std::string problem = "Paths that could not be read: " + std::to_string(totals.unreadable);
-    json.Key("toolExecutionNotifications").Open('[').Open('{').Field("level", "error").Message("message", problem);
-    json.Close('}').Close(']');
-  }
+  json.Key("invocations").Open('[').Open('{').Key("executionSuccessful").Bool(totals.unreadable + totals.failed == 0);
   json.Close('}').Close(']').Line();
   WriteTotals(totals, json);
   json.Finish();

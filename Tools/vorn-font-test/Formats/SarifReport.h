@@ -12,6 +12,7 @@ class SarifReport : public ReportFormat {
  public:
   explicit SarifReport(const Options& options) : detail_(options.detail) {}
   std::string Head(const Totals& totals) const override;
+  bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
   std::string_view Between(bool isBlockBefore, bool isBlockAfter) const override;
   std::string End(const Totals& totals) const override;
