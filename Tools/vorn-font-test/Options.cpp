@@ -25,6 +25,7 @@ Examples:
   vorn-font-test -s minor ~/fonts              all fonts under a directory, minor errors too
   vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
   vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
+  find . -name '*.ttf' -print0 | vorn-font-test -0 --files-from -
   vorn-font-test -q --fail-on fatal a.ttf      no report, only the exit status)";
 
 constexpr size_t kMaximumJobs = 1024;
@@ -170,6 +171,19 @@ void AddRunOptions(CLI::App& app, Options& options) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("NAME")
       ->group(group);
+  app.add_option("--files-from", options.filesFrom,
+                 "Test also the files and directories that this file lists,\n"
+                 "one a line; - stands for standard input.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("FILE")
+      ->group(group);
+  app.add_flag("-0,--null", options.nullSeparated, "In that list, NULs end the paths, as find -print0 has it.")
+      ->group(group);
+  app.add_flag("--merge", options.merge,
+               "The paths are reports in JSON lines of parts of a run:\n"
+               "write one report of them, each file once, and exit as one\n"
+               "run would.")
+      ->group(group);
   app.add_option("-j,--jobs", options.jobs,
                  "Test so many files at a time, in processes that can do\n"
                  "little else: a crash costs one file. 0: in this process.\n"
@@ -190,6 +204,7 @@ void AddRunOptions(CLI::App& app, Options& options) {
       ->check(CLI::Range(uint64_t{0}, kMaximumMemory))
       ->option_text("MB")
       ->group(group);
+  app.add_flag("!--no-progress", options.progress, "Do not show on a terminal how far a long run is.")->group(group);
   app.set_help_flag("-h,--help", "Print this help.")->group(group);
   app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
 }
@@ -205,6 +220,7 @@ class HelpFormatter : public CLI::Formatter {
  public:
   std::string make_usage(const CLI::App*, std::string) const override {
     return "\nUsage: vorn-font-test [OPTION]... PATH...\n"
+           "       vorn-font-test --merge [OPTION]... PART...\n"
            "       vorn-font-test --list-tests [OPTION]...\n"
            "       vorn-font-test --explain NAME\n";
   }
@@ -289,7 +305,7 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   if (options.listTests && !IsFormatOfTestList(options.format)) {
     throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
   }
-  if (options.paths.empty() && !options.listTests && !options.explain)
+  if (options.paths.empty() && !options.filesFrom && !options.listTests && !options.explain)
     throw UsageError("no font file or directory given");
   return options;
 }

@@ -29,8 +29,9 @@ Outcome RunProgram(const std::vector<std::string>& arguments, Destination destin
   for (const std::string& variable : variables) command += Quoted(variable);
   command += Quoted(program);
   for (const std::string& argument : arguments) command += Quoted(argument);
-  command += " 2>" + Quoted(folder.File("err"));
-  if (destination == Destination::kTerminal) command = "exec script -qec" + Quoted(command) + " /dev/null";
+  if (destination != Destination::kTerminals) command += " 2>" + Quoted(folder.File("err"));
+  if (destination == Destination::kTerminal || destination == Destination::kTerminals)
+    command = "exec script -qec" + Quoted(command) + " /dev/null";
   std::array<int, 2> ends = {};
   constexpr int kPipe = 9;
   if (destination == Destination::kClosedPipe) {

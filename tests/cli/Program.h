@@ -13,7 +13,8 @@ struct Outcome {
 };
 
 /// Where its standard output goes.
-enum class Destination { kFile, kTerminal, kFull, kClosedPipe, kClosed };
+/// kTerminals: standard error goes to the terminal, too.
+enum class Destination { kFile, kTerminal, kTerminals, kFull, kClosedPipe, kClosed };
 
 /// Runs the built program in a clean environment, to which variables such as "NO_COLOR=1" are added, after shell
 /// commands such as "ulimit -v 64000;". Another program may take its place.

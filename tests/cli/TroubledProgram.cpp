@@ -69,6 +69,7 @@ const std::map<std::string, std::function<void(const std::string&)>> kTroubles =
      [](const std::string&) {
        while (true) pause();
      }},
+    {"interrupt.ttf", [](const std::string&) { std::raise(SIGINT); }},
     {"slow.ttf", [](const std::string&) { usleep(200'000); }},
     {"hungry.ttf", [](const std::string&) { TakeAllMemory(); }},
     {"throws.ttf", [](const std::string&) { throw std::runtime_error("thrown"); }},

@@ -17,6 +17,16 @@ Tova::Dictionary FileEntry(const FileReport& report) {
   return entry;
 }
 
+FileReport ReadFileEntry(TovaDictionaryRef entry) {
+  const auto value = [entry](std::string_view key) {
+    return TovaDictionaryGetValue(entry, Tova::MakeString(key).get());
+  };
+  const auto text = [&value](std::string_view key) { return std::string(Tova::Text(Tova::AsString(value(key)))); };
+  FileReport report = ReadReport(text("path"), Tova::AsDictionary(value("report")));
+  if (value("problem")) report.problem = {ProblemKindFromWord(text("problemKind")), text("problem")};
+  return report;
+}
+
 Tova::Dictionary SingleEntry(std::string_view key, TovaTypeRef value) {
   auto entry = Tova::Adopt(TovaDictionaryCreateMutable());
   TovaDictionarySetValue(entry.get(), Tova::MakeString(key).get(), value);

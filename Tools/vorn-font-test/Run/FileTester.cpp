@@ -99,26 +99,24 @@ void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   quiet_ ? TovaLogSetSink(&Drop, nullptr) : static_cast<void>(lines.emplace(path, sink));
   const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
   if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
-  const FileReport report = ReadReport(path, tree.get());
-  Write(report, sink);
-  Totals totals = TotalsOf(report);
-  totals.reached = failOn_ && report.results.Reaches(*failOn_);
-  sink.End(totals);
+  Report(ReadReport(path, tree.get()), sink);
 }
 
 void FileTester::ReportProblem(const std::string& path, FileOutcome& outcome) const {
   const auto tree = EmptyTree();
   FileReport report = ReadReport(path, tree.get());
   report.problem = outcome.problem;
-  Write(report, outcome);
-  outcome.End(TotalsOf(report));
+  Report(report, outcome);
 }
 
-void FileTester::Write(const FileReport& report, OutcomeSink& sink) const {
+void FileTester::Report(const FileReport& report, OutcomeSink& sink) const {
   for (size_t i = 0; i < formats_.size(); ++i) {
     if (report.problem.IsOfInput() && !formats_[i]->ListsUnreadable()) continue;
     formats_[i]->WriteFile(report, [&](std::string_view text) { sink.WritePart(i, text); });
   }
+  Totals totals = TotalsOf(report);
+  totals.reached = failOn_ && report.results.Reaches(*failOn_);
+  sink.End(totals);
 }
 
 }  // namespace tool

@@ -16,12 +16,12 @@ class FileTester {
   FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats);
 
   void Test(const std::string& path, OutcomeSink& sink) const;
+  /// Writes the parts of a report, and what the file adds to the totals.
+  void Report(const FileReport& report, OutcomeSink& sink) const;
   /// Writes the parts of a file that was not tested into its outcome, which says why.
   void ReportProblem(const std::string& path, FileOutcome& outcome) const;
 
  private:
-  void Write(const FileReport& report, OutcomeSink& sink) const;
-
   std::optional<Severity> failOn_;
   bool quiet_;
   Tova::Dictionary libraryOptions_;

@@ -1,38 +1,27 @@
 #include "Run/Session.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
-#include <thread>
+#include <algorithm>
+#include <filesystem>
 
 #include "Formats/Explanation.h"
 #include "Formats/TestList.h"
+#include "Formats/TextStyle.h"
 #include "Report/EscapedText.h"
 #include "Run/ConduitForRun.h"
+#include "Run/FileList.h"
 #include "Run/FileTester.h"
 #include "Run/FileWalk.h"
-#include "Run/ReportFile.h"
+#include "Run/Merge.h"
+#include "Run/Progress.h"
+#include "Run/Reports.h"
 #include "Run/Signals.h"
 #include "Run/TestSelection.h"
 #include "Run/WorkerPool.h"
 
 namespace tool {
 namespace {
-
-std::vector<std::unique_ptr<ReportFile>> OpenReports(const Options& options) {
-  std::vector<std::unique_ptr<ReportFile>> reports;
-  for (const ReportRequest& request : options.reports) {
-    reports.push_back(std::make_unique<ReportFile>(request, options));
-  }
-  return reports;
-}
-
-std::vector<const ReportFormat*> FormatsOf(const std::vector<std::unique_ptr<ReportFile>>& reports) {
-  std::vector<const ReportFormat*> formats;
-  for (const auto& report : reports) formats.push_back(&report->GetFormat());
-  return formats;
-}
 
 /// Where files may be read before any of them is found.
 ReadablePlaces PlacesOf(const std::vector<std::string>& paths) {
@@ -43,61 +32,93 @@ ReadablePlaces PlacesOf(const std::vector<std::string>& paths) {
   return places;
 }
 
-/// Tests the files behind paths, in this process or in workers, writes the reports in the order of the files and
-/// remembers what the exit status is to say.
+/// Walks all paths that the options name.
+void WalkAll(FileWalk& walk, const Options& options, const std::function<void(int descriptor)>& wait) {
+  for (const std::string& path : options.paths) walk.Walk(path);
+  if (!options.filesFrom) return;
+  FileList list(*options.filesFrom, options.nullSeparated ? '\0' : '\n');
+  while (const auto path = list.Next(wait)) walk.Walk(*path);
+}
+
+/// How many files there are to test. Called in a process of its own; standard input is not for it.
+uint64_t CountFiles(const Options& options) {
+  uint64_t count = 0;
+  FileWalk walk({.found = [&count](const std::string&) { ++count; },
+                 .failed = [&count](const std::string&, const Problem&) { ++count; },
+                 .looked = [] {}});
+  WalkAll(walk, options, [](int) {});
+  return count;
+}
+
+/// Counts the files; null where reading the list would take it from this process.
+std::function<uint64_t()> CounterFor(const Options& options) {
+  if (options.filesFrom && !std::filesystem::is_regular_file(*options.filesFrom)) return nullptr;
+  return [&options] { return CountFiles(options); };
+}
+
+/// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
 class Session {
  public:
   Session(const Options& options, const Tova::Array& tests, TestHook hook)
-      : reports_(OpenReports(options)), tester_(options, tests, FormatsOf(reports_)), hook_(std::move(hook)) {
+      : options_(options),
+        reports_(options),
+        tester_(options, tests, reports_.Formats()),
+        hook_(std::move(hook)),
+        progress_(options.progress && !options.quiet, CounterFor(options)) {
     const bool askConduit = AskAboutDuplicates(tests.get());
     if (askConduit) conduit_.Ensure();
-    if (options.jobs == 0) return;
-    const PoolSettings settings = {.workers = options.jobs,
-                                   .reports = reports_.size(),
-                                   .timeout = std::chrono::seconds(options.timeout),
-                                   .memory = options.memory << 20,
-                                   .askConduit = askConduit};
-    pool_.emplace(
-        settings,
-        WorkerPool::Events{.test = [this](const std::string& path, OutcomeSink& sink) { TestFile(path, sink); },
-                           .done = [this](const std::string& path, FileOutcome& outcome) { HandOn(path, outcome); },
-                           .tick = nullptr},
-        PlacesOf(options.paths));
+    if (options.jobs > 0) StartPool(askConduit);
   }
 
-  void Test(const std::vector<std::string>& paths) {
-    for (const auto& report : reports_) report->Begin();
+  void Test() {
+    for (const std::string& path : options_.paths) reports_.RefuseToReplace(path);
+    reports_.Begin();
     FileWalk walk({.found = [this](const std::string& path) { Found(path); },
                    .failed = [this](const std::string& path, const Problem& problem) { Failed(path, problem); },
                    .looked = [this] { pool_ ? pool_->Poll() : ThrowIfInterrupted(); }});
-    for (const std::string& path : paths) walk.Walk(path);
+    WalkAll(walk, options_, [this](int descriptor) {
+      if (pool_) pool_->WaitForInput(descriptor);
+    });
+    isWalked_ = true;
     if (pool_) pool_->Finish();
-    for (const auto& report : reports_) report->End(totals_);
+    Progress::Hide();
+    if (found_ == 0) PrintError("no font files given");
+    reports_.End();
   }
 
+  const Totals& GetTotals() const { return reports_.GetTotals(); }
   /// The exit status.
-  int Status() const {
-    if (totals_.failed > 0) return kProgramFailed;
-    if (totals_.unreadable > 0) return kUsageOrInput;
-    return totals_.reached ? kSomethingFound : kNothingFound;
-  }
-
-  const Totals& GetTotals() const { return totals_; }
+  int Status() const { return found_ == 0 ? kUsageOrInput : StatusOf(GetTotals()); }
 
  private:
+  void StartPool(bool askConduit) {
+    const PoolSettings settings = {.workers = options_.jobs,
+                                   .reports = reports_.Count(),
+                                   .timeout = std::chrono::seconds(options_.timeout),
+                                   .memory = options_.memory << 20,
+                                   .askConduit = askConduit};
+    WorkerPool::Events events = {
+        .test = [this](const std::string& path, OutcomeSink& sink) { TestFile(path, sink); },
+        .done = [this](const std::string& path, FileOutcome& outcome) { HandOn(path, outcome); },
+        .tick = nullptr};
+    if (progress_.IsWanted()) events.tick = [this](const std::string& path) { ShowProgress(path); };
+    pool_.emplace(settings, std::move(events), PlacesOf(options_.paths));
+  }
+
   void Found(const std::string& path) {
-    for (const auto& report : reports_) {
-      if (report->Replaces(path)) throw UsageError("--output: '" + path + "' is one of the files to test");
-    }
+    ++found_;
+    reports_.RefuseToReplace(path);
     if (pool_) return pool_->Add(path);
     ThrowIfInterrupted();
-    FileOutcome outcome(reports_.size());
+    ShowProgress(path);
+    FileOutcome outcome(reports_.Count());
     TestFile(path, outcome);
     HandOn(path, outcome);
   }
 
   void Failed(const std::string& path, const Problem& problem) {
-    FileOutcome outcome(reports_.size());
+    ++found_;
+    FileOutcome outcome(reports_.Count());
     outcome.Fail(problem);
     pool_ ? pool_->AddDone(path, std::move(outcome)) : HandOn(path, outcome);
   }
@@ -110,36 +131,24 @@ class Session {
 
   void HandOn(const std::string& path, FileOutcome& outcome) {
     conduit_.RequireAlive();
-    PrintLines(outcome.lines);
-    if (outcome.problem) {
-      PrintError(path + ": " + outcome.problem.text);
-      tester_.ReportProblem(path, outcome);
-    }
-    totals_ += outcome.totals;
-    for (size_t i = 0; i < reports_.size(); ++i) {
-      const bool isListed = !outcome.problem.IsOfInput() || reports_[i]->GetFormat().ListsUnreadable();
-      if (isListed) reports_[i]->Add(outcome.parts[i]);
-    }
+    if (outcome.problem) tester_.ReportProblem(path, outcome);
+    reports_.Add(path, outcome);
+    ++done_;
   }
 
-  /// Prints lines, each as one about a problem.
-  static void PrintLines(Spool& lines) {
-    std::string line;
-    lines.CopyTo([&line](std::string_view text) {
-      line += text;
-      size_t begin = 0;
-      for (size_t end; (end = line.find('\n', begin)) != std::string::npos; begin = end + 1) {
-        PrintError(line.substr(begin, end - begin));
-      }
-      line.erase(0, begin);
-    });
+  void ShowProgress(const std::string& path) {
+    progress_.Show(done_ + (pool_ ? pool_->CountDone() : 0), isWalked_ ? std::optional(found_) : std::nullopt, path);
   }
 
-  std::vector<std::unique_ptr<ReportFile>> reports_;
+  const Options& options_;
+  Reports reports_;
   FileTester tester_;
   TestHook hook_;
+  Progress progress_;
   ConduitForRun conduit_;
-  Totals totals_;
+  uint64_t found_ = 0;  ///< files and other paths, and
+  uint64_t done_ = 0;   ///< how many of them are in the reports
+  bool isWalked_ = false;
   std::optional<WorkerPool> pool_;
 };
 
@@ -148,13 +157,21 @@ std::optional<std::string> AnswerFile(const Options& options) {
   return options.reports.empty() ? std::nullopt : options.reports.front().file;
 }
 
-int Interrupt(const Totals& totals, int signal) {
-  PrintError("interrupted: " + std::to_string(totals.files) + " files done, with " +
-             std::to_string(totals.findings.Total()) + " findings");
+/// Says what was done when the signal came, and returns the exit status.
+int EndInterrupted(const Totals& totals, int signal) {
+  Progress::Hide();
+  PrintError("interrupted: " + Counted(totals.files, "file") + " done, with " +
+             Counted(totals.findings.Total(), "finding"));
   return kEndedBySignal + signal;
 }
 
 }  // namespace
+
+int StatusOf(const Totals& totals) {
+  if (totals.failed > 0) return kProgramFailed;
+  if (totals.unreadable > 0) return kUsageOrInput;
+  return totals.reached ? kSomethingFound : kNothingFound;
+}
 
 int Run(const Options& options, TestHook hook) {
   if (!options.answer.empty()) {
@@ -169,6 +186,7 @@ int Run(const Options& options, TestHook hook) {
     output.Close();
     return kNothingFound;
   }
+  if (options.merge) return MergeParts(options);
   const Tova::Array tests = SelectTests(options);
   if (options.listTests) {
     Output output(AnswerFile(options));
@@ -178,14 +196,15 @@ int Run(const Options& options, TestHook hook) {
   }
   Session session(options, tests, std::move(hook));
   try {
-    session.Test(options.paths);
+    session.Test();
   } catch (const Interrupted& interrupted) {
-    return Interrupt(session.GetTotals(), interrupted.signal);
+    return EndInterrupted(session.GetTotals(), interrupted.signal);
   }
   return session.Status();
 }
 
 void PrintError(const std::string& text) {
+  Progress::Hide();
   std::string_view rest;
   const std::string line = "vorn-font-test: " + EscapeForTerminal(text) + "\n";
   for (rest = line; !rest.empty();) {

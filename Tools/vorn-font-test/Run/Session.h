@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Options.h"
+#include "Report/Totals.h"
 
 namespace tool {
 
@@ -26,6 +27,9 @@ int Run(const Options& options, TestHook hook);
 
 /// The program: sets the process up, runs what the command line asks for and returns the exit status.
 int RunProgram(int argc, const char* const* argv, TestHook hook = nullptr);
+
+/// The exit status of a run that came to this.
+int StatusOf(const Totals& totals);
 
 /// Writes a line about a problem to standard error.
 void PrintError(const std::string& text);

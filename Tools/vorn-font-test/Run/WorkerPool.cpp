@@ -66,21 +66,19 @@ WorkerPool::~WorkerPool() {
 }
 
 void WorkerPool::Add(const std::string& path) {
-  Append({.path = path, .outcome = FileOutcome(settings_.reports)}, false);
+  entries_.push_back({.path = path, .outcome = FileOutcome(settings_.reports)});
+  waiting_.push_back(&entries_.back());
+  MakeRoom();
 }
 
 void WorkerPool::AddDone(const std::string& path, FileOutcome outcome) {
-  Append({.path = path, .outcome = std::move(outcome)}, true);
+  entries_.push_back({.path = path, .outcome = std::move(outcome)});
+  MarkDone(entries_.back());
+  MakeRoom();
 }
 
-void WorkerPool::Append(Entry entry, bool isDone) {
-  entries_.push_back(std::move(entry));
-  entries_.back().isDone = isDone;
-  if (isDone) {
-    putBy_ += entries_.back().outcome.MemorySize();
-  } else {
-    waiting_.push_back(&entries_.back());
-  }
+/// Waits while too much is under way.
+void WorkerPool::MakeRoom() {
   Poll();
   while (waiting_.size() >= kMaximumWaiting || entries_.size() >= kMaximumEntries) {
     urgent_ = true;
@@ -247,9 +245,14 @@ void WorkerPool::Take(Worker& worker, const Frame& frame) {
 }
 
 void WorkerPool::Complete(Worker& worker) {
-  worker.entry->isDone = true;
-  putBy_ += worker.entry->outcome.MemorySize();
+  MarkDone(*worker.entry);
   worker.entry = nullptr;
+}
+
+void WorkerPool::MarkDone(Entry& entry) {
+  entry.isDone = true;
+  ++done_;
+  putBy_ += entry.outcome.MemorySize();
 }
 
 void WorkerPool::EndLate() {
@@ -277,6 +280,7 @@ void WorkerPool::End(Worker& worker, std::optional<Problem> problem) {
 void WorkerPool::HandOn() {
   while (!entries_.empty() && entries_.front().isDone) {
     Entry& entry = entries_.front();
+    --done_;
     putBy_ -= entry.outcome.MemorySize();
     events_.done(entry.path, entry.outcome);
     entries_.pop_front();

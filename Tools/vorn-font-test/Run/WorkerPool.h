@@ -60,6 +60,8 @@ class WorkerPool {
   void WaitForInput(int descriptor);
   /// Waits for all files.
   void Finish();
+  /// How many files are done and wait for their turn to be handed on.
+  size_t CountDone() const { return done_; }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -79,7 +81,7 @@ class WorkerPool {
     std::shared_ptr<ReadablePlaces> places;
   };
 
-  void Append(Entry entry, bool isDone);
+  void MakeRoom();
   void GiveOutWork();
   Worker* WorkerFor(Entry& entry);
   void Start();
@@ -94,6 +96,7 @@ class WorkerPool {
   void Take(Worker& worker, const Frame& frame);
   void EndLate();
   void Complete(Worker& worker);
+  void MarkDone(Entry& entry);
   /// Ends a worker; the file that it was at has this problem, or the one that the way it ended tells.
   void End(Worker& worker, std::optional<Problem> problem);
   void HandOn();
@@ -104,8 +107,9 @@ class WorkerPool {
   std::list<Entry> entries_;                ///< in order
   std::deque<Entry*> waiting_;              ///< those that no worker has yet
   std::list<Worker> workers_;
-  size_t putBy_ = 0;  ///< bytes of memory that entries which are done take
-  bool urgent_ = false;
+  size_t done_ = 0;      ///< entries that are done, and
+  size_t putBy_ = 0;     ///< how many bytes of memory they take
+  bool urgent_ = false;  ///< whether files are not to wait for others that need workers of their kind
 };
 
 }  // namespace tool
