@@ -290,9 +290,13 @@ TEST_F(CommandLine, ReportsThatCannotBeWrittenFailTheRun) {
 TEST_F(CommandLine, TooLittleMemoryFailsTheFileOrTheRun) {
   const std::string path = folder_.Write("many.ttc", test::BuildCollection(std::vector(5'000, test::GoodFont())));
   for (const auto& [jobs, file] : {std::pair("0", std::string()), {"1", path + ": "}}) {
-    const Outcome outcome = RunProgram({"-f", "json", "-j", jobs, path}, Destination::kFile, {}, "ulimit -v 32000;");
+    const Outcome outcome = RunProgram({"-f", "json", "-o", folder_.File("report"), "-j", jobs, path},
+                                       Destination::kFile, {}, "ulimit -v 32000;");
     EXPECT_EQ(outcome.status, 3);
     EXPECT_THAT(outcome.err, StartsWith("vorn-font-test: " + file + "not enough memory"));
+    std::filesystem::remove(folder_.File("report"));
+    const std::filesystem::directory_iterator files(folder_.Path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing is left behind";
   }
 }
 

@@ -156,8 +156,7 @@ TEST_F(ManyFiles, SignalsEndTheRunAndItsWorkers) {
     EXPECT_EQ(StatusAfterSignal(signal, first, second), status);
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_THAT(said, signal == SIGKILL ? "" : "vorn-font-test: interrupted: 1 file done, with 4 findings\n");
-    int ended = 0;
-    while (waitpid(-1, &ended, 0) > 0) EXPECT_EQ(WTERMSIG(ended), SIGKILL);
+    while (waitpid(-1, nullptr, 0) > 0) continue;  // which would last for ever with one that goes on
     EXPECT_EQ(errno, ECHILD);
   }
 }
@@ -200,8 +199,8 @@ TEST_F(ManyFiles, PartsMakeTheReportThatOneRunWouldMake) {
     all.insert(all.end(), arguments.begin() + 4, arguments.end());
   }
   merge.push_back(merge.back());  // what is there twice counts once
-  for (const char* format : {"text", "json", "jsonl", "plist"}) {
-    const auto in = [format](std::vector<std::string> arguments) {
+  for (const std::string format : kAllFormats) {
+    const auto in = [&format](std::vector<std::string> arguments) {
       arguments.insert(arguments.end(), {"-f", format});
       const Outcome outcome = RunProgram(arguments);
       return std::tuple(outcome.status, WithoutTimes(outcome.out), outcome.err);

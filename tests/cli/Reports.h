@@ -1,6 +1,6 @@
 #pragma once
 
-#include <filesystem>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
@@ -11,6 +11,10 @@
 #include "cli/Program.h"
 
 namespace test {
+
+/// The words of all formats.
+inline constexpr std::array kAllFormats = {"text",  "json",   "jsonl",    "plist", "sarif",
+                                           "junit", "github", "markdown", "html"};
 
 inline std::vector<std::string> Lines(const std::string& text) {
   std::vector<std::string> lines;

@@ -3,6 +3,7 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -50,6 +51,7 @@ void TryEverything(const std::string& path) {
   tell("write", open(path.c_str(), O_WRONLY));
   tell("create", open((folder + "/new").c_str(), O_CREAT | O_WRONLY, 0600));
   tell("remove", unlink(path.c_str()));
+  tell("mode", chmod(path.c_str(), 0666));
   tell("socket", socket(AF_INET, SOCK_STREAM, 0));
   tell("local socket", socket(AF_UNIX, SOCK_STREAM, 0));
   char shell[] = "/bin/true";

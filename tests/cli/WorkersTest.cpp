@@ -92,9 +92,9 @@ TEST_F(Workers, CanDoNothingButReadFonts) {
     const std::string refused = ": Permission denied; ";
     const std::string never = ": Operation not permitted; ";
     EXPECT_EQ(JsonLines(outcome).at(0)["problem"], "this file: done; another" + refused + "beside" + refused + "write" +
-                                                       refused + "create" + refused + "remove" + refused + "socket" +
-                                                       never + "local socket" + never + "program" + never + "parent" +
-                                                       never);
+                                                       refused + "create" + refused + "remove" + refused + "mode" +
+                                                       never + "socket" + never + "local socket" + never + "program" +
+                                                       never + "parent" + never);
   }
 }
 
@@ -111,14 +111,14 @@ TEST_F(Workers, ReportsAreTheSameForEveryNumberOfThem) {
   for (const char* jobs : {"0", "1", "2", "7"}) {
     std::vector<std::string> arguments = {"-q", "-j", jobs, "-s", "information"};
     std::vector<std::string> reports;
-    for (const char* format : {"text", "json", "jsonl", "plist"}) {
-      arguments.insert(arguments.end(), {"-o", format + (":" + folder_.File(format))});
+    for (const std::string format : kAllFormats) {
+      arguments.insert(arguments.end(), {"-o", format + ":" + folder_.File(format)});
     }
     arguments.insert(arguments.end(), {folder_.File("fonts/slow.ttf"), folder_.File("none"), folder_.File("fonts")});
     const Outcome outcome = Run(arguments);
     EXPECT_EQ(outcome.status, 2) << outcome.err;
     reports.push_back(outcome.err);
-    for (const char* format : {"text", "json", "jsonl", "plist"}) {
+    for (const std::string format : kAllFormats) {
       reports.push_back(WithoutTimes(Contents(folder_.File(format))));
     }
     if (before.empty()) before = reports;

@@ -8,6 +8,7 @@ many-machines.py PROGRAM SLOW_PROGRAM SAMPLE DOCUMENT
 SLOW_PROGRAM is the same program, which takes its time over files called slow.ttf.
 """
 
+import contextlib
 import json
 import os
 import pathlib
@@ -48,7 +49,8 @@ def make_hosts(folder):
         call("ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", folder / key)
     (folder / "sshd").write_text(
         f"HostKey {folder}/host\nAuthorizedKeysFile {folder}/user.pub\nStrictModes no\nUsePAM no\n"
-        "PermitRootLogin prohibit-password\nPidFile none\nMaxStartups 100\n")
+        # Elsewhere than home, shells find no start-up files of the user's, which a host that dies would leave half done.
+        f"PermitRootLogin prohibit-password\nPidFile none\nMaxStartups 100\nSetEnv HOME={folder}\n")
     config = [f"IdentityFile {folder}/user", "StrictHostKeyChecking no", "UserKnownHostsFile /dev/null",
               "LogLevel ERROR"]
     call("ip", "link", "add", "bridge", "type", "bridge")
@@ -129,7 +131,8 @@ def main(program, slow_program, sample, document):
                                start_new_session=True)
         wait_until(lambda: is_testing("two"), run)
         for pid in pids("two"):
-            os.kill(pid, signal.SIGKILL)
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(pid, signal.SIGKILL)
         wait_until(lambda: jobs_done() >= LISTS // 2, run)
         os.killpg(run.pid, signal.SIGKILL)
         run.wait()

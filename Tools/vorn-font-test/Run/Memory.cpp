@@ -6,6 +6,7 @@
 #include <new>
 #include <string_view>
 
+#include "Run/Output.h"
 #include "Run/Session.h"
 
 namespace tool {
@@ -14,6 +15,7 @@ void EndWithoutMemory() {
   std::set_new_handler([] {
     constexpr std::string_view kLine = "vorn-font-test: not enough memory\n";
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kLine.data(), kLine.size());
+    Output::RemoveTemporaries();
     std::_Exit(kProgramFailed);
   });
 }

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <vector>
 
 #include "Run/Signals.h"
 
@@ -17,6 +18,9 @@ namespace tool {
 namespace {
 
 constexpr size_t kBufferSize = size_t{64} * 1024;
+
+/// All that are open.
+std::vector<const Output*> gOutputs;
 
 /// The path of a file that a path leads to through links; the file itself need not be there.
 std::filesystem::path FollowLinks(std::filesystem::path path) {
@@ -36,11 +40,19 @@ bool IsOpenAlready(const std::string& path) { return path.starts_with("/dev/") |
 Output::Output(const std::optional<std::string>& path) : name_(path.value_or("standard output")) {
   path ? Open(*path) : static_cast<void>(descriptor_ = STDOUT_FILENO);
   buffer_.reserve(kBufferSize);
+  gOutputs.push_back(this);
 }
 
 Output::~Output() {
   if (owned_ && descriptor_ >= 0) close(descriptor_);
   if (!temporary_.empty()) unlink(temporary_.c_str());
+  std::erase(gOutputs, this);
+}
+
+void Output::RemoveTemporaries() {
+  for (const Output* output : gOutputs) {
+    if (!output->temporary_.empty()) unlink(output->temporary_.c_str());
+  }
 }
 
 void Output::Open(const std::string& path) {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <linux/audit.h>
+#include <linux/capability.h>
 #include <linux/filter.h>
 #include <linux/landlock.h>
 #include <linux/seccomp.h>
@@ -13,6 +14,7 @@
 
 #include <Tova/Tova.hpp>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
@@ -93,6 +95,19 @@ void ConfineTo(const ReadablePlaces& places) {
   close(static_cast<int>(ruleset));
 }
 
+// ---- Powers of the superuser
+
+/// Keeps of them that of reading what others may not read.
+void GiveUpPowers() {
+  __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+  std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> powers = {};
+  if (syscall(SYS_capget, &header, powers.data()) != 0) return;
+  const uint32_t kept = powers[0].permitted & (uint32_t{1} << CAP_DAC_READ_SEARCH);
+  powers = {};
+  powers[0].permitted = powers[0].effective = kept;
+  syscall(SYS_capset, &header, powers.data());
+}
+
 // ---- System calls: a filter in the kernel's packet filter language
 
 #if defined(__x86_64__)
@@ -151,14 +166,16 @@ void RefuseCalls(bool askConduit) {
   if (kArchitecture == 0) return;
   CallFilter filter;
   if (!askConduit) filter.Refuse({SYS_socket, SYS_connect});
-  filter.Refuse({SYS_socketpair,     SYS_bind,     SYS_listen,          SYS_accept,           SYS_accept4,
-                 SYS_execve,         SYS_execveat, SYS_ptrace,          SYS_process_vm_readv, SYS_process_vm_writev,
-                 SYS_kill,           SYS_tkill,    SYS_rt_sigqueueinfo, SYS_pidfd_open,       SYS_pidfd_send_signal,
-                 SYS_io_uring_setup, SYS_bpf,      SYS_keyctl,          SYS_add_key,          SYS_unshare,
-                 SYS_setns,          SYS_mount,    SYS_umount2,         SYS_userfaultfd,      SYS_perf_event_open,
-                 SYS_memfd_create,   SYS_fchmodat, SYS_fchmod,          SYS_utimensat});
-#ifdef SYS_fork
-  filter.Refuse({SYS_fork, SYS_vfork});
+  filter.Refuse({SYS_socketpair, SYS_bind, SYS_listen, SYS_accept, SYS_accept4});
+  filter.Refuse({SYS_execve, SYS_execveat, SYS_ptrace, SYS_process_vm_readv, SYS_process_vm_writev, SYS_kill, SYS_tkill,
+                 SYS_rt_sigqueueinfo, SYS_pidfd_open, SYS_pidfd_send_signal});
+  filter.Refuse({SYS_fchmod, SYS_fchmodat, SYS_fchown, SYS_fchownat, SYS_utimensat, SYS_setxattr, SYS_lsetxattr,
+                 SYS_fsetxattr, SYS_name_to_handle_at, SYS_open_by_handle_at, SYS_mount, SYS_umount2, SYS_chroot,
+                 SYS_unshare, SYS_setns});
+  filter.Refuse({SYS_io_uring_setup, SYS_bpf, SYS_keyctl, SYS_add_key, SYS_request_key, SYS_userfaultfd,
+                 SYS_perf_event_open, SYS_memfd_create});
+#if defined(__x86_64__)  // calls that newer architectures do without
+  filter.Refuse({SYS_fork, SYS_vfork, SYS_chmod, SYS_chown, SYS_lchown, SYS_utime, SYS_utimes, SYS_futimesat});
 #endif
   if (!kSanitized) filter.Refuse({SYS_clone, SYS_clone3});
   filter.RefuseUnless(SYS_tgkill, static_cast<uint32_t>(getpid()));  // abort() signals its own process
@@ -226,6 +243,7 @@ void Confine(const Permissions& permissions) {
     Limit(RLIMIT_FSIZE, 0);
     if (permissions.memory > 0) Limit(RLIMIT_DATA, permissions.memory);
   }
+  GiveUpPowers();
   if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return;
   ConfineTo(*permissions.places);
   RefuseCalls(permissions.askConduit);

@@ -82,7 +82,7 @@ void CloseAllBut(int channel) {
   dup2(nothing, STDIN_FILENO);
   dup2(nothing, STDOUT_FILENO);
   dup2(channel, kChannel);
-  close_range(kChannel + 1, ~0u, 0);
+  closefrom(kChannel + 1);
 }
 
 }  // namespace

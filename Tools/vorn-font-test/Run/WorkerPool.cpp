@@ -117,8 +117,11 @@ bool WorkerPool::MayGiveOut(const Entry& entry) const { return putBy_ < kMaximum
 /// An idle worker that may read the file, made when need be; null when there is none now.
 WorkerPool::Worker* WorkerPool::WorkerFor(Entry& entry) {
   const bool canConfine = CanConfineToPlaces();
+  const auto fits = [&](const Worker& worker) {
+    return !worker.entry && (!canConfine || worker.places->Cover(entry.path));
+  };
+  if (const auto found = std::ranges::find_if(workers_, fits); found != workers_.end()) return &*found;
   const auto idle = std::ranges::find(workers_, nullptr, &Worker::entry);
-  if (idle != workers_.end() && (!canConfine || idle->places->Cover(entry.path))) return &*idle;
   if (idle == workers_.end() && workers_.size() >= settings_.workers) return nullptr;
   if (canConfine && !places_->Cover(entry.path)) {
     if (!urgent_) return nullptr;  // the files after it may need other places, too
