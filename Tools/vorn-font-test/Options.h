@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -32,7 +33,9 @@ struct ReportRequest {
 /// As many jobs as this process may use cores.
 size_t DefaultJobs();
 
-/// What the command line asks for.
+struct Configuration;
+
+/// What the command line and the configuration ask for.
 struct Options {
   std::vector<std::string> paths;
   std::vector<std::string> tests;     ///< identifiers and globs, in the order given; empty: all tests
@@ -52,9 +55,13 @@ struct Options {
   bool quiet = false;
 
   Profile profile = Profile::kDefault;
-  std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
+  bool useConfiguration = true;
+  std::optional<std::string> configurationFile;        ///< none: the one that lies with the fonts
+  std::shared_ptr<const Configuration> configuration;  ///< what stands in it; null for none
+  std::optional<std::string> baseline;                 ///< an earlier report; none: all findings are new
+  std::optional<Severity> failOn = Severity::kMajor;   ///< none: findings never fail the run
   bool listTests = false;
-  std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained
+  std::optional<std::string> explain;    ///< the rule, test or group of rules to be explained
   bool merge = false;                    ///< the paths are parts of reports, to be made one
   std::optional<std::string> filesFrom;  ///< a list of further paths; "-": standard input
   bool nullSeparated = false;            ///< NULs end the paths in it, not line ends

@@ -50,6 +50,15 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   return result;
 }
 
+std::vector<std::string> IdentifiersOf(TovaArrayRef tests) {
+  std::vector<std::string> identifiers;
+  for (TovaIndex i = 0; i < TovaArrayGetCount(tests); ++i) {
+    const TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(tests, i));
+    identifiers.emplace_back(Tova::Text(Tova::AsString(TovaDictionaryGetValue(test, kVornFontTestIdentifierKey))));
+  }
+  return identifiers;
+}
+
 /// Why a file cannot be read as a whole; none when it can. The library takes such a file for a broken font.
 Problem ProblemOfReading(const char* path) {
   const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
@@ -94,7 +103,7 @@ void Drop(TovaStringRef, void*) {}
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
     : failOn_(options.failOn),
       quiet_(options.quiet),
-      judge_(options),
+      judge_(options, IdentifiersOf(tests.get())),
       libraryOptions_(LibraryOptions(options, tests)),
       formats_(std::move(formats)) {}
 
@@ -149,8 +158,8 @@ bool FileTester::Fails(const FileReport& report, TovaURLRef url) const {
 Tova::Dictionary FileTester::OptionsForAllMessages(const std::vector<std::string_view>& tests) const {
   auto options = Tova::Adopt(TovaDictionaryCreateMutableCopy(libraryOptions_.get()));
   TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
-  const auto noLimit = Tova::Adopt(TovaNumberCreateWithInteger(0));
-  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, noLimit.get());
+  const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(judge_.MessagesToDecide())));
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   if (tests.empty()) return options;
   const TovaArrayRef all = Tova::AsArray(TovaDictionaryGetValue(options.get(), kVornFontTestArrayKey));
   const auto wanted = Tova::Adopt(TovaArrayCreateMutable());
