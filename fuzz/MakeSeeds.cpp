@@ -93,6 +93,7 @@ std::vector<Seed> Tables() {
                                        std::pair{6, LookupFormat6({{1, 2}})}, std::pair{8, LookupFormat8(1, {2, 0})}}) {
     add("morx", "morx-lookup-" + std::to_string(format), "one substitution by a lookup of this format",
         ChainTable(StateTableWidth::kExtended, {{4, lookup}}));
+    add("prop", "lookup-" + std::to_string(format), "a lookup of this format alone, for the accessors", lookup);
   }
   return seeds;
 }
