@@ -185,10 +185,10 @@ std::vector<std::pair<std::string, Bytes>> Files() {
       "# Seeds of the fuzz targets\n\n`fuzz/MakeSeeds.cpp` makes them and this list; the build's target "
       "`fuzz-seeds` writes them anew.\n";
   for (const auto& [target, seeds] : Targets()) {
-    list += "\n## " + target + "\n\n";
+    list.append("\n## ").append(target).append("\n\n");
     for (const auto& [name, what, bytes] : seeds) {
       files.emplace_back(target + "/" + name, bytes);
-      list += "- `" + name + "`: " + what + "\n";
+      list.append("- `").append(name).append("`: ").append(what).append("\n");
     }
   }
   files.emplace_back("README.md", Of(list));
