@@ -187,7 +187,7 @@ std::vector<std::pair<std::string, Bytes>> Files() {
   for (const auto& [target, seeds] : Targets()) {
     list.append("\n## ").append(target).append("\n\n");
     for (const auto& [name, what, bytes] : seeds) {
-      files.emplace_back(target + "/" + name, bytes);
+      files.emplace_back(std::string(target).append("/").append(name), bytes);
       list.append("- `").append(name).append("`: ").append(what).append("\n");
     }
   }
