@@ -100,10 +100,12 @@ class HtmlReportTest(unittest.TestCase):
         shown = self.run_in_page("""
           all('.folds button')[0].click(); await settle();
           const fonts = all('.font > summary .name').map((name) => name.textContent);
+          const levels = all('.font:first-child .rule > summary .severity').map((word) => word.textContent);
           const rule = all('.rule').find((rule) => rule.textContent.includes('glyf/box-differs'));
           rule.querySelector('.picture').click(); await settle();
           const dialog = one('dialog[open]');
-          return {verdict: one('.verdict').textContent, fonts, number: all('.rule .number').length,
+          return {verdict: one('.verdict').textContent, fonts,
+                  levels: levels.filter((word, i) => word !== levels[i - 1]),
                   text: rule.querySelector('.explanation').textContent, card: rule.querySelector('.card').textContent,
                   drawn: ['.curve', '.on', '.stored', '.found'].filter((kind) => dialog.querySelector(`svg ${kind}`)),
                   boxes: [...dialog.querySelectorAll('tbody td')].map((cell) => cell.textContent),
@@ -111,6 +113,7 @@ class HtmlReportTest(unittest.TestCase):
         self.assertIn("major or graver findings (exit status 1)", shown["verdict"])
         self.assertEqual(shown["fonts"][:2], [MARKUP, "Vorn Sample Broken"])
         self.assertEqual(len(shown["fonts"]), 5)
+        self.assertEqual(shown["levels"], ["fatal", "major", "minor", "technical", "information"])
         self.assertIn("clipping and line layout use the stored box", shown["text"])
         self.assertIn("points reach", shown["card"])
         self.assertEqual(shown["drawn"], [".curve", ".on", ".stored", ".found"])

@@ -35,8 +35,9 @@ std::string SeverityItems(const SeverityCounts& counts) {
   std::string items;
   for (Severity severity : kGravestFirst) {
     if (severity == Severity::kNonFont && counts[severity] == 0) continue;
-    const std::string word(Word(severity));
-    items += "<li class=\"" + word + "\"><b>" + Grouped(counts[severity]) + "</b> " + word + "</li>\n";
+    const std::string_view word = Word(severity);
+    items.append("<li class=\"").append(word).append("\"><b>").append(Grouped(counts[severity])).append("</b> ");
+    items.append(word).append("</li>\n");
   }
   return items;
 }

@@ -43,6 +43,7 @@
     for (const [id, font] of fonts.entries()) {
       font.id = String(id);
       for (const group of font.groups) group.font = font;
+      font.groups.sort((a, b) => SEVERITIES.indexOf(a.severity) - SEVERITIES.indexOf(b.severity));
     }
     return fonts;
   }
@@ -142,10 +143,12 @@
     const drawing = drawingsOf(font).glyphs[finding.glyph];
     const label = glyphLabel(finding);
     const texts = findings.map((one) => shortText(one, group));
-    const picture = isDrawn(drawing) && element('button', {className: 'picture', 'aria-label': `${label}, larger`},
+    const hasPicture = isDrawn(drawing) && (drawing.points || drawing.stored);
+    const picture = hasPicture && element('button', {className: 'picture', 'aria-label': `${label}, larger`},
         pictureOf(drawing, drawingsOf(font).unitsPerEm, `Outline of ${label}`, false));
     if (picture) picture.addEventListener('click', () => showLarge(font, finding, drawing, texts));
-    return element('li', {className: 'card'}, picture || element('div', {className: 'picture empty'}, 'not drawn'),
+    return element('li', {className: 'card'}, picture || element('div', {className: 'picture empty'},
+                isDrawn(drawing) ? 'no outline' : 'not drawn'),
         element('h4', {}, element('bdi', {}, label), glyphNumber(finding, '')),
         drawing.refusal ? element('p', {className: 'refusal'}, drawing.refusal) : '',
         texts.map((text) => element('p', {}, text)));
@@ -241,12 +244,13 @@
 
   const testLabel = ({test, testName}) => testName && testName !== test ? `${testName} (${test})` : test;
 
-  function explanationOf(group) {
-    const rule = group.rule;
+  function explanationOf(matches) {
+    const [{group: {rule}}] = matches;
+    const tests = [...new Set(matches.map(({group}) => testLabel(group)))].filter(Boolean);
     const entry = (name, value) => value ? [element('dt', {}, name), element('dd', {}, value)] : [];
     return element('div', {className: 'explanation'}, rule.means ? element('p', {}, rule.means) : '',
         element('dl', {}, entry('Why', rule.why), entry('Fix', rule.fix), entry('Document', rule.document),
-            entry('Test', testLabel(group))));
+            entry('Test', tests.join(', '))));
   }
 
   function groupSummary(group, matches) {
@@ -268,7 +272,7 @@
   }
 
   const groupDetails = (match) => folded('rule', groupSummary(match.group, [match]),
-      () => [element('div', {className: 'body'}, explanationOf(match.group), findingsOf(match))]);
+      () => [element('div', {className: 'body'}, explanationOf([match]), findingsOf(match))]);
 
   function fontHeading(font) {
     return [element('bdi', {className: 'name'}, font.name || font.path),
@@ -291,7 +295,7 @@
     const fontPart = (match) =>
         element('section', {}, element('h3', {}, fontHeading(match.group.font)), findingsOf(match));
     return folded('rule', groupSummary(group, matches),
-        () => [element('div', {className: 'body'}, explanationOf(group),
+        () => [element('div', {className: 'body'}, explanationOf(matches),
                        fillInChunks(element('div', {}), matches, CHUNK.sections, fontPart))]);
   }
 
