@@ -127,12 +127,13 @@ TEST_F(Workers, ReportsAreTheSameForEveryNumberOfThem) {
   EXPECT_THAT(before[0], HasSubstr("web.ttf: not supported: a compressed web font (WOFF)\n"));
 }
 
-TEST_F(Workers, AFileThatTheSystemRefusesHasNoFindings) {
+TEST_F(Workers, AFileThatCannotBeTestedHasNoFindings) {
   for (const char* jobs : {"0", "1"}) {
-    const Outcome outcome = Run({"-j", jobs, "-f", "jsonl", Font("nofiles.ttf")});
+    const Outcome outcome = Run({"-j", jobs, "-f", "jsonl", Font("throws.ttf"), Font("nofiles.ttf")});
     EXPECT_EQ(outcome.status, 3);
-    ASSERT_EQ(JsonLines(outcome).size(), 1u);
-    EXPECT_EQ(JsonLines(outcome)[0]["problem"], "Too many open files");
+    ASSERT_EQ(JsonLines(outcome).size(), 2u);
+    EXPECT_EQ(JsonLines(outcome)[0]["problem"], "thrown");
+    EXPECT_EQ(JsonLines(outcome)[1]["problem"], "Too many open files");
     EXPECT_THAT(outcome.out, Not(HasSubstr("Severity")));
   }
 }

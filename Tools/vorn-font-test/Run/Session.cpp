@@ -111,9 +111,20 @@ class Session {
     if (pool_) return pool_->Add(path);
     ThrowIfInterrupted();
     ShowProgress(path);
-    FileOutcome outcome(reports_.Count());
-    TestFile(path, outcome);
+    FileOutcome outcome = TestHere(path);
     HandOn(path, outcome);
+  }
+
+  FileOutcome TestHere(const std::string& path) const {
+    FileOutcome outcome(reports_.Count());
+    try {
+      TestFile(path, outcome);
+    } catch (const OutputError&) {  // the reports are at an end, not only this file's
+      throw;
+    } catch (const std::exception& error) {
+      outcome.Fail({ProblemKind::kSystem, error.what()});
+    }
+    return outcome;
   }
 
   void Failed(const std::string& path, const Problem& problem) {
