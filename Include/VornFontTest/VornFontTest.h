@@ -41,7 +41,10 @@ extern "C" {
  *
  * A font's dictionary: kVornFontTestFontNameKey, kVornFontTestFontPostScriptNameKey, kVornFontTestFontIdentifierKey
  * (strings), kVornFontTestFontTypeKey (a font type below), kVornFontTestResultKey (array of severities) and
- * kVornFontTestArrayKey: an array of test records.
+ * kVornFontTestArrayKey: an array of test records. With kVornFontTestMessageDetailsOptionKey also, as far as the font
+ * has them, kVornFontTestFontVersionKey (its version in words), kVornFontTestFontGlyphCountKey (number),
+ * kVornFontTestFontOutlineKindKey (a kind of outlines below) and kVornFontTestFontTablesKey (array of the tags of its
+ * tables, four characters each, in the order of the table directory; 256 at most).
  *
  * A test record: the keys of the test's description, kVornFontTestTimeStampKey (date), kVornFontTestResultKey (array
  * of severities) and, in Full reports, kVornFontTestMessagesKey: an array of dictionaries, each with
@@ -49,9 +52,11 @@ extern "C" {
  * kVornFontTestMessageDetailsOptionKey they also hold, as far as they are known, kVornFontTestMessageFormatKey (the
  * untranslated format of the text, which names the rule), kVornFontTestMessageTableKey (the four characters of a
  * table's tag), kVornFontTestMessageGlyphKey (a glyph index), kVornFontTestMessageGlyphNameKey (the name that the font
- * gives this glyph), kVornFontTestMessageOffsetKey (bytes from the start of the table; both numbers) and
- * kVornFontTestMessagePartKey (a part of the table in words). Where a font could not be tested, a record of its own
- * says so; the dictionaries of its messages carry the severity under kVornFontTestSeverityKey.
+ * gives this glyph), kVornFontTestMessageCharacterKey (the lowest Unicode character that leads to it),
+ * kVornFontTestMessageOffsetKey (bytes from the start of the table; all three numbers), kVornFontTestMessagePartKey (a
+ * part of the table in words) and kVornFontTestMessageArgumentsKey (array of the numbers and strings that the format
+ * was filled with). Where a font could not be tested, a record of its own says so; the dictionaries of its messages
+ * carry the severity under kVornFontTestSeverityKey.
  *
  * The size of a report is bounded: some 32 megabytes and 64 bytes for each byte of the file, 512 megabytes at most, and
  * no more than four kilobytes for each message that kVornFontTestMessageLimitOptionKey allows, but 32 megabytes at
@@ -85,11 +90,14 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestForceTestExecutionKe
    font of the same name is installed. It asks a service, see docs/conduit.md; without one, each question takes ten
    seconds. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSkipDuplicateFontTestOptionKey;
-/* Boolean, default false: messages also say which rule they are about and where in the font (see below). */
+/* Boolean, default false: fonts and messages also say what they are about (see below). */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageDetailsOptionKey;
 /* Number, default none: how many messages of one test over one font are kept. Further findings count in the result
    only, and a last message, of severity Information, says how many they were. */
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageLimitOptionKey;
+/* Boolean, default false: texts of messages are made from the formats as they are, not from translations in the
+   application's bundle. */
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestUntranslatedOptionKey;
 
 /* ---- Report types ---------------------------------------------------------------------------------------------- */
 
@@ -108,6 +116,10 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontNameKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontPostScriptNameKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontIdentifierKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontTypeKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontVersionKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontGlyphCountKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontOutlineKindKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestFontTablesKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestTimeStampKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagesKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageTextKey;
@@ -117,6 +129,8 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageGlyphNameKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageOffsetKey;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessagePartKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageCharacterKey;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestMessageArgumentsKey;
 
 /* ---- Keys of test descriptions --------------------------------------------------------------------------------- */
 
@@ -153,6 +167,13 @@ VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestTrueTypeFontData;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestPostScriptFontData;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestSplicedFontData;
 VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestGeneralFontData;
+
+/* ---- Kinds of outlines ----------------------------------------------------------------------------------------- */
+
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestTrueTypeOutlines;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestPostScriptOutlines;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestType1Outlines;
+VORNFONTTEST_EXPORT extern const TovaStringRef kVornFontTestBitmapsOnly;
 
 /* ---- Test targets: sfnt tables (a blank or a slash of the tag is written as an underscore) --------------------- */
 

@@ -40,6 +40,7 @@ ReportTree::Options TreeOptionsOf(TovaDictionaryRef iOptions) {
   const int64_t tMessages = TovaNumberGetInteger(Tova::AsNumber(tLimit));
   return {.level = ReportLevelOf(iOptions),
           .messageDetails = GetBoolOption(false, kVornFontTestMessageDetailsOptionKey, iOptions),
+          .untranslated = GetBoolOption(false, kVornFontTestUntranslatedOptionKey, iOptions),
           .messageLimit = tMessages > 0 ? static_cast<uint64_t>(tMessages) : 0};
 }
 

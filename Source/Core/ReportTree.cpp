@@ -11,6 +11,7 @@
 #include "TableAccess/AncillaryClasses/FTException.h"
 #include "TableAccess/FTLimits.h"
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TableAccess/TableClasses/FTFontTable.h"
 
 namespace {
 
@@ -83,6 +84,22 @@ std::string NamedPartFormat(const Finding& iFinding) {
   return (iFinding.prefix ? Escaped(iFinding.prefix) + ": " : "") + "%s: %@";
 }
 
+/// An argument of a format as a value of a report.
+Tova::Value ValueOf(const Tova::FormatArgument& iArgument) {
+  switch (iArgument.kind) {
+    case kTovaFormatArgumentInteger:
+      return Tova::Adopt(TovaNumberCreateWithInteger(iArgument.content.integer));
+    case kTovaFormatArgumentReal:
+      return Tova::Adopt(TovaNumberCreateWithReal(iArgument.content.real));
+    case kTovaFormatArgumentText: {
+      const std::string_view tText = iArgument.content.text ? iArgument.content.text : "";
+      return Tova::Adopt(TovaStringCreateWithLossyUTF8(tText.data(), tText.size()));
+    }
+    default:
+      return Tova::Share(iArgument.content.value);
+  }
+}
+
 void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64_t iNumber) {
   const auto tNumber = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(iNumber)));
   TovaDictionarySetValue(ioDictionary, iKey, tNumber.get());
@@ -108,6 +125,11 @@ Tova::MutableDictionary ReportTree::MakeFont(const FTFont& iFont) {
        {kVornFontTestFontNameKey, kVornFontTestFontPostScriptNameKey, kVornFontTestFontIdentifierKey}) {
     KeepName(tFont.get(), tKey);
   }
+  _fCharacters.Reset();
+  if (_fOptions.messageDetails) {
+    Charge(AddFontDetails(tFont.get(), iFont));
+    KeepName(tFont.get(), kVornFontTestFontVersionKey);
+  }
   Charge(kFontBytes);
   return tFont;
 }
@@ -131,7 +153,8 @@ void ReportTree::KeepName(TovaMutableDictionaryRef ioFont, TovaStringRef iKey) {
 
 FindingSink ReportTree::MakeSink() const {
   if (!HasMessages()) return FindingSink();
-  FindingSink::Limits tLimits{.bytes = _fRoom, .bytesForGrave = _fBytesForGrave};
+  FindingSink::Limits tLimits{
+      .bytes = _fRoom, .bytesForGrave = _fBytesForGrave, .keepsArguments = _fOptions.messageDetails};
   if (_fOptions.messageLimit != 0) tLimits.findings = _fOptions.messageLimit;
   return FindingSink(tLimits);
 }
@@ -173,34 +196,46 @@ Tova::Dictionary ReportTree::MakeMessage(const FTFont& iFont, const FindingSink&
   auto tMessage = Tova::Adopt(TovaDictionaryCreateMutable());
   TovaDictionarySetValue(tMessage.get(), kVornFontTestResultKey, ConstantOf(iFinding.severity));
   TovaDictionarySetValue(tMessage.get(), kVornFontTestMessageTextKey, tText.get());
-  if (_fOptions.messageDetails) AddDetails(tMessage.get(), iFont, iFinding);
+  if (_fOptions.messageDetails) {
+    AddDetails(tMessage.get(), iFont, iFinding);
+    AddArguments(tMessage.get(), iSink.ArgumentsOf(iFinding));
+  }
   return tMessage;
 }
 
 void ReportTree::AddDetails(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, const Finding& iFinding) {
   TovaDictionarySetValue(ioMessage, kVornFontTestMessageFormatKey, KeptString(iFinding.format).get());
   if (iFinding.table != 0) {
-    std::string tTag;
-    for (int tShift = 24; tShift >= 0; tShift -= 8) tTag += static_cast<char>(iFinding.table >> tShift & 0xFF);
-    TovaDictionarySetValue(ioMessage, kVornFontTestMessageTableKey, KeptString(tTag).get());
+    TovaDictionarySetValue(ioMessage, kVornFontTestMessageTableKey, KeptString(FTTagText(iFinding.table)).get());
   }
   if (iFinding.glyph) {
     SetNumber(ioMessage, kVornFontTestMessageGlyphKey, *iFinding.glyph);
-    AddGlyphName(ioMessage, iFont, *iFinding.glyph);
+    AddGlyphNames(ioMessage, iFont, *iFinding.glyph);
   }
   if (iFinding.offset) SetNumber(ioMessage, kVornFontTestMessageOffsetKey, *iFinding.offset);
   if (iFinding.part) TovaDictionarySetValue(ioMessage, kVornFontTestMessagePartKey, KeptString(*iFinding.part).get());
 }
 
-/// Adds the name that the font gives the glyph; nothing where it gives none.
-void ReportTree::AddGlyphName(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph) {
+void ReportTree::AddArguments(TovaMutableDictionaryRef ioMessage, std::span<const Tova::FormatArgument> iArguments) {
+  if (iArguments.empty()) return;
+  const auto tArguments = Tova::Adopt(TovaArrayCreateMutable());
+  for (const Tova::FormatArgument& tArgument : iArguments) {
+    TovaArrayAppendValue(tArguments.get(), ValueOf(tArgument).get());
+  }
+  TovaDictionarySetValue(ioMessage, kVornFontTestMessageArgumentsKey, tArguments.get());
+}
+
+/// Adds the name that the font gives the glyph and the character that leads to it; nothing where there is none.
+void ReportTree::AddGlyphNames(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph) {
   const auto* tFont = dynamic_cast<const FTFont_sfnt*>(&iFont);
   if (!tFont) return;
   try {
-    const std::optional<std::string> tName = tFont->GlyphName(iGlyph);
-    if (!tName) return;
-    TovaDictionarySetValue(ioMessage, kVornFontTestMessageGlyphNameKey, KeptString(*tName).get());
-    Charge(kGlyphNameBytes + tName->size());
+    if (const std::optional<std::string> tName = tFont->GlyphName(iGlyph)) {
+      TovaDictionarySetValue(ioMessage, kVornFontTestMessageGlyphNameKey, KeptString(*tName).get());
+      Charge(kGlyphNameBytes + tName->size());
+    }
+    const auto tCharacter = _fCharacters.CharacterOf(iFont, iGlyph);
+    if (tCharacter) SetNumber(ioMessage, kVornFontTestMessageCharacterKey, *tCharacter);
   } catch (const FTException&) {  // what is wrong with the font has been found elsewhere
   }
 }
@@ -209,6 +244,7 @@ void ReportTree::AddGlyphName(TovaMutableDictionaryRef ioMessage, const FTFont& 
 Tova::String ReportTree::TextOf(const FindingSink& iSink, const Finding& iFinding) {
   const auto tArguments = iSink.ArgumentsOf(iFinding);
   for (const bool tTranslated : {true, false}) {
+    if (tTranslated && _fOptions.untranslated) continue;
     const Tova::String tFormat = FormatFor(iFinding, tTranslated);
     Tova::String tText = Tova::Adopt(TovaStringCreateWithFormat(tFormat.get(), tArguments.data(), tArguments.size()));
     if (tText && iFinding.namesPart) tText = Tova::Format(NamedPartFormat(iFinding), {iFinding.part->c_str(), tText});

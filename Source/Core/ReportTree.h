@@ -3,10 +3,12 @@
 #include <Tova/Tova.hpp>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
+#include "Core/FontDetails.h"
 #include "Tests/Finding.h"
 
 class FTFont;
@@ -22,6 +24,7 @@ class ReportTree {
   struct Options {
     ReportLevel level = ReportLevel::kResultsOnly;
     bool messageDetails = false;
+    bool untranslated = false;  ///< texts are made from the formats as they are
     uint64_t messageLimit = 0;  ///< messages of a test over one font; 0: as many as there is room for
     uint64_t bytes = 0;         ///< room for the whole report; 0: as much as FTLimits grants
   };
@@ -48,7 +51,8 @@ class ReportTree {
   Tova::Array MakeMessages(const FTFont& iFont, const FindingSink& iSink);
   Tova::Dictionary MakeMessage(const FTFont& iFont, const FindingSink& iSink, const Finding& iFinding);
   void AddDetails(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, const Finding& iFinding);
-  void AddGlyphName(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph);
+  static void AddArguments(TovaMutableDictionaryRef ioMessage, std::span<const Tova::FormatArgument> iArguments);
+  void AddGlyphNames(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph);
   Tova::String TextOf(const FindingSink& iSink, const Finding& iFinding);
   Tova::String FormatFor(const Finding& iFinding, bool iTranslated);
   Tova::String KeptString(std::string_view iText);
@@ -69,6 +73,7 @@ class ReportTree {
   uint64_t _fBytesForGrave = 0;
   uint64_t _fRoom = 0;
   uint64_t _fRoomForLongNames;
+  GlyphCharacters _fCharacters;
   std::unordered_map<FormatKey, Tova::String, FormatHash> _fFormats;  // as looked up, prefix included
   std::unordered_map<std::string, Tova::String> _fStrings;            // names, formats, tags and parts, each once
 };

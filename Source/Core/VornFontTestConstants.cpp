@@ -14,6 +14,7 @@ VORN_CONSTANT(kVornFontTestForceTestExecutionKey);
 VORN_CONSTANT(kVornFontTestSkipDuplicateFontTestOptionKey);
 VORN_CONSTANT(kVornFontTestMessageDetailsOptionKey);
 VORN_CONSTANT(kVornFontTestMessageLimitOptionKey);
+VORN_CONSTANT(kVornFontTestUntranslatedOptionKey);
 
 // Report types.
 VORN_CONSTANT(kVornFontTestReportTypeResultsOnly);
@@ -27,6 +28,10 @@ VORN_CONSTANT(kVornFontTestFontNameKey);
 VORN_CONSTANT(kVornFontTestFontPostScriptNameKey);
 VORN_CONSTANT(kVornFontTestFontIdentifierKey);
 VORN_CONSTANT(kVornFontTestFontTypeKey);
+VORN_CONSTANT(kVornFontTestFontVersionKey);
+VORN_CONSTANT(kVornFontTestFontGlyphCountKey);
+VORN_CONSTANT(kVornFontTestFontOutlineKindKey);
+VORN_CONSTANT(kVornFontTestFontTablesKey);
 VORN_CONSTANT(kVornFontTestTimeStampKey);
 VORN_CONSTANT(kVornFontTestMessagesKey);
 VORN_CONSTANT(kVornFontTestMessageTextKey);
@@ -36,6 +41,8 @@ VORN_CONSTANT(kVornFontTestMessageGlyphKey);
 VORN_CONSTANT(kVornFontTestMessageGlyphNameKey);
 VORN_CONSTANT(kVornFontTestMessageOffsetKey);
 VORN_CONSTANT(kVornFontTestMessagePartKey);
+VORN_CONSTANT(kVornFontTestMessageCharacterKey);
+VORN_CONSTANT(kVornFontTestMessageArgumentsKey);
 
 // Keys of test descriptions.
 VORN_CONSTANT(kVornFontTestIdentifierKey);
@@ -68,6 +75,12 @@ VORN_CONSTANT(kVornFontTestTrueTypeFontData);
 VORN_CONSTANT(kVornFontTestPostScriptFontData);
 VORN_CONSTANT(kVornFontTestSplicedFontData);
 VORN_CONSTANT(kVornFontTestGeneralFontData);
+
+// Kinds of outlines.
+VORN_CONSTANT(kVornFontTestTrueTypeOutlines);
+VORN_CONSTANT(kVornFontTestPostScriptOutlines);
+VORN_CONSTANT(kVornFontTestType1Outlines);
+VORN_CONSTANT(kVornFontTestBitmapsOnly);
 
 // Test targets: sfnt tables (a blank or a slash of the tag is written as an underscore).
 VORN_CONSTANT(kVornFontTest_acntTable);

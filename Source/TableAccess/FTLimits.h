@@ -64,6 +64,10 @@ struct FTLimits {
   uint64_t longName = 1024;
   uint64_t longNameBytes = uint64_t{1} << 22;
 
+  /// Tables of a font that a report lists. Fonts have some sixty at most; a directory can claim 65,535, and thousands
+  /// of fonts can share one.
+  uint64_t maxTablesListed = 256;
+
   // The testers.
 
   /// Steps that the test of one layout table may make: values, states, entries, actions and pairs looked at. Tables

@@ -6,6 +6,8 @@ namespace {
 
 /// About what a message takes in a report besides its text: a dictionary, its entries and the values that are no texts.
 constexpr uint64_t kMessageBytes = 384;
+/// About what an argument takes as a value of its own, its text aside.
+constexpr uint64_t kArgumentBytes = 64;
 
 uint64_t TextBytesOf(const Tova::FormatArgument& iArgument) {
   if (iArgument.kind == kTovaFormatArgumentText)
@@ -26,7 +28,10 @@ void FindingSink::AppendMessage(Severity iSeverity, const char* iPrefix, const c
                                 bool iNamesPart) {
   if (!_fWantsMessages) return;
   uint64_t tBytes = kMessageBytes + std::strlen(iFormat);
-  for (const Tova::FormatArgument& tArgument : iArguments) tBytes += TextBytesOf(tArgument);
+  for (const Tova::FormatArgument& tArgument : iArguments) {
+    tBytes += TextBytesOf(tArgument);
+    if (_fLimits.keepsArguments) tBytes += kArgumentBytes + TextBytesOf(tArgument);
+  }
   if (iNamesPart) tBytes += iPlace.part.size();
   if (!HasRoomFor(iSeverity, tBytes)) {
     ++_fLeftOut;

@@ -76,6 +76,8 @@ class FindingSink {
     uint64_t bytes = std::numeric_limits<uint64_t>::max();
     /// Room that only major and fatal findings may use, out of bytes.
     uint64_t bytesForGrave = 0;
+    /// Whether messages have their arguments as values beside the text.
+    bool keepsArguments = false;
   };
 
   /// A sink for severities alone.

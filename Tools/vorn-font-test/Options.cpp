@@ -21,8 +21,8 @@ constexpr const char* kFooter = R"(Exit status:
   130, 143  interrupted; 141  nobody reads the report any more
 
 Examples:
-  vorn-font-test MyFont.ttf                    everything major or fatal
-  vorn-font-test -s minor ~/fonts              all fonts under a directory, minor errors too
+  vorn-font-test MyFont.ttf                    what is wrong with a font
+  vorn-font-test -s major ~/fonts              all fonts under a directory, grave errors only
   vorn-font-test -t '*.cmap.*' MyFont.ttf      only the tests of the 'cmap' table
   vorn-font-test -f jsonl -o report.jsonl dir  a report for programs, one line a file
   find . -name '*.ttf' -print0 | vorn-font-test -0 --files-from -
@@ -110,8 +110,9 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
   const char* group = "What the report holds";
   AddChoice(app, "-s,--show", options.show, kLevels,
-            "Lowest level that reports for people show: information,\n"
-            "technical, minor, major or fatal. Default: major.")
+            "Lowest level whose findings reports for people show one by\n"
+            "one: information (and which tables were tested), technical,\n"
+            "minor, major or fatal. Default: minor.")
       ->option_text("LEVEL")
       ->group(group);
   AddChoice(app, "-r,--report", options.detail, kDetails,
@@ -159,12 +160,20 @@ void AddRunOptions(CLI::App& app, Options& options) {
     levels.emplace_back("never", std::nullopt);
     return levels;
   }();
-  const char* group = "The run";
+  static const Choices<Profile> kProfiles = {{"default", Profile::kDefault}, {"strict", Profile::kStrict}};
+  const char* group = "What counts";
+  AddChoice(app, "--profile", options.profile, kProfiles,
+            "default: findings of rules that mattered to older systems\n"
+            "only are left out of text and of --fail-on; strict: all\n"
+            "count. Default: default.")
+      ->option_text("PROFILE")
+      ->group(group);
   AddChoice(app, "--fail-on", options.failOn, kFailLevels,
             "Exit with 1 when something of this level or above is\n"
             "found; or never. Default: major.")
       ->option_text("LEVEL")
       ->group(group);
+  group = "Instead of a run";
   app.add_option("--explain", options.explain,
                  "Explain a rule, such as glyf/box-differs, or all rules of a\n"
                  "test or of a group of them, such as glyf, and run no test.")

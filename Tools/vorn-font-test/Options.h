@@ -13,6 +13,10 @@ namespace tool {
 
 enum class Detail { kResults, kSummary, kFull };
 enum class Format { kText, kJson, kJsonLines, kPropertyList, kSarif, kJUnit, kGithub, kMarkdown, kHtml };
+enum class Profile {
+  kDefault,  ///< rules of older systems do not count
+  kStrict    ///< all rules count
+};
 enum class ColorMode { kAuto, kAlways, kNever };
 
 /// A report that is wanted.
@@ -36,12 +40,13 @@ struct Options {
   Detail detail = Detail::kFull;
   Format format = Format::kText;  ///< of what goes to standard output, or to the file that has no format of its own
   std::vector<ReportRequest> reports;  ///< none: only the exit status is wanted
-  Severity show = Severity::kMajor;
+  Severity show = Severity::kMinor;
   bool allMessages = false;
   uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all
   ColorMode color = ColorMode::kAuto;
   bool quiet = false;
 
+  Profile profile = Profile::kDefault;
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
   std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained

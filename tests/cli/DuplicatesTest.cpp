@@ -14,7 +14,7 @@ using namespace test;
 using namespace testing;
 
 constexpr const char* kTest = "veltrin.duplicates";
-constexpr const char* kFinding = "Duplicates: Another font with the PostScript name Some-Name is installed";
+constexpr const char* kFinding = "Another font with the PostScript name Some-Name is installed";
 
 class DuplicatesOption : public testing::Test {
  protected:

@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 
+#include "Formats/GlyphNames.h"
+#include "Formats/LineWrapping.h"
 #include "Report/EscapedText.h"
 #include "cli/Program.h"
+#include "support/CmapBuilder.h"
 #include "support/GlyphBuilder.h"
 #include "support/TemporaryFolder.h"
 
@@ -16,7 +19,11 @@ class TextReport : public testing::Test {
     std::vector<Bytes> glyphs(3003);
     glyphs[0] = SquareGlyph(9);
     folder_.Write("good.ttf", GoodFont().Build());
-    folder_.Write("glyphs.ttf", OutlineFont(glyphs).Table("maxp", MaxpTable(3003).Patch("maxContours", 7)).Build());
+    folder_.Write("glyphs.ttf", OutlineFont(glyphs)
+                                    .Table("maxp", MaxpTable(3003).Patch("maxContours", 7))
+                                    .Table("cmap", CmapTable({{3, 1, CmapFormat6(0x41, {2, 3, 2998})}}))
+                                    .Table("GPOS", Bytes(12))
+                                    .Build());
     folder_.Write("none.ttf", Bytes(40, 'n'));
   }
   /// What the program prints with these options, without the time and the folder's name.
@@ -30,38 +37,77 @@ class TextReport : public testing::Test {
     return text.erase(time, text.find('\n', time) - time);
   }
 
- private:
   TemporaryFolder folder_;
 };
 
 TEST_F(TextReport, DetailAndLevelDecideWhatIsShown) {
-  EXPECT_EQ(Print({}), R"(good.ttf: Good Regular (Good-Regular), TrueType font data: nothing major or above, 1 below
-glyphs.ttf: glyphs.ttf (<no font name>), TrueType font data: nothing major or above, 3,003 below
+  EXPECT_EQ(Print({}), R"(good.ttf   Good Regular, Version 1.0
+    TrueType outlines, 3 glyphs   PASS, 1 below minor, 9 tables not tested
+
+glyphs.ttf   TrueType outlines, 3,003 glyphs
+
+ x minor  greatest contour count is wrong in 'maxp'    glyf/maxp-contours-differ
+     maxContours in 'maxp' is 7; the simple glyphs have up to 1
+     why  programs size their memory by it
+     fix  recalculate 'maxp' on export
+ . info   3,002 glyphs: no outline
+
+ Not tested  7 tables (--show information names them)
+
+ PASS (fails on major)   0 fatal  0 major  1 minor in 1 rule
 
 none.ttf
-    fatal  The file cannot be opened as a font.
+
+ x fatal  no font can be opened: the file holds text
+
+ FAIL (fails on major)   1 fatal  0 major
 
 3 files, 2 fonts, 2 tests run
 Findings: 1 fatal, 1 minor, 3,003 information
-3,004 more below major (use --show information to see all)
+FAIL (fails on major)  1 failed, 2 passed
 )");
   EXPECT_THAT(Print({"-s", "information"}), HasSubstr(R"(
-glyphs.ttf: glyphs.ttf (<no font name>), TrueType font data
-  Glyph outlines  veltrin.TrueType.glyf.usability
-    minor        glyf: maxContours in 'maxp' is 7; the simple glyphs have up to 1
-    information  glyf: Glyph 1: no outline
-    information  glyf: Glyph 2: no outline
-    information  glyf: Glyph 3: no outline
-                 ... and 2,999 more like this
+ . info   3,002 glyphs: no outline                              glyf/glyph-blank
+     glyphs 1-3002
+     why  a glyph may have been forgotten
+     fix  look whether the glyph is meant to be blank
 
-none.ttf
-    fatal        The file cannot be opened as a font.
+ Tested      glyf
+ Not tested  cmap GPOS head hhea hmtx loca maxp
+
+ PASS (fails on major)   0 fatal  0 major  1 minor  3,002 information in 2 rules
 )"));
-  EXPECT_THAT(Print({"-s", "information", "--all-messages"}), HasSubstr("Glyph 3000: no outline"));
-  EXPECT_THAT(Print({"-s", "minor", "--max-messages", "1"}), HasSubstr("\n    minor  (no further text)\n"));
-  EXPECT_THAT(Print({"-s", "minor", "-r", "summary"}), HasSubstr("  veltrin.TrueType.glyf.usability: minor\n"));
-  EXPECT_THAT(Print({"-s", "minor", "-r", "results"}),
-              StartsWith("good.ttf: nothing minor or above, 1 below\nglyphs.ttf: minor\nnone.ttf: fatal\n\n3 files\n"));
+  EXPECT_THAT(Print({"-s", "information", "--all-messages"}), HasSubstr(", U+0043 (2998), glyph 2999,"));
+  EXPECT_THAT(Print({"--max-messages", "1"}), HasSubstr("\n x minor  Glyph outlines\n     (no further text)\n"));
+  EXPECT_THAT(Print({"-r", "summary"}), HasSubstr("\n veltrin.TrueType.glyf.usability  minor\n"));
+  EXPECT_THAT(Print({"-r", "results"}), StartsWith("good.ttf: PASS, nothing from minor on\nglyphs.ttf: PASS, minor\n"
+                                                   "none.ttf: FAIL, fatal\n\n3 files\n"));
+}
+
+TEST_F(TextReport, FirstFindingsOfARuleNameTheirGlyphs) {
+  std::vector<Bytes> glyphs;
+  for (int i = 0; i < 6; ++i) glyphs.push_back(SquareGlyph(900 + i));
+  folder_.Write("wide.ttf", OutlineFont(glyphs).Table("cmap", CmapTable({{3, 1, CmapFormat6(0x41, {2, 1})}})).Build());
+  EXPECT_THAT(RunProgram({folder_.File("wide.ttf"), "-t", "*.glyf.usability"}).out, HasSubstr(R"(
+ x minor  12 findings in 6 glyphs: points lie outside the font's box
+                                                        glyf/box-beyond-font-box
+     glyph 0  points reach x 900 on the right; the font's xMax is 500
+     glyph 0  points reach y 900 at the top; the font's yMax is 700
+     U+0042 (1)  points reach x 901 on the right; the font's xMax is 500
+                                                                      ... 9 more
+     why  parts may be cut off where the font's box is used
+     fix  recalculate the box in 'head' on export
+
+ Not tested  6 tables (--show information names them)
+ Left out    1 rule, 1 finding of older systems (--profile strict)
+)"));
+}
+
+TEST(LineWrapping, CountsColumnsNotBytes) {
+  EXPECT_EQ(tool::Columns("Grüße 游明朝 e\u0301"), 14u);
+  EXPECT_THAT(tool::WrappedLines("游明朝 ab cdefghijk l", 6), ElementsAre("游明朝", "ab", "cdefghijk", "l"));
+  EXPECT_EQ(tool::Ranges({1, 2, 3, 5, 7, 8, 20}, 99), "1-3, 5, 7, 8, 20");
+  EXPECT_EQ(tool::Ranges({1, 2, 3, 5, 7, 8, 20}, 18), "1-3, 5 and 3 more");
 }
 
 TEST(Explanation, IsOfARuleATestOrAGroup) {

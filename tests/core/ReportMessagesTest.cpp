@@ -47,12 +47,15 @@ TEST_F(ReportMessages, HaveDetailsOnRequestAsFarAsTheyAreKnown) {
   };
   EXPECT_THAT(
       details("veltrin.TrueType.cmap.structure", true),
-      ElementsAre(": cmap: Bad cmap version - 0x00000007, Format: Bad cmap version - 0x%08lX, Table: cmap}",
-                  ": cmap: Encoding 0 (format 6), entryCount is 0, "
-                  "Format: Encoding %d (format 6), entryCount is 0, Table: cmap, Offset: 12, Part: Encoding 0}"));
+      ElementsAre(
+          ": cmap: Bad cmap version - 0x00000007, Format: Bad cmap version - 0x%08lX, Table: cmap, Arguments: {7}}",
+          ": cmap: Encoding 0 (format 6), entryCount is 0, "
+          "Format: Encoding %d (format 6), entryCount is 0, Table: cmap, Offset: 12, Part: Encoding 0, "
+          "Arguments: {0}}"));
   EXPECT_THAT(
       details("veltrin.TrueType.glyf.instructions", true),
-      ElementsAre(": glyf: Illegal opcode: 7B, Format: Illegal opcode: %02X, Table: glyf, Glyph: 0, Offset: 14}"));
+      ElementsAre(": glyf: Illegal opcode: 7B, Format: Illegal opcode: %02X, Table: glyf, Glyph: 0, Offset: 14, "
+                  "Arguments: {123}}"));
   EXPECT_THAT(details("veltrin.TrueType.glyf.instructions", false), ElementsAre(": glyf: Illegal opcode: 7B}"));
 }
 

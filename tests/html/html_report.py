@@ -58,8 +58,8 @@ class HtmlReportTest(unittest.TestCase):
         cls.data = {}  # of each page, by its name: what the same run tells as JSON
         for page, fonts in {"broken": ["<b>&amp;.ttf", SAMPLES / "Broken.ttf", SAMPLES / "Collection.ttc", "none.ttf"],
                             "large": ["large.ttf", "larger.ttf"]}.items():
-            command = [PROGRAM, "-q", "--max-messages", "0", "-f", "html", "-o", f"{page}.html", "-o",
-                       f"json:{page}.json", *fonts]
+            command = [PROGRAM, "-q", "--profile", "strict", "--max-messages", "0", "-f", "html", "-o", f"{page}.html",
+                       "-o", f"json:{page}.json", *fonts]
             subprocess.run(command, cwd=cls.path, check=False, timeout=240)
             cls.data[page] = json.loads((cls.path / f"{page}.json").read_text())
         cls.window = Browser()

@@ -3,6 +3,7 @@
 #include <Tova/Tova.hpp>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "Platform/ByteView.h"
 
@@ -13,6 +14,13 @@ class FTTableOwner;
 constexpr uint32_t FTTag(const char (&iText)[5]) {
   return uint32_t{static_cast<uint8_t>(iText[0])} << 24 | uint32_t{static_cast<uint8_t>(iText[1])} << 16 |
          uint32_t{static_cast<uint8_t>(iText[2])} << 8 | static_cast<uint8_t>(iText[3]);
+}
+
+/// The four bytes of a tag.
+inline std::string FTTagText(uint32_t iTag) {
+  std::string tText;
+  for (int tShift = 24; tShift >= 0; tShift -= 8) tText += static_cast<char>(iTag >> tShift & 0xFF);
+  return tText;
 }
 
 /// Accessor of one table of an sfnt font: where it lies, and its bytes. The base of all accessors, and the class of

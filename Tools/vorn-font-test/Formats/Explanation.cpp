@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Formats/LineWrapping.h"
 #include "Formats/TextReport.h"
 #include "Formats/TextStyle.h"
 #include "Report/Rules.h"
@@ -64,35 +65,14 @@ std::string NamesLike(std::string_view name) {
   return list;
 }
 
-/// A label and its text, wrapped beside it.
-void WriteLabelled(std::string_view label, std::string_view text, Output& output) {
-  std::string line = "  " + std::string(label);
-  line.resize(std::max(line.size() + 1, kMargin), ' ');
-  size_t column = line.size();
-  bool first = true;
-  while (!text.empty()) {
-    const std::string_view word = text.substr(0, text.find(' '));
-    text.remove_prefix(std::min(word.size() + 1, text.size()));
-    if (!first && column + 1 + word.size() > kWidth) {
-      line += "\n" + std::string(kMargin, ' ');
-      column = kMargin;
-      first = true;
-    }
-    if (!std::exchange(first, false)) line += ' ', ++column;
-    line += word;
-    column += word.size();
-  }
-  output.Write(line + "\n");
-}
-
 void WriteRule(const Rule& rule, const TextStyle& style, Output& output) {
   output.Write(style.Bold(rule.name) + "  " + style.Of(rule.severity, Word(rule.severity)) + ", " +
                std::string(Word(rule.state)) + "\n");
   output.Write("  " + std::string(rule.title) + "\n");
-  WriteLabelled("means", rule.means, output);
-  WriteLabelled("why", rule.why, output);
-  WriteLabelled("fix", rule.fix, output);
-  WriteLabelled("document", rule.document, output);
+  output.Write(Labelled(Padded("  means", kMargin), rule.means, kWidth));
+  output.Write(Labelled(Padded("  why", kMargin), rule.why, kWidth));
+  output.Write(Labelled(Padded("  fix", kMargin), rule.fix, kWidth));
+  output.Write(Labelled(Padded("  document", kMargin), rule.document, kWidth));
 }
 
 }  // namespace

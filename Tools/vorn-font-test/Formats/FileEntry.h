@@ -1,19 +1,22 @@
 #pragma once
 
-#include <Tova/Tova.hpp>
-#include <string>
-#include <string_view>
-
+#include "Formats/TreeSink.h"
+#include "Options.h"
 #include "Report/Report.h"
 
 namespace tool {
 
-/// {"path": ..., "report": ...}, and between them "problem" and "problemKind" for a file that was not tested; bytes of
-/// the path that are not UTF-8 become U+FFFD.
-Tova::Dictionary FileEntry(const FileReport& report);
+/// What the tree of a report holds beside and instead of what the library put there.
+struct TreeChoices {
+  bool times = true;  ///< the moments at which tests ran
+};
+
+/// {"path": ..., "report": ...}: the library's tree with what the judge said of each message ("rule", "state" of the
+/// rule, and "standing" where it does not count). Between them stand "problem" and "problemKind" for a file that was
+/// not tested, and "unopened" for one that no font could be opened of. Bytes of the path that are not UTF-8 become
+/// U+FFFD.
+void WriteFileEntry(const FileReport& report, const TreeChoices& choices, TreeSink& sink);
 /// The report of such an entry, which must outlive it.
 FileReport ReadFileEntry(TovaDictionaryRef entry);
-/// A dictionary with one entry.
-Tova::Dictionary SingleEntry(std::string_view key, TovaTypeRef value);
 
 }  // namespace tool

@@ -79,7 +79,7 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
     if (!report.results.Has(severity)) continue;
     const bool unopened = severity == Severity::kFatal && detail != Detail::kResults;
     findings.push_back({.severity = severity,
-                        .text = unopened ? "The file cannot be opened as a font." : kNoText,
+                        .text = report.unopened.empty() ? kNoText : report.unopened,
                         .rule = unopened ? FindRuleNamed("run/failure") : nullptr});
   }
   return findings;
@@ -89,7 +89,7 @@ void ForEachFinding(const TestRecord& test, const std::function<void(const Messa
   SeveritySet explained;
   for (size_t i = 0; i < test.messages.size(); ++i) {
     const Message message = test.messages[i];
-    explained.Add(message.severity);
+    explained.Add(message.given);
     take(message);
   }
   for (const Severity severity : kGravestFirst) {

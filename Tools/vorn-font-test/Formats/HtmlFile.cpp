@@ -18,20 +18,6 @@ constexpr size_t kDrawingsPerFile = 500;
 constexpr size_t kPointsPerFile = 100'000;
 constexpr size_t kPlainFindingsPerGroup = 5;  ///< in the plain list
 
-std::string_view Word(Standing standing) {
-  switch (standing) {
-    case Standing::kHistoric:
-      return "historic";
-    case Standing::kIgnored:
-      return "ignored";
-    case Standing::kKnown:
-      return "known";
-    case Standing::kCounts:
-      break;
-  }
-  return "counts";
-}
-
 /// The findings of a test, by rule.
 struct TestGroups {
   const TestRecord* test;  ///< null for a file about whose fonts nothing is told

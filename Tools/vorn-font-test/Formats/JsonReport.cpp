@@ -8,7 +8,8 @@ namespace tool {
 std::string JsonReport::Head(const Totals&) const { return "{\"files\": [\n"; }
 
 void JsonReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  WriteJson(FileEntry(report).get(), sink);
+  JsonWriter writer(sink);
+  WriteFileEntry(report, {}, writer);
 }
 
 std::string_view JsonReport::Between(bool, bool) const { return ",\n"; }
@@ -16,7 +17,8 @@ std::string_view JsonReport::Between(bool, bool) const { return ",\n"; }
 std::string JsonReport::End(const Totals& totals) const { return totals.files == 0 ? "]}\n" : "\n]}\n"; }
 
 void JsonLinesReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  WriteJson(FileEntry(report).get(), sink);
+  JsonWriter writer(sink);
+  WriteFileEntry(report, {}, writer);
   sink("\n");
 }
 

@@ -1,6 +1,9 @@
 #include "Formats/PropertyListReport.h"
 
+#include <Tova/Tova.hpp>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "Formats/FileEntry.h"
 
@@ -13,6 +16,54 @@ void Write(const Tova::Data& data, const TextSink& sink) {
   // The bytes of UTF-8 text; char may look at any object.
   sink({reinterpret_cast<const char*>(TovaDataGetBytes(data.get())), TovaDataGetLength(data.get())});
 }
+
+/// Makes the values of a tree.
+class TreeBuilder : public TreeSink {
+ public:
+  /// The whole tree, after its last piece.
+  Tova::Value Take() { return std::move(root_); }
+
+  void BeginArray() override { open_.push_back({.array = Tova::Adopt(TovaArrayCreateMutable())}); }
+  void EndArray() override { Close(); }
+  void BeginDictionary() override { open_.push_back({.dictionary = Tova::Adopt(TovaDictionaryCreateMutable())}); }
+  void EndDictionary() override { Close(); }
+  void Key(std::string_view key) override { open_.back().key = StringOf(key); }
+  void Text(std::string_view text) override { Value(StringOf(text).get()); }
+  void Number(int64_t number) override { Value(Tova::Adopt(TovaNumberCreateWithInteger(number)).get()); }
+  void Value(TovaTypeRef value) override {
+    if (open_.empty()) {
+      root_ = Tova::Share(value);
+    } else if (open_.back().array) {
+      TovaArrayAppendValue(open_.back().array.get(), value);
+    } else {
+      TovaDictionarySetValue(open_.back().dictionary.get(), open_.back().key.get(), value);
+    }
+  }
+
+ private:
+  struct Container {
+    Tova::MutableArray array = {};  ///< or
+    Tova::MutableDictionary dictionary = {};
+    Tova::String key = {};  ///< of the dictionary's next value
+  };
+
+  static Tova::String StringOf(std::string_view text) {
+    return Tova::Adopt(TovaStringCreateWithLossyUTF8(text.data(), text.size()));
+  }
+
+  void Close() {
+    const Container closed = std::move(open_.back());
+    open_.pop_back();
+    if (closed.array) {
+      Value(closed.array.get());
+    } else {
+      Value(closed.dictionary.get());
+    }
+  }
+
+  std::vector<Container> open_;  ///< the outermost first
+  Tova::Value root_;
+};
 
 /// How deep the dictionary of a file lies in the list: in the root's array.
 constexpr int kFileDepth = 2;
@@ -29,7 +80,9 @@ std::string PropertyListReport::Head(const Totals&) const {
 }
 
 void PropertyListReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  Write(Tova::Adopt(TovaPropertyListCreateXMLElement(FileEntry(report).get(), kFileDepth)), sink);
+  TreeBuilder tree;
+  WriteFileEntry(report, {}, tree);
+  Write(Tova::Adopt(TovaPropertyListCreateXMLElement(tree.Take().get(), kFileDepth)), sink);
 }
 
 std::string PropertyListReport::End(const Totals&) const { return "\t</array>\n</dict>\n</plist>\n"; }

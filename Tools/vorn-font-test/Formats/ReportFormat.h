@@ -36,6 +36,7 @@ class ReportFormat {
 /// Where the text of a report goes, as far as a format may care.
 struct Destination {
   bool isTerminal = false;
+  size_t columns = 80;  ///< of a line
 };
 
 std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& options, const Destination& destination);

@@ -2,7 +2,6 @@
 
 #include <Tova/Tova.hpp>
 
-#include "Formats/FileEntry.h"
 #include "Formats/JsonValue.h"
 #include "Formats/PropertyListReport.h"
 #include "Formats/TextReport.h"
@@ -10,6 +9,13 @@
 
 namespace tool {
 namespace {
+
+/// {"tests": [...]}.
+Tova::Dictionary TestsEntry(TovaArrayRef tests) {
+  auto entry = Tova::Adopt(TovaDictionaryCreateMutable());
+  TovaDictionarySetValue(entry.get(), Tova::MakeString("tests").get(), tests);
+  return entry;
+}
 
 TovaDictionaryRef TestAt(TovaArrayRef tests, TovaIndex index) {
   return Tova::AsDictionary(TovaArrayGetValueAtIndex(tests, index));
@@ -63,12 +69,12 @@ void WriteAsText(TovaArrayRef tests, const TextStyle& style, Output& output) {
 void WriteTestList(TovaArrayRef tests, const Options& options, Output& output) {
   switch (options.format) {
     case Format::kJson:
-      return output.Write(ToJson(SingleEntry("tests", tests).get()) + "\n");
+      return output.Write(ToJson(TestsEntry(tests).get()) + "\n");
     case Format::kJsonLines:
       for (TovaIndex i = 0; i < TovaArrayGetCount(tests); ++i) output.Write(ToJson(TestAt(tests, i)) + "\n");
       return;
     case Format::kPropertyList:
-      return WritePropertyList(SingleEntry("tests", tests).get(), [&](std::string_view piece) { output.Write(piece); });
+      return WritePropertyList(TestsEntry(tests).get(), [&](std::string_view piece) { output.Write(piece); });
     default:  // no other format is asked for
       return WriteAsText(tests, TextStyle(WantsColor(options.color, output.IsTerminal())), output);
   }

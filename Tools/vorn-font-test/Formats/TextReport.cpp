@@ -4,153 +4,167 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 
-#include "Formats/MessageFolding.h"
+#include "Formats/FontText.h"
+#include "Formats/LineWrapping.h"
 #include "Report/EscapedText.h"
+#include "Report/FontTables.h"
 
 namespace tool {
 namespace {
 
-constexpr std::string_view kNoText = "(no further text)";
+constexpr size_t kSmallestWidth = 60;
+constexpr size_t kHeadingGap = 3;
+constexpr size_t kHeadingIndent = 4;
 
-/// The lowest level to show that shows this severity too: what is not about the font has no level of its own.
-Severity LevelShowing(Severity severity) { return std::max(severity, Severity::kInformation); }
+std::string FailLevel(const std::optional<Severity>& failOn) {
+  return failOn ? "fails on " + std::string(Word(*failOn)) : "never fails";
+}
 
 /// Writes the part of one file.
 class FileText {
  public:
-  FileText(const TextReport::Choices& choices, const TextStyle& style, const TextSink& sink)
-      : detail_(choices.detail), show_(choices.show), fold_(choices.fold), style_(style), sink_(sink) {}
+  FileText(const FileReport& report, const TextChoices& choices, const TextStyle& style, const TextSink& sink)
+      : report_(report), totals_(TotalsOf(report)), choices_(choices), style_(style), sink_(sink) {}
 
-  void Write(const FileReport& report);
+  void Write() const;
 
  private:
-  void AddFont(const std::string& path, const FontRecord& font);
-  void AddSeverities(const std::string& heading, SeveritySet results);
-  void WriteTest(const TestRecord& test, const SeverityCounts& counts);
-  void WriteMessages(const MessageList& messages, Severity severity);
-  void WriteMessage(const Message& message, size_t leftOut);
-  std::string Remark(const SeverityCounts& counts) const;
-  enum class Block { kNone, kLine, kParagraph };
-  void BeginBlock(Block block, const std::string& line);
-  std::string SeverityList(SeveritySet severities) const;
+  struct Paragraph {
+    std::vector<std::string> heading;  ///< of the first font
+    std::string body;
+    std::string others = {};  ///< names of the other fonts
+  };
 
-  Detail detail_;
-  Severity show_;
-  bool fold_;
+  void WriteFonts(const std::vector<FontText>& fonts) const;
+  void WriteUnopened() const;
+  void WriteLine(std::vector<std::string> parts) const;
+  void WriteVerdict(size_t rules) const;
+  std::string Passed() const;
+  std::string Heading(const std::vector<std::string>& parts) const;
+  std::string Remark() const;
+  size_t CountTablesNotTested() const;
+
+  const FileReport& report_;
+  const Totals totals_;
+  const TextChoices& choices_;
   const TextStyle& style_;
   const TextSink& sink_;
-  Block last_ = Block::kNone;  ///< what was written last
 };
 
-void FileText::Write(const FileReport& report) {
-  const std::string heading = style_.Bold(EscapeForTerminal(report.path));
-  if (report.problem) {
-    BeginBlock(Block::kLine, heading + ": " + style_.Of(Severity::kFatal, "not tested") + ", " +
-                                 EscapeForTerminal(report.problem.text));
-  } else if (detail_ == Detail::kResults) {
-    AddSeverities(heading, report.results);
-  } else if (report.fonts.empty() && report.results.Has(Severity::kFatal)) {
-    BeginBlock(Block::kParagraph, heading);
-    WriteMessage({Severity::kFatal, "The file cannot be opened as a font."}, 0);
-  } else if (report.fonts.empty()) {
-    BeginBlock(Block::kLine, heading + ": no fonts in it");
-  } else {
-    for (const FontRecord& font : report.fonts) AddFont(heading, font);
+void FileText::Write() const {
+  if (report_.problem) {
+    sink_(style_.Bold(EscapeForTerminal(report_.path)) + ": " + style_.Of(Severity::kFatal, "not tested") + ", " +
+          EscapeForTerminal(report_.problem.text) + "\n");
+    return;
   }
-}
-
-void FileText::AddFont(const std::string& path, const FontRecord& font) {
-  std::string heading = path + ": " + EscapeForTerminal(font.name);
-  if (!font.postScriptName.empty()) heading += " (" + EscapeForTerminal(font.postScriptName) + ")";
-  heading += ", " + EscapeForTerminal(font.type);
-  SeverityCounts all;
-  std::vector<SeverityCounts> counts;
-  for (const TestRecord& test : font.tests) {
-    counts.push_back(CountFindings(test));
-    all += counts.back();
+  if (choices_.detail == Detail::kResults) {
+    const std::string list = style_.List(report_.results, choices_.show);
+    sink_(style_.Bold(EscapeForTerminal(report_.path)) + ": " + Passed() + ", " + (list.empty() ? Remark() : list) +
+          "\n");
+    return;
   }
-  if (all.Total() == all.Below(show_)) return BeginBlock(Block::kLine, heading + Remark(all));
-  BeginBlock(Block::kParagraph, heading);
-  for (size_t i = 0; i < counts.size(); ++i) {
-    if (counts[i].Total() > counts[i].Below(show_)) WriteTest(font.tests[i], counts[i]);
+  if (report_.fonts.empty() && !report_.unopened.empty()) return WriteUnopened();
+  std::vector<FontText> fonts;
+  for (const FontRecord& font : report_.fonts) fonts.emplace_back(font, choices_, style_);
+  if (std::ranges::any_of(fonts, &FontText::IsShown)) return WriteFonts(fonts);
+  if (fonts.size() == 1) return WriteLine(fonts.front().Heading(report_.path));
+  WriteLine({fonts.empty() ? "no fonts in it" : Counted(fonts.size(), "font")});
+}
+
+/// Fonts of which the same is to be said share a paragraph.
+void FileText::WriteFonts(const std::vector<FontText>& fonts) const {
+  std::vector<Paragraph> paragraphs;
+  std::set<const Rule*> rules;
+  for (const FontText& font : fonts) {
+    font.AddRulesShown(rules);
+    const std::string body = font.Body();
+    const auto same = std::ranges::find(paragraphs, body, &Paragraph::body);
+    if (same == paragraphs.end()) {
+      paragraphs.push_back({.heading = font.Heading(report_.path), .body = body});
+    } else {
+      same->others += (same->others.empty() ? "" : ", ") + font.Name();
+    }
   }
-}
-
-/// What is to be shown of a test, the gravest first.
-void FileText::WriteTest(const TestRecord& test, const SeverityCounts& counts) {
-  std::string name = EscapeForTerminal(test.name.empty() ? test.identifier : test.name);
-  if (name.empty()) name = "The font could not be tested";
-  sink_("  " + name);
-  if (!test.name.empty() && test.name != test.identifier) sink_("  " + style_.Dim(EscapeForTerminal(test.identifier)));
-  if (detail_ == Detail::kSummary) return sink_(": " + SeverityList(test.results) + "\n");
-
-  sink_("\n");
-  for (Severity severity : kGravestFirst) {
-    if (severity >= show_ && counts[severity] > 0) WriteMessages(test.messages, severity);
+  if (fonts.size() > 1) sink_(Heading({EscapeForTerminal(report_.path), Counted(fonts.size(), "font")}));
+  for (Paragraph& paragraph : paragraphs) {
+    if (fonts.size() > 1) sink_("\n");
+    if (fonts.size() == 1) paragraph.heading.insert(paragraph.heading.begin(), EscapeForTerminal(report_.path));
+    sink_(Heading(paragraph.heading));
+    if (!paragraph.body.empty()) sink_("\n" + paragraph.body);
+    if (!paragraph.others.empty()) sink_("\n" + Labelled(" The same in  ", paragraph.others, choices_.width));
   }
+  WriteVerdict(rules.size());
 }
 
-/// The messages of a severity, or a line without text when it has none.
-void FileText::WriteMessages(const MessageList& messages, Severity severity) {
-  MessageFolding folding;
-  for (size_t i = 0; fold_ && i < messages.size(); ++i) {
-    const Message message = messages[i];
-    if (message.severity == severity) folding.Count(message.format);
+void FileText::WriteUnopened() const {
+  sink_(Heading({EscapeForTerminal(report_.path)}) + "\n");
+  std::string text = Labelled(Spaces(kMarkColumns), report_.unopened, choices_.width);
+  sink_(text.replace(0, kMarkColumns, SeverityMark(Severity::kFatal, style_)));
+  WriteVerdict(0);
+}
+
+/// A file of which nothing is shown.
+void FileText::WriteLine(std::vector<std::string> parts) const {
+  parts.insert(parts.begin(), EscapeForTerminal(report_.path));
+  parts.push_back(Passed() + ", " + Remark());
+  sink_(Heading(parts));
+}
+
+/// The first part in bold, the others beside it, or below where there is no room.
+std::string FileText::Heading(const std::vector<std::string>& parts) const {
+  std::string text = style_.Bold(parts.front());
+  size_t column = Columns(parts.front());
+  for (size_t i = 1; i < parts.size(); ++i) {
+    const std::vector<std::string> lines = WrappedLines(parts[i], choices_.width - kHeadingIndent);
+    const size_t columns = Columns(lines.front());
+    const bool fits = lines.size() == 1 && column + kHeadingGap + columns <= choices_.width;
+    if (fits) {
+      text += Spaces(kHeadingGap) + parts[i];
+      column += kHeadingGap + columns;
+      continue;
+    }
+    for (const std::string& line : lines) text += "\n" + Spaces(kHeadingIndent) + line;
+    column = kHeadingIndent + Columns(lines.back());
   }
-  bool any = false;
-  for (size_t i = 0; i < messages.size(); ++i) {
-    const Message message = messages[i];
-    if (message.severity != severity) continue;
-    any = true;
-    const auto decision = fold_ ? folding.Decide(message.format) : MessageFolding::Decision{.show = true};
-    if (decision.show) WriteMessage(message, decision.leftOut);
+  return text + "\n";
+}
+
+std::string FileText::Passed() const { return report_.fails ? style_.Bad("FAIL") : style_.Good("PASS"); }
+
+void FileText::WriteVerdict(size_t rules) const {
+  std::string counts;
+  for (const Severity severity : kGravestFirst) {
+    const size_t count = totals_.findings[severity];
+    const bool isAlwaysTold = severity >= std::max(choices_.show, Severity::kMajor);
+    if (severity < choices_.show || (count == 0 && !isAlwaysTold)) continue;
+    const std::string text = Grouped(count) + " " + std::string(Word(severity));
+    counts += "  " + (count > 0 ? style_.Of(severity, text) : text);
   }
-  if (!any) WriteMessage({severity, kNoText}, 0);
+  if (rules > 0) counts += " in " + Counted(rules, "rule");
+  sink_("\n " + Passed() + " (" + FailLevel(choices_.failOn) + ") " + counts + "\n");
 }
 
-void FileText::WriteMessage(const Message& message, size_t leftOut) {
-  const size_t width = Word(show_ >= Severity::kMinor ? Severity::kMajor : LevelShowing(show_)).size();
-  const std::string_view word = Word(message.severity);
-  const std::string indent(4, ' ');
-  sink_(indent + style_.Of(message.severity, word));
-  sink_(std::string((word.size() < width ? width - word.size() : 0) + 2, ' '));
-  sink_(EscapeForTerminal(message.text));
-  sink_("\n");
-  if (leftOut == 0) return;
-  sink_(indent + std::string(width + 2, ' '));
-  sink_(style_.Dim("... and " + Grouped(leftOut) + " more like this") + "\n");
+/// What a line says of a file of which nothing is shown.
+std::string FileText::Remark() const {
+  std::string remark = "nothing found";
+  const size_t count = choices_.detail == Detail::kResults ? 0 : totals_.findings.Total();
+  const bool hasResults = !report_.results.Empty() && choices_.detail == Detail::kResults;
+  if (count > 0) remark = Grouped(count) + " below " + std::string(Word(choices_.show));
+  if (hasResults) remark = "nothing from " + std::string(Word(choices_.show)) + " on";
+  const size_t historic = totals_.Count(Standing::kHistoric);
+  if (historic > 0) remark += ", " + Grouped(historic) + " of older systems left out";
+  const size_t tables = CountTablesNotTested();
+  return tables == 0 ? remark : remark + ", " + Counted(tables, "table") + " not tested";
 }
 
-void FileText::AddSeverities(const std::string& heading, SeveritySet results) {
-  SeverityCounts counts;
-  for (Severity severity : kSeverities) counts[severity] = results.Has(severity);
-  BeginBlock(Block::kLine, heading + (results.Reaches(show_) ? ": " + SeverityList(results) : Remark(counts)));
-}
-
-/// What a line says of a font of which nothing is shown.
-std::string FileText::Remark(const SeverityCounts& counts) const {
-  if (counts.Total() == 0) return ": " + style_.Good("nothing found");
-  const std::string above = show_ == Severity::kFatal ? "" : " or above";
-  return ": " + style_.Good("nothing " + std::string(Word(show_)) + above) + ", " + Grouped(counts.Total()) + " below";
-}
-
-/// Writes a line that stands alone or opens a paragraph, which has an empty line on either side.
-void FileText::BeginBlock(Block block, const std::string& line) {
-  if (last_ != Block::kNone && (last_ == Block::kParagraph || block == Block::kParagraph)) sink_("\n");
-  sink_(line);
-  sink_("\n");
-  last_ = block;
-}
-
-std::string FileText::SeverityList(SeveritySet severities) const {
-  std::string list;
-  for (Severity severity : kGravestFirst) {
-    if (severity < show_ || !severities.Has(severity)) continue;
-    if (!list.empty()) list += ", ";
-    list += style_.Of(severity, Word(severity));
+size_t FileText::CountTablesNotTested() const {
+  std::set<std::string_view> tags;
+  for (const FontRecord& font : report_.fonts) {
+    for (const std::string_view tag : TablesOf(font).notTested) tags.insert(tag);
   }
-  return list;
+  return tags.size();
 }
 
 }  // namespace
@@ -158,11 +172,13 @@ std::string FileText::SeverityList(SeveritySet severities) const {
 TextReport::TextReport(const Options& options, const Destination& destination)
     : choices_{.detail = options.detail,
                .show = options.show == Severity::kInformation ? Severity::kNonFont : options.show,
-               .fold = !options.allMessages},
+               .failOn = options.failOn,
+               .fold = !options.allMessages,
+               .width = std::max(destination.columns, kSmallestWidth)},
       style_(WantsColor(options.color, destination.isTerminal)) {}
 
 void TextReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  FileText(choices_, style_, sink).Write(report);
+  FileText(report, choices_, style_, sink).Write();
 }
 
 std::string_view TextReport::Between(bool isBlockBefore, bool isBlockAfter) const {
@@ -170,38 +186,38 @@ std::string_view TextReport::Between(bool isBlockBefore, bool isBlockAfter) cons
 }
 
 std::string TextReport::End(const Totals& totals) const {
-  std::array<char, 32> seconds;
-  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
-  std::snprintf(seconds.data(), seconds.size(), "%.2f s", elapsed.count());
-  std::string text = "\n" + Counted(totals.files, "file");
-  if (choices_.detail != Detail::kResults) {
-    text += ", " + Counted(totals.fonts, "font") + ", " + Counted(totals.tests, "test") + " run";
-  }
-  text.append(" in ").append(seconds.data()).append("\n");
+  std::string text;
   if (totals.unreadable > 0) {
     text += style_.Of(Severity::kFatal, Counted(totals.unreadable, "path") + " could not be read") + "\n";
   }
   if (totals.failed > 0) {
     text += style_.Of(Severity::kFatal, Counted(totals.failed, "file") + " could not be tested") + "\n";
   }
-  return text + Findings(totals.findings);
+  if (totals.files != 1) text += Summary(totals);
+  return text.empty() ? text : "\n" + text;
 }
 
-/// The lines about all findings.
-std::string TextReport::Findings(const SeverityCounts& counts) const {
-  std::string list;
+/// The lines about all files.
+std::string TextReport::Summary(const Totals& totals) const {
+  std::array<char, 32> seconds;
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
+  std::snprintf(seconds.data(), seconds.size(), "%.2f s", elapsed.count());
+  std::string text = Counted(totals.files, "file");
+  if (choices_.detail != Detail::kResults) {
+    text += ", " + Counted(totals.fonts, "font") + ", " + Counted(totals.tests, "test") + " run";
+  }
+  text.append(" in ").append(seconds.data()).append("\n");
+  std::string counts;
   for (Severity severity : kGravestFirst) {
-    if (counts[severity] == 0) continue;
-    if (!list.empty()) list += ", ";
-    list += style_.Of(severity, Grouped(counts[severity]) + " " + std::string(Word(severity)));
+    if (totals.findings[severity] == 0) continue;
+    counts += (counts.empty() ? "" : ", ") +
+              style_.Of(severity, Grouped(totals.findings[severity]) + " " + std::string(Word(severity)));
   }
-  std::string text = "Findings: " + (list.empty() ? style_.Good("none") : list) + "\n";
-  if (const size_t below = counts.Below(choices_.show); below > 0) {
-    const Severity mildest =
-        *std::ranges::find_if(kSeverities, [&](Severity severity) { return counts[severity] > 0; });
-    text += Grouped(below) + " more below " + std::string(Word(choices_.show)) + " (use --show " +
-            std::string(Word(LevelShowing(mildest))) + " to see all)\n";
-  }
+  text += "Findings: " + (counts.empty() ? style_.Good("none") : counts) + "\n";
+  text += LeftOutLines("", totals, choices_.width);
+  const size_t passed = totals.files - totals.failed - totals.reached;
+  text += (totals.reached > 0 ? style_.Bad("FAIL") : style_.Good("PASS")) + " (" + FailLevel(choices_.failOn) + ")  " +
+          Grouped(totals.reached) + " failed, " + Grouped(passed) + " passed\n";
   return text;
 }
 

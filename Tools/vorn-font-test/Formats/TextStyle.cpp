@@ -1,5 +1,7 @@
 #include "Formats/TextStyle.h"
 
+#include <algorithm>
+
 namespace tool {
 
 std::string TextStyle::Of(Severity severity, std::string_view text) const {
@@ -18,6 +20,26 @@ std::string TextStyle::Of(Severity severity, std::string_view text) const {
       break;
   }
   return Colored("35", text);
+}
+
+std::string TextStyle::DimLines(std::string_view lines) const {
+  std::string text;
+  while (!lines.empty()) {
+    const std::string_view line = lines.substr(0, lines.find('\n'));
+    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    text += Dim(line) + "\n";
+  }
+  return text;
+}
+
+std::string TextStyle::List(SeveritySet severities, Severity mildest) const {
+  std::string list;
+  for (Severity severity : kGravestFirst) {
+    if (severity < mildest || !severities.Has(severity)) continue;
+    if (!list.empty()) list += ", ";
+    list += Of(severity, Word(severity));
+  }
+  return list;
 }
 
 std::string TextStyle::Colored(std::string_view code, std::string_view text) const {

@@ -15,8 +15,13 @@ class TextStyle {
   std::string Bold(std::string_view text) const { return Colored("1", text); }
   std::string Dim(std::string_view text) const { return Colored("2", text); }
   std::string Good(std::string_view text) const { return Colored("32", text); }
+  std::string Bad(std::string_view text) const { return Colored("1;31", text); }
   /// The text in the color of a severity.
   std::string Of(Severity severity, std::string_view text) const;
+  /// Whole lines, dim.
+  std::string DimLines(std::string_view lines) const;
+  /// The words of the severities from this one on, the gravest first.
+  std::string List(SeveritySet severities, Severity mildest) const;
 
  private:
   /// The text between the ANSI escape sequences for this "select graphic rendition" code and for none.

@@ -2,32 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <cstdio>
 
 namespace tool {
 namespace {
-
-struct Character {
-  uint32_t code;
-  size_t bytes;  ///< 0 when the text does not begin with UTF-8
-};
-
-Character Decode(std::string_view text) {
-  const auto byte = [&](size_t at) { return static_cast<uint8_t>(text[at]); };
-  const uint8_t lead = byte(0);
-  if (lead < 0x80) return {lead, 1};
-  const size_t bytes = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < bytes) return {lead, 0};
-  uint32_t code = lead & (0x7Fu >> bytes);
-  for (size_t i = 1; i < bytes; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {lead, 0};
-    code = code << 6 | (byte(i) & 0x3Fu);
-  }
-  static constexpr std::array<uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  const bool valid = code >= kSmallest[bytes] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-  return {valid ? code : lead, valid ? bytes : 0};
-}
 
 /// Whether the character acts on the terminal or on the direction of the line instead of being shown, or is none.
 bool IsControl(uint32_t code) {
@@ -43,7 +21,7 @@ void AppendEscape(std::string& text, const char* format, uint32_t code) {
 bool IsPlainInJson(char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; }
 
 /// What stands for a character in a JSON string; empty for the character itself.
-std::string JsonEscape(Character character) {
+std::string JsonEscape(Utf8Character character) {
   constexpr std::string_view kNamed = "\"\\\b\f\n\r\t";
   constexpr std::string_view kNames = "\"\\bfnrt";
   if (character.bytes == 0) return "\xEF\xBF\xBD";
@@ -58,11 +36,36 @@ std::string JsonEscape(Character character) {
 
 }  // namespace
 
+Utf8Character DecodeUtf8(std::string_view text) {
+  const auto byte = [&](size_t at) { return static_cast<uint8_t>(text[at]); };
+  const uint8_t lead = byte(0);
+  if (lead < 0x80) return {lead, 1};
+  const size_t bytes = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+  if (lead < 0xC2 || lead > 0xF4 || text.size() < bytes) return {lead, 0};
+  uint32_t code = lead & (0x7Fu >> bytes);
+  for (size_t i = 1; i < bytes; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return {lead, 0};
+    code = code << 6 | (byte(i) & 0x3Fu);
+  }
+  static constexpr std::array<uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+  const bool valid = code >= kSmallest[bytes] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
+  return {valid ? code : lead, valid ? bytes : 0};
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const size_t bytes = DecodeUtf8(text).bytes;
+    if (bytes == 0) return false;
+    text.remove_prefix(bytes);
+  }
+  return true;
+}
+
 std::string EscapeForTerminal(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
-    const Character character = Decode(text);
+    const Utf8Character character = DecodeUtf8(text);
     const size_t bytes = character.bytes == 0 ? 1 : character.bytes;
     if (character.bytes == 0 || (character.bytes == 1 && IsControl(character.code))) {
       AppendEscape(result, "\\x%02x", character.code);
@@ -97,7 +100,7 @@ void WriteJsonString(std::string_view text, const TextSink& sink) {
       ++at;
       continue;
     }
-    const Character character = Decode(text.substr(at));
+    const Utf8Character character = DecodeUtf8(text.substr(at));
     const std::string escape = JsonEscape(character);
     const size_t end = at + std::max<size_t>(character.bytes, 1);
     if (!escape.empty()) {

@@ -1,10 +1,22 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace tool {
+
+struct Utf8Character {
+  uint32_t code;
+  size_t bytes;  ///< 0 when the text does not begin with UTF-8; the code is then that of its first byte
+};
+
+/// The first character of a text that is not empty.
+Utf8Character DecodeUtf8(std::string_view text);
+
+/// Whether all of it is UTF-8.
+bool IsUtf8(std::string_view text);
 
 /// Text as it may go to a terminal. Names out of a font, and file names, can hold anything; what would drive the
 /// terminal, hide or reorder the line is written as an escape: bytes that are no UTF-8, and control characters below

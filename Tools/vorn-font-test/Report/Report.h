@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Report/Problem.h"
@@ -22,6 +23,19 @@ enum class Standing : uint8_t {
   kKnown      ///< it stands in the baseline already
 };
 
+inline constexpr size_t kStandingCount = 4;
+
+/// The word for a standing: "historic".
+std::string_view Word(Standing standing);
+
+/// What a finding comes to.
+struct Judgement {
+  Severity severity = Severity::kNonFont;  ///< as it counts
+  Severity given = Severity::kNonFont;     ///< as the test gave it
+  const Rule* rule = nullptr;              ///< that it breaks; null for one that is not in the catalogue
+  Standing standing = Standing::kCounts;
+};
+
 /// A finding, with what the library tells about its place; texts that it does not tell are empty.
 struct Message {
   Severity severity;
@@ -30,10 +44,12 @@ struct Message {
   std::string_view table = {};     ///< a tag
   std::optional<int64_t> glyph = std::nullopt;
   std::string_view glyphName = {};
-  std::optional<int64_t> offset = std::nullopt;  ///< bytes from the start of the table
-  std::string_view part = {};                    ///< of the table, in words
-  const Rule* rule = nullptr;                    ///< that it breaks; null for one that is not in the catalogue
+  std::optional<int64_t> character = std::nullopt;  ///< that leads to the glyph
+  std::optional<int64_t> offset = std::nullopt;     ///< bytes from the start of the table
+  std::string_view part = {};                       ///< of the table, in words
+  const Rule* rule = nullptr;                       ///< see Judgement
   Standing standing = Standing::kCounts;
+  Severity given = severity;  ///< as the test gave it
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.
@@ -42,33 +58,49 @@ class MessageList {
   explicit MessageList(TovaArrayRef messages = nullptr) : messages_(messages) {}
   size_t size() const { return static_cast<size_t>(TovaArrayGetCount(messages_)); }
   Message operator[](size_t index) const;
+  /// The same message as it stands in the tree.
+  TovaDictionaryRef TreeAt(size_t index) const;
+  /// Its untranslated format; its text where no format is told.
+  TovaStringRef FormatAt(size_t index) const;
+  /// What was set; without that, the severity that the test gave it.
+  Judgement JudgementAt(size_t index) const;
+  /// One for each message.
+  void SetJudgements(std::vector<Judgement> judgements) { judgements_ = std::move(judgements); }
 
  private:
   TovaArrayRef messages_;
+  std::vector<Judgement> judgements_;
 };
 
 /// What one test found in one font.
 struct TestRecord {
   std::string_view identifier;
   std::string_view name;
-  bool ran = false;  ///< false for the record that says why a font could not be tested
-  SeveritySet results;
+  std::string_view target;  ///< constant of the table that it examines; empty for none or several
+  bool ran = false;         ///< false for the record that says why a font could not be tested
+  SeveritySet results;      ///< as the test gave them
   MessageList messages;
 };
 
 struct FontRecord {
   std::string_view name;
   std::string_view postScriptName;
-  std::string_view type;  ///< in words for people
+  std::string_view version;  ///< in its own words: "Version 2.37"
+  std::string_view type;     ///< in words for people: "TrueType outlines"
+  std::optional<int64_t> glyphCount;
+  std::vector<std::string_view> tables;  ///< tags, in the order of the font's directory
   std::vector<TestRecord> tests;
 };
 
 /// The report of one file as plain values, which borrow the texts of the library's tree.
 struct FileReport {
   std::string path;
-  SeveritySet results;
+  SeveritySet results;     ///< as the tests gave them
+  bool listsFonts = true;  ///< false where nothing but the severities was asked for
+  bool fails = false;      ///< whether something in it fails the run
   std::vector<FontRecord> fonts;
   TovaDictionaryRef tree = nullptr;  ///< borrowed
+  std::string unopened = {};         ///< why no font of it could be opened, where none could
   Problem problem = {};              ///< why the file was not tested; nothing else is told then
 };
 
@@ -76,7 +108,7 @@ FileReport ReadReport(const std::string& path, TovaDictionaryRef tree);
 /// The tree of a file that was not tested: nothing was found.
 Tova::Dictionary EmptyTree();
 
-/// How many findings there are: messages, and one for each severity that the results hold and no message explains.
+/// How many findings count: messages, and one for each severity that the results hold and no message explains.
 SeverityCounts CountFindings(const TestRecord& test);
 
 }  // namespace tool

@@ -5,8 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
+
+#include "Report/FileKind.h"
 
 namespace tool {
 namespace {
@@ -89,6 +92,7 @@ void Drop(TovaStringRef, void*) {}
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
     : failOn_(options.failOn),
       quiet_(options.quiet),
+      judge_(options),
       libraryOptions_(LibraryOptions(options, tests)),
       formats_(std::move(formats)) {}
 
@@ -99,7 +103,17 @@ void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   quiet_ ? TovaLogSetSink(&Drop, nullptr) : static_cast<void>(lines.emplace(path, sink));
   const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
   if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
-  Report(ReadReport(path, tree.get()), sink);
+  FileReport report = ReadReport(path, tree.get());
+  if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.unopened = WhyUnopened(path);
+  judge_.Apply(report);
+  report.fails = Fails(report, url.get());
+  Report(report, sink);
+}
+
+void FileTester::ReportAgain(FileReport report, OutcomeSink& sink) const {
+  judge_.Apply(report);
+  report.fails = failOn_ && judge_.Decide(report, *failOn_) != Judge::Decision::kPasses;
+  Report(report, sink);
 }
 
 void FileTester::ReportProblem(const std::string& path, FileOutcome& outcome) const {
@@ -114,9 +128,37 @@ void FileTester::Report(const FileReport& report, OutcomeSink& sink) const {
     if (report.problem.IsOfInput() && !formats_[i]->ListsUnreadable()) continue;
     formats_[i]->WriteFile(report, [&](std::string_view text) { sink.WritePart(i, text); });
   }
-  Totals totals = TotalsOf(report);
-  totals.reached = failOn_ && report.results.Reaches(*failOn_);
-  sink.End(totals);
+  sink.End(TotalsOf(report));
+}
+
+bool FileTester::Fails(const FileReport& report, TovaURLRef url) const {
+  if (!failOn_) return false;
+  const Judge::Decision decision = judge_.Decide(report, *failOn_);
+  if (decision != Judge::Decision::kUndecided) return decision == Judge::Decision::kFails;
+  const Tova::Dictionary options = OptionsForAllMessages(judge_.OpenTests(report, *failOn_));
+  TovaLogSetSink(&Drop, nullptr);  // what there is to say has been said
+  const auto tree = Tova::Adopt(VornFontTestCreateReport(url, options.get()));
+  FileReport complete = ReadReport(report.path, tree.get());
+  judge_.Apply(complete);
+  return !tree || judge_.Decide(complete, *failOn_) != Judge::Decision::kPasses;
+}
+
+/// The tests: those to run; none: all of the run.
+Tova::Dictionary FileTester::OptionsForAllMessages(const std::vector<std::string_view>& tests) const {
+  auto options = Tova::Adopt(TovaDictionaryCreateMutableCopy(libraryOptions_.get()));
+  TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+  const auto noLimit = Tova::Adopt(TovaNumberCreateWithInteger(0));
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, noLimit.get());
+  if (tests.empty()) return options;
+  const TovaArrayRef all = Tova::AsArray(TovaDictionaryGetValue(options.get(), kVornFontTestArrayKey));
+  const auto wanted = Tova::Adopt(TovaArrayCreateMutable());
+  for (TovaIndex i = 0; i < TovaArrayGetCount(all); ++i) {
+    const TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(all, i));
+    const auto identifier = Tova::Text(Tova::AsString(TovaDictionaryGetValue(test, kVornFontTestIdentifierKey)));
+    if (std::ranges::find(tests, identifier) != tests.end()) TovaArrayAppendValue(wanted.get(), test);
+  }
+  TovaDictionarySetValue(options.get(), kVornFontTestArrayKey, wanted.get());
+  return options;
 }
 
 }  // namespace tool

@@ -142,7 +142,7 @@ class Merger {
     const FileReport report = ReadFileEntry(entry.get());
     FileOutcome outcome(reports_.Count());
     outcome.problem = report.problem;
-    tester_.Report(report, outcome);
+    tester_.ReportAgain(report, outcome);
     reports_.Add(report.path, outcome);
   }
 

@@ -1,6 +1,7 @@
 #include "Run/Output.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -112,6 +113,12 @@ void Output::Close() {
 }
 
 bool Output::IsTerminal() const { return isatty(descriptor_) == 1; }
+
+std::optional<size_t> Output::Columns() const {
+  winsize size = {};
+  if (!IsTerminal() || ioctl(descriptor_, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return std::nullopt;
+  return size.ws_col;
+}
 
 bool Output::Replaces(const std::string& path) const {
   struct stat status;

@@ -1,9 +1,16 @@
 #include "Run/ReportFile.h"
 
 namespace tool {
+namespace {
+
+Destination DestinationOf(const Output& output) {
+  return {.isTerminal = output.IsTerminal(), .columns = output.Columns().value_or(Destination().columns)};
+}
+
+}  // namespace
 
 ReportFile::ReportFile(const ReportRequest& request, const Options& options)
-    : output_(request.file), format_(MakeReportFormat(request.format, options, {.isTerminal = output_.IsTerminal()})) {}
+    : output_(request.file), format_(MakeReportFormat(request.format, options, DestinationOf(output_))) {}
 
 void ReportFile::Begin() {
   if (!format_->HeadNeedsTotals()) Write(format_->Head({}));

@@ -9,7 +9,6 @@
 #include <cstring>
 #include <exception>
 #include <new>
-#include <type_traits>
 
 #include "Run/Frames.h"
 #include "Run/Signals.h"
@@ -39,10 +38,8 @@ class FrameSink : public OutcomeSink {
     if (frames_.size() >= kBatch) Send();
   }
   void End(const Totals& totals) override {
-    static_assert(std::is_trivially_copyable_v<Totals>, "the other process has the same memory layout");
     SendPart();
-    // The bytes of an object of a trivial type, for a process of the same program.
-    AppendFrame(frames_, {FrameType::kTotals, 0, {reinterpret_cast<const char*>(&totals), sizeof(totals)}});
+    AppendFrame(frames_, {FrameType::kTotals, 0, ToBytes(totals)});
     Send();
   }
   void Fail(const Problem& problem) override {

@@ -233,12 +233,9 @@ void WorkerPool::Take(Worker& worker, const Frame& frame) {
       return;
     case FrameType::kLine:
       return outcome.WriteLine(frame.text);
-    case FrameType::kTotals: {
-      Totals totals;
-      std::memcpy(&totals, frame.text.data(), std::min(sizeof(totals), frame.text.size()));
-      outcome.End(totals);
+    case FrameType::kTotals:
+      outcome.End(TotalsFromBytes(frame.text));
       return Complete(worker);
-    }
     case FrameType::kProblem:
       outcome.Fail({static_cast<ProblemKind>(frame.number), std::string(frame.text)});
       return Complete(worker);
