@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -74,20 +75,29 @@ CLI::Option* AddRepeatable(CLI::App& app, const std::string& names, std::vector<
   return app.add_option(names, target, help)->expected(1)->allow_extra_args(false)->take_all();
 }
 
+/// A language tag in the form of locales: "de_AT" for "de-AT".
+std::string LanguageFrom(std::string tag) {
+  const auto isPart = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+  std::ranges::replace(tag, '-', '_');
+  if (tag.empty() || !std::ranges::all_of(tag, isPart))
+    throw UsageError("--language: '" + tag + "' is no language tag");
+  return tag;
+}
+
 void AddTestOptions(CLI::App& app, Options& options) {
   const char* group = "Which tests run";
   AddRepeatable(app, "-t,--test", options.tests,
-                "Run this test, or those a glob matches, such as '*.cmap.*'.\n"
-                "Repeatable; tests run in the order given. Default: all.")
+                "Run this test, or those a glob matches, such as '*.cmap.*',\n"
+                "or those of a table by its tag, such as cmap. Repeatable;\n"
+                "tests run in the order given. Default: all.")
       ->option_text("ID")
       ->group(group);
-  AddRepeatable(app, "-x,--exclude", options.excludes, "Leave this test out, or those a glob matches. Repeatable.")
+  AddRepeatable(app, "-x,--exclude", options.excludes, "Leave out this test, or those a glob or a tag matches.")
       ->option_text("ID")
       ->group(group);
   AddRepeatable(app, "-T,--type", options.types,
                 "Only tests of this type: core, structure, consistency,\n"
-                "usability, specification, unexpected-value or all.\n"
-                "Repeatable. Default: all.")
+                "usability or all. Repeatable. Default: all.")
       ->option_text("TYPE")
       ->group(group);
   AddChoice(app, "--enable", options.enable, kLevels,
@@ -142,6 +152,14 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
                  "ones count in the result only. 0: all. Default: 10000.")
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("N")
+      ->group(group);
+  app.add_option_function<std::string>(
+         "--language", [&options](const std::string& tag) { options.language = LanguageFrom(tag); },
+         "Language of the messages, such as en or de-AT, where there\n"
+         "is a translation; none: the library's own texts. Default:\n"
+         "that of the environment.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("TAG")
       ->group(group);
   AddChoice(app, "--color", options.color, kColors,
             "auto, always or never. auto colors text on a terminal,\n"

@@ -5,6 +5,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Report/Severity.h"
@@ -18,6 +19,9 @@ enum class Profile {
   kStrict    ///< all rules count
 };
 enum class ColorMode { kAuto, kAlways, kNever };
+
+/// The word for no language in particular: the library's own texts.
+inline constexpr std::string_view kNoLanguage = "none";
 
 /// A report that is wanted.
 struct ReportRequest {
@@ -43,6 +47,7 @@ struct Options {
   Severity show = Severity::kMinor;
   bool allMessages = false;
   uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all
+  std::string language;           ///< of messages: "de_AT", "none" for no translation; empty: the environment's
   ColorMode color = ColorMode::kAuto;
   bool quiet = false;
 

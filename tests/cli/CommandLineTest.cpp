@@ -62,6 +62,9 @@ TEST(TestSelection, RunsInTheOrderGivenAndGlobsAscending) {
   std::stable_partition(type1First.begin(), type1First.end(),
                         [](const std::string& test) { return test == kType1Test; });
   EXPECT_EQ(ListedTests({"-t", kType1Test, "-t", "*"}), type1First);
+  EXPECT_THAT(ListedTests({"-t", "OS/2", "-t", "EBLC", "-t", "loca"}),
+              ElementsAre("veltrin.TrueType.OS_2.structure", "veltrin.TrueType.sbit.structure",
+                          "veltrin.TrueType.loca.usability"));
   EXPECT_THAT(ListedTests({"-t", "*.usability", "-x", "*.*.*.*", "-x", "*Type1*"}), ElementsAre(kTrueTypeTest));
   EXPECT_THAT(ListedTests({"-T", "usability", "-t", "veltrin.T[ry]*e*.usability", "-x", "*.TrueType.?*.*"}),
               ElementsAre(kTrueTypeTest, kType1Test));
@@ -77,7 +80,9 @@ TEST(Usage, ErrorsAreNamedAndExitWith2) {
                {{"a", "--format"}, "--format needs a value"},
                {{"-t", "*.cmap.nonsense", "a"}, "no test matches '*.cmap.nonsense'"},
                {{"-x", "veltrin.nothing", "a"}, "--exclude: no test matches 'veltrin.nothing'"},
-               {{"-T", "unexpected-value", "-t", kType1Test, "a"}, "no test of the wanted types matches"},
+               {{"-T", "unexpected-value", "a"}, "--type: 'unexpected-value' is none of core, structure"},
+               {{"--language", "../de", "a"}, "'../de' is no language tag"},
+               {{"-T", "consistency", "-t", kType1Test, "a"}, "no test of the wanted types matches"},
                {{"-x", "*", "a"}, "no tests remain"}};
   for (const auto& usage : cases) {
     const Outcome outcome = RunProgram(usage.arguments);
@@ -130,6 +135,8 @@ TEST_F(CommandLine, RulesOfOlderSystemsCountInTheStrictProfileOnly) {
     EXPECT_EQ(message["rule"], "maxp/zones-not-two");
     EXPECT_EQ(message["state"], "historic");
     EXPECT_EQ(message.value("standing", json()), standing);
+    EXPECT_THAT(lines[0]["report"]["kVornFontTestFontsTestedKey"][0]["tablesNotTested"],
+                ElementsAre("cmap", "glyf", "head", "hhea", "hmtx", "loca", "name", "OS/2", "post"));
   }
 }
 
@@ -232,6 +239,18 @@ TEST_F(CommandLine, WritesValidJsonAndPropertyLists) {
   const auto list = Tova::Adopt(TovaPropertyListCreateWithData(data.get(), nullptr));
   EXPECT_THAT(Description(list.get()), AllOf(HasSubstr("{path: " + Good()), HasSubstr("{path: " + NoFont())));
   EXPECT_THAT(text, HasSubstr("<date>"));
+}
+
+TEST_F(CommandLine, MessagesAreInTheLanguageWanted) {
+  const std::string path =
+      folder_.Write("zones.ttf", GoodFont().Table("maxp", MaxpTable(3).Patch("maxZones", 1)).Build());
+  const auto text = [&](std::vector<std::string> options) {
+    options.insert(options.end(), {"-t", "maxp", "--profile", "strict", path});
+    return RunProgram(options).out;
+  };
+  EXPECT_THAT(text({}), HasSubstr("maxZones is 1; 2 serves every font"));
+  EXPECT_EQ(text({"--language", "xx-YY"}), text({}));
+  EXPECT_THAT(text({"--language", "none"}), HasSubstr("The maxZones field is equal to 1; it should be equal to 2"));
 }
 
 TEST_F(CommandLine, NamesCannotDriveTheTerminal) {

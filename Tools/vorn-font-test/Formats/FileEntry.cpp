@@ -5,6 +5,7 @@
 #include <Tova/Tova.hpp>
 #include <functional>
 
+#include "Report/FontTables.h"
 #include "Report/Rules.h"
 
 namespace tool {
@@ -34,8 +35,16 @@ class EntryWriter {
   using WriteElement = std::function<void(TovaDictionaryRef element, size_t index)>;
 
   void WriteFont(TovaDictionaryRef tree, const FontRecord& font) {
-    WriteDictionary(tree, kVornFontTestArrayKey,
-                    [&](TovaDictionaryRef test, size_t index) { WriteTest(test, font.tests[index]); });
+    sink_.BeginDictionary();
+    WriteEntries(tree, kVornFontTestArrayKey,
+                 [&](TovaDictionaryRef test, size_t index) { WriteTest(test, font.tests[index]); });
+    if (!font.tables.empty()) {
+      sink_.Key("tablesNotTested");
+      sink_.BeginArray();
+      for (const std::string_view tag : TablesOf(font).notTested) sink_.Text(tag);
+      sink_.EndArray();
+    }
+    sink_.EndDictionary();
   }
 
   void WriteTest(TovaDictionaryRef tree, const TestRecord& test) {

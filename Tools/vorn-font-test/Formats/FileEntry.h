@@ -11,10 +11,10 @@ struct TreeChoices {
   bool times = true;  ///< the moments at which tests ran
 };
 
-/// {"path": ..., "report": ...}: the library's tree with what the judge said of each message ("rule", "state" of the
-/// rule, and "standing" where it does not count). Between them stand "problem" and "problemKind" for a file that was
-/// not tested, and "unopened" for one that no font could be opened of. Bytes of the path that are not UTF-8 become
-/// U+FFFD.
+/// {"path": ..., "report": ...}: the library's tree with "tablesNotTested" of each font and what the judge said of each
+/// message ("rule", "state" of the rule, and "standing" where it does not count). Between them stand "problem" and
+/// "problemKind" for a file that was not tested, and "unopened" for one that no font could be opened of. Bytes of the
+/// path that are not UTF-8 become U+FFFD.
 void WriteFileEntry(const FileReport& report, const TreeChoices& choices, TreeSink& sink);
 /// The report of such an entry, which must outlive it.
 FileReport ReadFileEntry(TovaDictionaryRef entry);

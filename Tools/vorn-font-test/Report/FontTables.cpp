@@ -14,10 +14,14 @@ namespace {
 constexpr std::string_view kBitmapTest = "veltrin.TrueType.sbit.structure";
 constexpr std::string_view kBitmapTables[] = {"bloc", "bdat", "EBLC", "EBDT"};
 
-bool Examines(const TestRecord& test, std::string_view tag) {
-  if (!test.ran) return false;
-  if (test.identifier == kBitmapTest) return std::ranges::find(kBitmapTables, tag) != std::end(kBitmapTables);
-  return !test.target.empty() && IsTargetTag(TagOfTarget(test.target), tag);
+/// "cmap" for "kVornFontTest_cmapTable": the tag as targets write it, blanks and slashes as underscores.
+std::string_view TagOfTarget(std::string_view target) {
+  constexpr std::string_view kPrefix = "kVornFontTest_";
+  constexpr std::string_view kSuffix = "Table";
+  if (!target.starts_with(kPrefix) || !target.ends_with(kSuffix)) return {};
+  target.remove_prefix(kPrefix.size());
+  target.remove_suffix(kSuffix.size());
+  return target;
 }
 
 bool AlphabeticalOrder(std::string_view one, std::string_view other) {
@@ -30,7 +34,8 @@ bool AlphabeticalOrder(std::string_view one, std::string_view other) {
 FontTables TablesOf(const FontRecord& font) {
   FontTables tables;
   for (const std::string_view tag : font.tables) {
-    const bool tested = std::ranges::any_of(font.tests, [&](const TestRecord& test) { return Examines(test, tag); });
+    const bool tested = std::ranges::any_of(
+        font.tests, [&](const TestRecord& test) { return test.ran && Examines(test.identifier, test.target, tag); });
     (tested ? tables.tested : tables.notTested).push_back(tag);
   }
   for (auto* tags : {&tables.tested, &tables.notTested}) {
@@ -40,21 +45,13 @@ FontTables TablesOf(const FontRecord& font) {
   return tables;
 }
 
-std::string_view TagOfTarget(std::string_view target) {
-  constexpr std::string_view kPrefix = "kVornFontTest_";
-  constexpr std::string_view kSuffix = "Table";
-  if (!target.starts_with(kPrefix) || !target.ends_with(kSuffix)) return target;
-  target.remove_prefix(kPrefix.size());
-  target.remove_suffix(kSuffix.size());
-  return target;
-}
-
-bool IsTargetTag(std::string_view targetTag, std::string_view tag) {
+bool Examines(std::string_view test, std::string_view target, std::string_view tag) {
+  if (test == kBitmapTest) return std::ranges::find(kBitmapTables, tag) != std::end(kBitmapTables);
   std::string written(tag);
   for (char& character : written) {
     if (character == ' ' || character == '/') character = '_';
   }
-  return written == targetTag || written.substr(0, written.find_last_not_of('_') + 1) == targetTag;
+  return !written.empty() && written == TagOfTarget(target);
 }
 
 }  // namespace tool

@@ -15,11 +15,7 @@ struct FontTables {
 
 FontTables TablesOf(const FontRecord& font);
 
-/// The tag that a target of tests stands for, "cmap" for "kVornFontTest_cmapTable", as targets write it: blanks and
-/// slashes as underscores. The target itself when it is none of a table.
-std::string_view TagOfTarget(std::string_view target);
-
-/// Whether this is the tag, blanks and slashes aside.
-bool IsTargetTag(std::string_view targetTag, std::string_view tag);
+/// Whether a test examines the tables with this tag, by its identifier and the constant of its target.
+bool Examines(std::string_view test, std::string_view target, std::string_view tag);
 
 }  // namespace tool

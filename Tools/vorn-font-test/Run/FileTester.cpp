@@ -43,6 +43,8 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   TovaDictionarySetValue(result.get(), kVornFontTestCreateReportTypeKey, ReportType(options.detail));
   TovaDictionarySetValue(result.get(), kVornFontTestSkipDuplicateFontTestOptionKey, Tova::Boolean(!options.duplicates));
   TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  const bool untranslated = options.language == kNoLanguage || options.reports.empty();
+  TovaDictionarySetValue(result.get(), kVornFontTestUntranslatedOptionKey, Tova::Boolean(untranslated));
   const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(MessageLimit(options)));
   TovaDictionarySetValue(result.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   return result;

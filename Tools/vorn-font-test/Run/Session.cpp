@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "Formats/Explanation.h"
@@ -185,6 +186,8 @@ int StatusOf(const Totals& totals) {
 }
 
 int Run(const Options& options, TestHook hook) {
+  // The libraries look at the environment when they look up the first text.
+  if (!options.language.empty() && options.language != kNoLanguage) setenv("LC_ALL", options.language.c_str(), 1);
   if (!options.answer.empty()) {
     Output output(std::nullopt);
     output.Write(options.answer);

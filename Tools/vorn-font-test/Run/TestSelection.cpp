@@ -6,6 +6,8 @@
 #include <map>
 #include <string_view>
 
+#include "Report/FontTables.h"
+
 namespace tool {
 namespace {
 
@@ -24,9 +26,7 @@ Tova::Array TypeConstants(const std::vector<std::string>& words) {
   const TestType types[] = {{"core", kVornFontTestCoreTest},
                             {"structure", kVornFontTestStructureTest},
                             {"consistency", kVornFontTestConsistencyTest},
-                            {"usability", kVornFontTestUsabilityTest},
-                            {"specification", kVornFontTestSpecificationTest},
-                            {"unexpected-value", kVornFontTestUnexpectedValueTest}};
+                            {"usability", kVornFontTestUsabilityTest}};
   auto constants = Tova::Adopt(TovaArrayCreateMutable());
   bool all = words.empty();
   for (const std::string& word : words) {
@@ -36,8 +36,7 @@ Tova::Array TypeConstants(const std::vector<std::string>& words) {
     } else if (word == "all") {
       all = true;
     } else {
-      throw UsageError("--type: '" + word +
-                       "' is none of core, structure, consistency, usability, specification, unexpected-value, all");
+      throw UsageError("--type: '" + word + "' is none of core, structure, consistency, usability, all");
     }
   }
   if (all) {
@@ -65,12 +64,14 @@ Tova::Array CopyTests(const std::vector<std::string>& types) {
   return tests;
 }
 
-bool Matches(const std::string& pattern, const std::string& identifier) {
-  return fnmatch(pattern.c_str(), identifier.c_str(), 0) == 0;
+/// Whether the pattern is a glob for the identifier, or the tag of a table that the test examines.
+bool Matches(const std::string& pattern, const Tests::value_type& test) {
+  const auto target = Tova::Text(Tova::AsString(TovaDictionaryGetValue(test.second, kVornFontTestTargetKey)));
+  return fnmatch(pattern.c_str(), test.first.c_str(), 0) == 0 || Examines(test.first, target, pattern);
 }
 
 bool MatchesAny(const std::string& pattern, const Tests& tests) {
-  return std::ranges::any_of(tests, [&](const auto& test) { return Matches(pattern, test.first); });
+  return std::ranges::any_of(tests, [&](const auto& test) { return Matches(pattern, test); });
 }
 
 }  // namespace
@@ -97,13 +98,13 @@ Tova::Array SelectTests(const Options& options) {
     remaining.erase(std::string(kDuplicateTest));
   }
   std::erase_if(remaining, [&](const auto& test) {
-    return std::ranges::any_of(options.excludes, [&](const auto& pattern) { return Matches(pattern, test.first); });
+    return std::ranges::any_of(options.excludes, [&](const auto& pattern) { return Matches(pattern, test); });
   });
 
   auto selected = Tova::Adopt(TovaArrayCreateMutable());
   for (const std::string& pattern : options.tests.empty() ? std::vector<std::string>{"*"} : options.tests) {
     std::erase_if(remaining, [&](const auto& test) {
-      if (!Matches(pattern, test.first)) return false;
+      if (!Matches(pattern, test)) return false;
       TovaArrayAppendValue(selected.get(), test.second);
       return true;
     });
