@@ -128,7 +128,8 @@ TEST_F(Workers, ReportsAreTheSameForEveryNumberOfThem) {
 }
 
 TEST_F(Workers, AFileThatCannotBeTestedHasNoFindings) {
-  for (const char* jobs : {"0", "1"}) {
+  for (const std::string jobs : {"0", "1"}) {
+    if (tool::kSanitized && jobs == "0") continue;  // the search for leaks takes handles, too
     const Outcome outcome = Run({"-j", jobs, "-f", "jsonl", Font("throws.ttf"), Font("nofiles.ttf")});
     EXPECT_EQ(outcome.status, 3);
     ASSERT_EQ(JsonLines(outcome).size(), 2u);
