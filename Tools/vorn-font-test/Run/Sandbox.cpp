@@ -240,7 +240,7 @@ void Confine(const Permissions& permissions) {
   Limit(RLIMIT_CORE, 0);
   Limit(RLIMIT_NOFILE, kOpenFiles);
   if (!kSanitized) {  // whose shadow memory no limit would hold, and whose reports are written to files
-    Limit(RLIMIT_FSIZE, 0);
+    if (!permissions.writeErrors) Limit(RLIMIT_FSIZE, 0);
     if (permissions.memory > 0) Limit(RLIMIT_DATA, permissions.memory);
   }
   GiveUpPowers();

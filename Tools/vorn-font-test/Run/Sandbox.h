@@ -37,6 +37,7 @@ class ReadablePlaces {
 struct Permissions {
   uint64_t memory = 0;           ///< bytes; 0: no limit
   bool askConduit = false;       ///< may connect to the conduit
+  bool writeErrors = false;      ///< may write to standard error, which may be a file
   const ReadablePlaces* places;  ///< of files
 };
 

@@ -1,5 +1,6 @@
 #include "Run/Session.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,8 +16,10 @@
 #include "Run/FileTester.h"
 #include "Run/FileWalk.h"
 #include "Run/Merge.h"
+#include "Run/OnlyFile.h"
 #include "Run/Progress.h"
 #include "Run/Reports.h"
+#include "Run/Sanitized.h"
 #include "Run/Signals.h"
 #include "Run/TestSelection.h"
 #include "Run/WorkerPool.h"
@@ -57,6 +60,13 @@ std::function<uint64_t()> CounterFor(const Options& options) {
   return [&options] { return CountFiles(options); };
 }
 
+/// Whether all that is wanted is the exit status over a single file, which may be tested by this process.
+bool IsOnlyFile(const Options& options) {
+  struct stat status;
+  return !kSanitized && options.jobs > 0 && options.reports.empty() && !options.filesFrom &&
+         options.paths.size() == 1 && stat(options.paths.front().c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 /// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
 class Session {
  public:
@@ -68,7 +78,8 @@ class Session {
         progress_(options.progress && !options.quiet, CounterFor(options)) {
     const bool askConduit = AskAboutDuplicates(tests.get());
     if (askConduit) conduit_.Ensure();
-    if (options.jobs > 0) StartPool(askConduit);
+    isWorker_ = !askConduit && IsOnlyFile(options);
+    if (options.jobs > 0 && !isWorker_) StartPool(askConduit);
   }
 
   void Test() {
@@ -106,12 +117,19 @@ class Session {
     pool_.emplace(settings, std::move(events), PlacesOf(options_.paths));
   }
 
+  void Confine(const std::string& path) const {
+    const ReadablePlaces places = PlacesOf({path});
+    BecomeWorker(path, {.memory = options_.memory << 20, .askConduit = false, .writeErrors = true, .places = &places},
+                 options_.timeout);
+  }
+
   void Found(const std::string& path) {
     ++found_;
     reports_.RefuseToReplace(path);
     if (pool_) return pool_->Add(path);
     ThrowIfInterrupted();
     ShowProgress(path);
+    if (isWorker_) Confine(path);
     FileOutcome outcome = TestHere(path);
     HandOn(path, outcome);
   }
@@ -161,6 +179,7 @@ class Session {
   uint64_t found_ = 0;  ///< files and other paths, and
   uint64_t done_ = 0;   ///< how many of them are in the reports
   bool isWalked_ = false;
+  bool isWorker_ = false;  ///< this process does by itself what a worker does
   std::optional<WorkerPool> pool_;
 };
 
@@ -217,10 +236,12 @@ int Run(const Options& options, TestHook hook) {
   return session.Status();
 }
 
+std::string ErrorLine(const std::string& text) { return "vorn-font-test: " + EscapeForTerminal(text) + "\n"; }
+
 void PrintError(const std::string& text) {
   Progress::Hide();
   std::string_view rest;
-  const std::string line = "vorn-font-test: " + EscapeForTerminal(text) + "\n";
+  const std::string line = ErrorLine(text);
   for (rest = line; !rest.empty();) {
     const ssize_t written = write(STDERR_FILENO, rest.data(), rest.size());
     if (written <= 0) return;
