@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cctype>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 namespace tool {
@@ -297,8 +296,6 @@ Options AnswerOnly(const std::string& text) {
 }
 
 }  // namespace
-
-size_t DefaultJobs() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 Options ParseCommandLine(int argc, const char* const* argv) {
   Options options;

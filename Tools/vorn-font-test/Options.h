@@ -29,9 +29,6 @@ struct ReportRequest {
   std::optional<std::string> file;  ///< none: standard output
 };
 
-/// As many jobs as this process may use cores.
-size_t DefaultJobs();
-
 /// What the command line asks for.
 struct Options {
   std::vector<std::string> paths;
@@ -54,15 +51,15 @@ struct Options {
   Profile profile = Profile::kDefault;
   std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
   bool listTests = false;
-  std::optional<std::string> explain;  ///< the rule, test or group of rules to be explained
+  std::optional<std::string> explain;    ///< the rule, test or group of rules to be explained
   bool merge = false;                    ///< the paths are parts of reports, to be made one
   std::optional<std::string> filesFrom;  ///< a list of further paths; "-": standard input
   bool nullSeparated = false;            ///< NULs end the paths in it, not line ends
 
-  size_t jobs = DefaultJobs();  ///< worker processes; 0: files are tested in this process
-  uint64_t timeout = 60;        ///< seconds that testing one file may take; 0: no limit
-  bool progress = true;         ///< show on a terminal how far the run is
-  uint64_t memory = 2048;       ///< megabytes that a worker may take; 0: no limit
+  std::optional<size_t> jobs;  ///< worker processes; 0: files are tested in this process; none: a worker for each core
+  uint64_t timeout = 60;       ///< seconds that testing one file may take; 0: no limit
+  bool progress = true;        ///< show on a terminal how far the run is
+  uint64_t memory = 2048;      ///< megabytes that a worker may take; 0: no limit
 
   std::string answer;  ///< when not empty, the text of --help or --version, which is all that was asked for
 };

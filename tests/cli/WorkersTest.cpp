@@ -79,6 +79,22 @@ TEST_F(Workers, AFileThatIsCutShortCostsThatFileOnly) {
 }
 #endif
 
+TEST_F(Workers, TheOnlyFileOfARunWithoutReportIsTestedAsSafelyHere) {
+  if (tool::kSanitized) GTEST_SKIP() << "a worker does it";
+  for (const auto& [name, text] : {std::pair("crash.ttf", "the process that tested it ended: Segmentation fault"),
+                                   {"abort.ttf", "the process that tested it ended: Aborted"},
+                                   {"hang.ttf", "took longer than 1 s (see --timeout)"},
+                                   {"hungry.ttf", "not enough memory (see --memory)"},
+                                   {"cut.ttf", "the file was cut short, or could not be read, while it was tested"}}) {
+    const Outcome outcome = Run({"-q", "--timeout", "1", "--memory", "256", Font(name)});
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.err, "vorn-font-test: " + folder_.File(name) + ": " + text + "\n");
+  }
+  if (tool::CanConfineToPlaces()) {
+    EXPECT_THAT(Run({"-q", Font("probe.ttf")}).err, HasSubstr("another: Permission denied; "));
+  }
+}
+
 TEST_F(Workers, CanDoNothingButReadFonts) {
   if (!tool::CanConfineToPlaces()) GTEST_SKIP() << "this system has no Landlock";
   const TemporaryFolder other;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "Formats/Explanation.h"
 #include "Formats/TestList.h"
@@ -60,11 +61,12 @@ std::function<uint64_t()> CounterFor(const Options& options) {
   return [&options] { return CountFiles(options); };
 }
 
-/// Whether all that is wanted is the exit status over a single file, which may be tested by this process.
+/// Whether all that is wanted is the exit status over a single file, which this process may test unless told how many
+/// others are to.
 bool IsOnlyFile(const Options& options) {
   struct stat status;
-  return !kSanitized && options.jobs > 0 && options.reports.empty() && !options.filesFrom &&
-         options.paths.size() == 1 && stat(options.paths.front().c_str(), &status) == 0 && S_ISREG(status.st_mode);
+  return !kSanitized && !options.jobs && options.reports.empty() && !options.filesFrom && options.paths.size() == 1 &&
+         stat(options.paths.front().c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 /// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
@@ -79,7 +81,7 @@ class Session {
     const bool askConduit = AskAboutDuplicates(tests.get());
     if (askConduit) conduit_.Ensure();
     isWorker_ = !askConduit && IsOnlyFile(options);
-    if (options.jobs > 0 && !isWorker_) StartPool(askConduit);
+    if (options.jobs != 0u && !isWorker_) StartPool(askConduit);
   }
 
   void Test() {
@@ -104,7 +106,7 @@ class Session {
 
  private:
   void StartPool(bool askConduit) {
-    const PoolSettings settings = {.workers = options_.jobs,
+    const PoolSettings settings = {.workers = options_.jobs.value_or(std::max(1u, std::thread::hardware_concurrency())),
                                    .reports = reports_.Count(),
                                    .timeout = std::chrono::seconds(options_.timeout),
                                    .memory = options_.memory << 20,
@@ -119,7 +121,12 @@ class Session {
 
   void Confine(const std::string& path) const {
     const ReadablePlaces places = PlacesOf({path});
-    BecomeWorker(path, {.memory = options_.memory << 20, .askConduit = false, .writeErrors = true, .places = &places},
+    BecomeWorker(path,
+                 {.memory = options_.memory << 20,
+                  .askConduit = false,
+                  .writeErrors = true,
+                  .filterCalls = false,
+                  .places = &places},
                  options_.timeout);
   }
 
