@@ -12,6 +12,7 @@
 #include <string>
 
 #include "TableAccess/TableClasses/FTFontTable_cmap.h"
+#include "TestRuns.h"
 #include "Tests/VornFontTesterStructure_cmap.h"
 #include "support/CmapBuilder.h"
 
@@ -50,8 +51,7 @@ void StructureTest(benchmark::State& state) {
   const Bytes bytes = FontBytes();
   const FTFont_sfnt font(nullptr, Tova::ByteView(bytes.data(), bytes.size()));
   const FTFontTable* cmap = font.GetTaggedTable(FTTag("cmap"));
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  for (auto _ : state) benchmark::DoNotOptimize(TestStructure_cmap(&font, nullptr, options.get()));
+  for (auto _ : state) benchmark::DoNotOptimize(Run<VornFontTesterStructure_cmap>(font));
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(cmap ? cmap->GetSize() : 0));
 }
 BENCHMARK(StructureTest);

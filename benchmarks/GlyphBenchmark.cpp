@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TestRuns.h"
 #include "Tests/VornFontTesterStructure_glyf.h"
 #include "support/GlyphBuilder.h"
 
@@ -32,15 +33,6 @@ test::Bytes BenchmarkFont() {
   return test::OutlineFont(glyphs).Build();
 }
 
-Tova::MutableDictionary AllSeverities() {
-  const auto severities = Tova::Adopt(TovaArrayCreateMutable());
-  TovaArrayAppendValue(severities.get(), kVornFontTestSeverityMinorError);
-  TovaArrayAppendValue(severities.get(), kVornFontTestSeverityMajorError);
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  TovaDictionarySetValue(options.get(), kVornFontTestSeverityKey, severities.get());
-  return options;
-}
-
 void Report(benchmark::State& state, const FTFont_sfnt& font) {
   state.SetItemsProcessed(state.iterations() * font.CountFontGlyphs());
   const FTFontTable* table = font.GetTaggedTable(FTFontTable_glyf::kTag);
@@ -53,10 +45,10 @@ void DecodeGlyphs(benchmark::State& state) {
   const Tova::ByteView view(bytes.data(), bytes.size());
   for (auto _ : state) {
     const FTFont_sfnt font(nullptr, view);
-    for (const FTTrueTypeGlyph* glyph : font.FindTable<FTFontTable_glyf>()->GetGlyphs()) {
-      glyph->ReadData();
-      if (const auto* simple = dynamic_cast<const FTSimpleTrueTypeGlyph*>(glyph))
-        benchmark::DoNotOptimize(simple->ComputeBoundingBox());
+    const auto& glyphs = *font.FindTable<FTFontTable_glyf>();
+    for (uint32_t i = 0; i < font.CountFontGlyphs(); ++i) {
+      const FTTrueTypeGlyph glyph = glyphs.GetGlyph(i);
+      if (glyph.IsSimpleGlyph()) benchmark::DoNotOptimize(FTSimpleTrueTypeGlyph(glyph).ComputeBoundingBox());
     }
   }
   Report(state, FTFont_sfnt(nullptr, view));
@@ -67,10 +59,9 @@ BENCHMARK(DecodeGlyphs)->Unit(benchmark::kMillisecond);
 void CheckGlyphs(benchmark::State& state) {
   const test::Bytes bytes = BenchmarkFont();
   const Tova::ByteView view(bytes.data(), bytes.size());
-  const Tova::MutableDictionary options = AllSeverities();
   for (auto _ : state) {
     const FTFont_sfnt font(nullptr, view);
-    benchmark::DoNotOptimize(TestStructure_glyf(&font, nullptr, options.get()));
+    benchmark::DoNotOptimize(Run<VornFontTesterStructure_glyf>(font));
   }
   Report(state, FTFont_sfnt(nullptr, view));
 }

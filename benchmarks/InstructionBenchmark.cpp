@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "TableAccess/FontClasses/FTFont_sfnt.h"
+#include "TestRuns.h"
 #include "Tests/InstructionStream.h"
 #include "Tests/VornFontTesterInstructions_prep.h"
 #include "support/FontBuilder.h"
@@ -20,11 +21,12 @@ test::Bytes TypicalProgram() {
 
 void WalkInstructions(benchmark::State& state) {
   const test::Bytes program = TypicalProgram();
-  const FTFont_sfnt font;
-  const auto options = Tova::Adopt(TovaDictionaryCreateMutable());
-  const VornFontTesterInstructions_prep tester(&font, nullptr, options.get());
+  const TestOptions options = AllSeverities();
   const Tova::ByteView bytes(program.data(), program.size());
   for (auto _ : state) {
+    FindingSink sink;
+    const FTFont_sfnt font;  // anew, since its work is bounded
+    const VornFontTesterInstructions_prep tester(&font, sink, &options);
     if (!CheckTrueTypeInstructionStream(&tester, bytes, bytes.Size(), nullptr, nullptr)) state.SkipWithError("failed");
   }
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(program.size()));

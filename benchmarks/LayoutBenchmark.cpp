@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include "TestRuns.h"
 #include "Tests/VornFontTesterStructure_morx.h"
 #include "support/FontBuilder.h"
 #include "support/LayoutBuilder.h"
@@ -30,12 +31,9 @@ void ExamineMorx(benchmark::State& state) {
   const TableBuilder morx = ChainTable(StateTableWidth::kExtended, subtables);
   const Bytes bytes = FontBuilder().Table("maxp", MaxpTable(200)).Table("morx", morx).Build();
   const FTFont_sfnt font(nullptr, Tova::ByteView(bytes.data(), bytes.size()));
-  TestOptions options;
-  for (const Severity severity : kSeverities) options.severities.Add(severity);
   for (auto _ : state) {
-    FindingSink sink;
-    if (!TestStructure_morx(&font, sink, &options)) state.SkipWithError("does not apply");
-    if (sink.Severities().Has(Severity::kFatalError)) state.SkipWithError("the table is broken");
+    const SeveritySet found = Run<VornFontTesterStructure_morx>(font);
+    if (found.Has(Severity::kFatalError)) state.SkipWithError("the table is broken");
   }
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(morx.Size()));
 }

@@ -93,6 +93,7 @@ std::vector<Seed> Tables() {
                                        std::pair{6, LookupFormat6({{1, 2}})}, std::pair{8, LookupFormat8(1, {2, 0})}}) {
     add("morx", "morx-lookup-" + std::to_string(format), "one substitution by a lookup of this format",
         ChainTable(StateTableWidth::kExtended, {{4, lookup}}));
+    add("prop", "lookup-" + std::to_string(format), "a lookup of this format alone, for the accessors", lookup);
   }
   return seeds;
 }
@@ -184,10 +185,10 @@ std::vector<std::pair<std::string, Bytes>> Files() {
       "# Seeds of the fuzz targets\n\n`fuzz/MakeSeeds.cpp` makes them and this list; the build's target "
       "`fuzz-seeds` writes them anew.\n";
   for (const auto& [target, seeds] : Targets()) {
-    list += "\n## " + target + "\n\n";
+    list.append("\n## ").append(target).append("\n\n");
     for (const auto& [name, what, bytes] : seeds) {
-      files.emplace_back(target + "/" + name, bytes);
-      list += "- `" + name + "`: " + what + "\n";
+      files.emplace_back(std::string(target).append("/").append(name), bytes);
+      list.append("- `").append(name).append("`: ").append(what).append("\n");
     }
   }
   files.emplace_back("README.md", Of(list));

@@ -70,7 +70,7 @@ class Mutator {
 
 }  // namespace
 
-int main(int count, char** arguments) {
+int main(int count, char** arguments) {  // NOLINT(bugprone-exception-escape): what escapes is a failure
   const auto number = [&](int i, size_t otherwise) {
     return i < count ? std::strtoul(arguments[i], nullptr, 10) : otherwise;
   };

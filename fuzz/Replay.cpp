@@ -16,6 +16,12 @@
 
 #include "fuzz/Target.h"
 
+// What both ask for, by these names.
+#ifdef VORN_SANITIZED
+extern "C" const char* __asan_default_options() { return "abort_on_error=1"; }   // NOLINT
+extern "C" const char* __ubsan_default_options() { return "abort_on_error=1"; }  // NOLINT
+#endif
+
 namespace {
 
 using fuzz::Bytes;
@@ -52,30 +58,18 @@ long Memory(const std::string& name) {
 
 std::string gInput;  // the one at hand
 
-void NameInput() { std::fprintf(stderr, "It was input %s\n", gInput.c_str()); }
-
 [[noreturn]] void NameInputAndEnd(int signal) {
-  NameInput();
+  std::fprintf(stderr, "It was input %s\n", gInput.c_str());
   std::signal(signal, SIG_DFL);
   std::raise(signal);
   std::_Exit(1);
 }
 
-}  // namespace
-
-#ifdef VORN_SANITIZED
-extern "C" void __sanitizer_set_death_callback(void (*callback)(void));  // NOLINT: the sanitizers name it so
-#endif
-
-namespace {
-
 /// Has the input at hand named when it ends the program.
 void NameInputAtDeath() {
-#ifdef VORN_SANITIZED
-  __sanitizer_set_death_callback(NameInput);
   std::signal(SIGABRT, NameInputAndEnd);
-#else
-  for (const int signal : {SIGABRT, SIGSEGV, SIGBUS, SIGFPE, SIGILL}) std::signal(signal, NameInputAndEnd);
+#ifndef VORN_SANITIZED  // sanitizers take these themselves, and then abort
+  for (const int signal : {SIGSEGV, SIGBUS, SIGFPE, SIGILL}) std::signal(signal, NameInputAndEnd);
 #endif
 }
 

@@ -36,11 +36,11 @@ TovaArrayRef GetFullTestList() {
 
 /// The description as callers get it: with its name and its text in the user's language.
 Tova::Dictionary DescriptionForCallers(TovaDictionaryRef iDescription, TovaStringRef iIdentifier) {
-  const auto tCopy = Tova::Adopt(TovaDictionaryCreateMutableCopy(iDescription));
+  auto tCopy = Tova::Adopt(TovaDictionaryCreateMutableCopy(iDescription));
   TovaDictionarySetValue(tCopy.get(), kVornFontTestDescriptionKey,
                          LocalizedText(iIdentifier, "TestDescriptions").get());
   TovaDictionarySetValue(tCopy.get(), kVornFontTestNameKey, LocalizedText(iIdentifier, "TestNames").get());
-  return Tova::Adopt(TovaDictionaryCreateCopy(tCopy.get()));
+  return tCopy;
 }
 
 /// Appends the descriptions of one type whose identifiers are not in ioTaken yet.

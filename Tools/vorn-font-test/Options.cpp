@@ -6,7 +6,6 @@
 #include <iterator>
 #include <set>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include "Report/Configuration.h"
@@ -150,6 +149,14 @@ void AddReportOptions(CLI::App& app, Options& options, std::vector<std::string>&
       ->option_text("[FORMAT:]FILE")
       ->group(group);
   app.add_flag("--all-messages", options.allMessages, "Show every message of a rule that many glyphs break, too.")
+      ->group(group);
+  app.add_flag("--limit-to-shown", options.limitToShown,
+               "Leave messages that are not shown, and those that do not\n"
+               "count, out of json, jsonl and plist, too.")
+      ->group(group);
+  app.add_flag("!--no-times", options.times,
+               "Leave the time out of json, jsonl and plist: two runs over\n"
+               "the same fonts make the same report.")
       ->group(group);
   app.add_option("--max-messages", options.maxMessages,
                  "Keep so many messages of one test over one font; further\n"
@@ -381,8 +388,6 @@ Options WithConfiguration(const Parsed& parsed, const std::vector<std::string>& 
 }
 
 }  // namespace
-
-size_t DefaultJobs() { return std::max(1u, std::thread::hardware_concurrency()); }
 
 Options ParseCommandLine(int argc, const char* const* argv) {
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);

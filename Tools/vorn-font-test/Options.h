@@ -30,9 +30,6 @@ struct ReportRequest {
   std::optional<std::string> file;  ///< none: standard output
 };
 
-/// As many jobs as this process may use cores.
-size_t DefaultJobs();
-
 struct Configuration;
 
 /// What the command line and the configuration ask for.
@@ -50,6 +47,8 @@ struct Options {
   Severity show = Severity::kMinor;
   bool allMessages = false;
   uint64_t maxMessages = 10'000;  ///< kept of one test over one font; 0: all
+  bool times = true;              ///< tree reports tell when tests ran
+  bool limitToShown = false;      ///< tree reports hold only messages that count, from show on
   std::string language;           ///< of messages: "de_AT", "none" for no translation; empty: the environment's
   ColorMode color = ColorMode::kAuto;
   bool quiet = false;
@@ -66,10 +65,10 @@ struct Options {
   std::optional<std::string> filesFrom;  ///< a list of further paths; "-": standard input
   bool nullSeparated = false;            ///< NULs end the paths in it, not line ends
 
-  size_t jobs = DefaultJobs();  ///< worker processes; 0: files are tested in this process
-  uint64_t timeout = 60;        ///< seconds that testing one file may take; 0: no limit
-  bool progress = true;         ///< show on a terminal how far the run is
-  uint64_t memory = 2048;       ///< megabytes that a worker may take; 0: no limit
+  std::optional<size_t> jobs;  ///< worker processes; 0: files are tested in this process; none: a worker for each core
+  uint64_t timeout = 60;       ///< seconds that testing one file may take; 0: no limit
+  bool progress = true;        ///< show on a terminal how far the run is
+  uint64_t memory = 2048;      ///< megabytes that a worker may take; 0: no limit
 
   std::string answer;  ///< when not empty, the text of --help or --version, which is all that was asked for
 };

@@ -223,6 +223,11 @@ TEST_F(CommandLine, WritesValidJsonAndPropertyLists) {
   const json files = json::parse(outcome.out)["files"];
   ASSERT_EQ(files.size(), 2u);
   EXPECT_THAT(files[0]["path"].get<std::string>(), EndsWith("odd\n\xEF\xBF\xBD.ttf"));
+  EXPECT_THAT(files[0]["pathBytes"].get<std::string>(), EndsWith("/odd%0A%FF.ttf"));
+  const std::string part = folder_.File("part.jsonl");
+  RunProgram({"-q", "-f", "jsonl", "-o", part, odd, NoFont()});
+  EXPECT_EQ(RunProgram({"--merge", "-f", "json", "--no-times", part}).out,
+            RunProgram({"-f", "json", "--no-times", odd, NoFont()}).out);
   const json& font = files[0]["report"]["kVornFontTestFontsTestedKey"][0];
   EXPECT_EQ(font["kVornFontTestFontPostScriptNameKey"], "Good-Regular");
   EXPECT_THAT(font["kVornFontTestArrayKey"][0]["kVornFontTestTimeStampKey"].get<std::string>(),

@@ -54,6 +54,30 @@ class Formats : public testing::Test {
   std::vector<std::string> paths_;
 };
 
+TEST_F(Formats, JsonIsValidAndTellsOfTheRun) {
+  const std::string validate = PYTHON
+      " -c 'import json, jsonschema, sys; schema, log = (json.load(open(f)) for f in sys.argv[1:]); "
+      "jsonschema.Draft7Validator(schema).validate(log)' " SCHEMAS_FOLDER "/../report.schema.json";
+  folder_.Write("rules.toml", TableBuilder().Text("[rules]\n\"glyf/*\" = \"fatal\"\n[[ignore]]\nfont = \"*\"\n"
+                                                  "rule = \"glyf/glyph-blank\"\nreason = \"so\"\n"));
+  const std::vector<std::vector<std::string>> ways = {
+      {}, {"-r", "summary"}, {"-r", "results"}, {"--config", folder_.File("rules.toml"), "--no-times", "-t", "glyf"}};
+  for (const auto& way : ways) EXPECT_TRUE(IsValid(validate, Print("json", way, true))) << PrintToString(way);
+
+  const std::string text = Print("json", ways.back(), true);
+  EXPECT_EQ(text, Print("json", ways.back(), true)) << "nothing differs without times";
+  const json report = json::parse(text);
+  EXPECT_EQ(report["exit"], json({{"code", 2}, {"reason", "a path could not be read"}}));
+  EXPECT_EQ(report["ignores"][0]["findings"], report["totals"]["ignored"]);
+  EXPECT_EQ(report["totals"]["failing"], 2);
+  const json limited = json::parse(Print("json", {"-s", "minor", "--limit-to-shown"}));
+  EXPECT_EQ(limited["options"]["limitToShown"], true);
+  const json& messages = limited["files"][1]["report"]["kVornFontTestFontsTestedKey"][0]["kVornFontTestArrayKey"][0]
+                                ["kVornFontTestMessagesKey"];
+  ASSERT_EQ(messages.size(), 1u);
+  EXPECT_EQ(messages[0]["rule"], "glyf/maxp-contours-differ");
+}
+
 TEST_F(Formats, SarifIsValidAndNamesRulesAndPlaces) {
   const std::string validate = PYTHON
       " -c 'import json, jsonschema, sys; schema, log = (json.load(open(f)) for f in sys.argv[1:]); "

@@ -49,8 +49,8 @@ def make_hosts(folder):
         call("ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", folder / key)
     (folder / "sshd").write_text(
         f"HostKey {folder}/host\nAuthorizedKeysFile {folder}/user.pub\nStrictModes no\nUsePAM no\n"
-        # Elsewhere than home, shells find no start-up files of the user's, which a host that dies would leave half done.
-        f"PermitRootLogin prohibit-password\nPidFile none\nMaxStartups 100\nSetEnv HOME={folder}\n")
+        "PermitRootLogin prohibit-password\nPidFile none\nMaxStartups 100\n"
+        f"SetEnv HOME={folder}\n")  # where no profile does anything
     config = [f"IdentityFile {folder}/user", "StrictHostKeyChecking no", "UserKnownHostsFile /dev/null",
               "LogLevel ERROR"]
     call("ip", "link", "add", "bridge", "type", "bridge")
@@ -119,8 +119,11 @@ def main(program, slow_program, sample, document):
             return [int(pid) for pid in call("ip", "netns", "pids", host).split()]
 
         def is_testing(host):
-            return any(pathlib.Path(f"/proc/{pid}/comm").read_text().startswith("vorn-font") for pid in pids(host)
-                       if os.path.exists(f"/proc/{pid}/comm"))
+            for pid in pids(host):
+                with contextlib.suppress(OSError):
+                    if pathlib.Path(f"/proc/{pid}/comm").read_text().startswith("vorn-font"):
+                        return True
+            return False
 
         def jobs_done():
             log = folder / "jobs.log"
@@ -130,9 +133,10 @@ def main(program, slow_program, sample, document):
         run = subprocess.Popen(["sh", "-ec", "exec " + spread.strip()], cwd=folder, env=environment,
                                start_new_session=True)
         wait_until(lambda: is_testing("two"), run)
-        for pid in pids("two"):
-            with contextlib.suppress(ProcessLookupError):
-                os.kill(pid, signal.SIGKILL)
+        while running := pids("two"):
+            for pid in running:
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(pid, signal.SIGKILL)
         wait_until(lambda: jobs_done() >= LISTS // 2, run)
         os.killpg(run.pid, signal.SIGKILL)
         run.wait()
@@ -143,11 +147,14 @@ def main(program, slow_program, sample, document):
         merged = subprocess.run(["sh", "-ec", merge.replace("json -o report.json", "jsonl -o report.json")], cwd=folder,
                                 env=dict(environment, PATH=f"{pathlib.Path(program).parent}:{os.environ['PATH']}"),
                                 capture_output=True, text=True, check=False)
-        alone = subprocess.run([program, "-f", "jsonl", "--files-from", folder / "fonts.list"], capture_output=True,
+        alone = subprocess.run([slow_program, "-f", "jsonl", "--files-from", folder / "fonts.list"], capture_output=True,
                                text=True, check=False)
         assert merged.returncode == alone.returncode == 2, (merged.returncode, alone.returncode)
         assert merged.stderr == alone.stderr, merged.stderr
-        assert lines((folder / "report.json").read_text()) == lines(alone.stdout), "not the reports of one run"
+        here, there = lines((folder / "report.json").read_text()), lines(alone.stdout)
+        different = [path for path in here.keys() | there.keys() if here.get(path) != there.get(path)]
+        assert not different, f"{len(different)} reports are not those of one run, such as\n" + "\n".join(
+            str(reports.get(different[0])) for reports in (here, there))
         log = (folder / "jobs.log").read_text()
         print(f"{len(fonts)} files, {done} of {LISTS} jobs before the end, then all; hosts of the log:",
               sorted({row.split("\t")[1] for row in log.splitlines()[1:]}))

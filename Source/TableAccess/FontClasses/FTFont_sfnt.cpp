@@ -34,6 +34,8 @@ int CompareSigned(uint32_t iFirst, uint32_t iSecond) {
 
 }  // namespace
 
+FTFont_sfnt::FTFont_sfnt() = default;
+
 FTFont_sfnt::FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes)
     : FTFont(iOwner, iBytes), _fScaler(Bytes().U32(0)) {}
 

@@ -35,7 +35,7 @@ class FTFont_sfnt : public FTFont, public FTTableOwner {
   static constexpr uint32_t kNone = 0xFFFF;
   using Tables = std::vector<std::unique_ptr<const FTFontTable>>;
 
-  FTFont_sfnt() = default;
+  FTFont_sfnt();
   FTFont_sfnt(const FTFontOwner* iOwner, Tova::ByteView iBytes);
   FTFont_sfnt(const FTFontOwner* iOwner, const Tova::Data& iData);
   FTFont_sfnt(const FTFontOwner* iOwner, std::shared_ptr<const Tova::File> iFile, uint64_t iDirectoryOffset = 0);

@@ -5,6 +5,7 @@
 #include <Tova/Tova.hpp>
 #include <functional>
 
+#include "Report/EscapedText.h"
 #include "Report/FontTables.h"
 #include "Report/Rules.h"
 
@@ -20,6 +21,7 @@ class EntryWriter {
     sink_.BeginDictionary();
     sink_.Key("path");
     sink_.Text(report_.path);
+    if (!IsUtf8(report_.path)) WriteText("pathBytes", PercentEncoded(report_.path));
     if (report_.problem) {
       WriteText("problem", report_.problem.text);
       WriteText("problemKind", Word(report_.problem.kind));
@@ -54,6 +56,8 @@ class EntryWriter {
   }
 
   void WriteMessage(TovaDictionaryRef message, const Judgement& judgement) {
+    const bool counts = judgement.standing == Standing::kCounts;
+    if (choices_.limit && (!counts || judgement.severity < *choices_.limit)) return;
     sink_.BeginDictionary();
     WriteEntries(message, nullptr, {});
     if (judgement.rule) {
@@ -106,6 +110,9 @@ class EntryWriter {
 
 }  // namespace
 
+TreeChoices::TreeChoices(const Options& options)
+    : times(options.times), limit(options.limitToShown ? std::optional(options.show) : std::nullopt) {}
+
 void WriteFileEntry(const FileReport& report, const TreeChoices& choices, TreeSink& sink) {
   EntryWriter(report, choices, sink).Write();
 }
@@ -115,7 +122,8 @@ FileReport ReadFileEntry(TovaDictionaryRef entry) {
     return TovaDictionaryGetValue(entry, Tova::MakeString(key).get());
   };
   const auto text = [&value](std::string_view key) { return std::string(Tova::Text(Tova::AsString(value(key)))); };
-  FileReport report = ReadReport(text("path"), Tova::AsDictionary(value("report")));
+  FileReport report = ReadReport(value("pathBytes") ? PercentDecoded(text("pathBytes")) : text("path"),
+                                 Tova::AsDictionary(value("report")));
   report.unopened = text("unopened");
   if (value("problem")) report.problem = {ProblemKindFromWord(text("problemKind")), text("problem")};
   return report;

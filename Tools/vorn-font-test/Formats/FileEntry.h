@@ -8,7 +8,10 @@ namespace tool {
 
 /// What the tree of a report holds beside and instead of what the library put there.
 struct TreeChoices {
-  bool times = true;  ///< the moments at which tests ran
+  explicit TreeChoices(const Options& options);
+
+  bool times;                     ///< the moments at which tests ran
+  std::optional<Severity> limit;  ///< messages that do not count, or are milder, are left out; none: all are there
 };
 
 /// {"path": ..., "report": ...}: the library's tree with "tablesNotTested" of each font and what the judge said of each

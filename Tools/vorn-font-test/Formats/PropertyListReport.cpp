@@ -5,8 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "Formats/FileEntry.h"
-
 namespace tool {
 namespace {
 
@@ -81,7 +79,7 @@ std::string PropertyListReport::Head(const Totals&) const {
 
 void PropertyListReport::WriteFile(const FileReport& report, const TextSink& sink) const {
   TreeBuilder tree;
-  WriteFileEntry(report, {}, tree);
+  WriteFileEntry(report, choices_, tree);
   Write(Tova::Adopt(TovaPropertyListCreateXMLElement(tree.Take().get(), kFileDepth)), sink);
 }
 

@@ -16,11 +16,11 @@ std::unique_ptr<ReportFormat> MakeReportFormat(Format format, const Options& opt
     case Format::kHtml:
       return std::make_unique<HtmlReport>(options);
     case Format::kJson:
-      return std::make_unique<JsonReport>();
+      return std::make_unique<JsonReport>(options);
     case Format::kJsonLines:
-      return std::make_unique<JsonLinesReport>();
+      return std::make_unique<JsonLinesReport>(options);
     case Format::kPropertyList:
-      return std::make_unique<PropertyListReport>();
+      return std::make_unique<PropertyListReport>(options);
     case Format::kSarif:
       return std::make_unique<SarifReport>(options);
     case Format::kJUnit:

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "Formats/JsonStream.h"
+#include "Report/Fingerprint.h"
 
 namespace tool {
 namespace {
@@ -20,42 +21,8 @@ std::string_view Level(Severity severity) {
   return "note";
 }
 
-/// The path as a URI reference: bytes other than unreserved characters and slashes (RFC 3986, 2.3) are percent-encoded,
-/// whatever their encoding. One from the root gets the scheme.
-std::string Uri(std::string_view path) {
-  constexpr std::string_view kUnreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string uri = path.starts_with('/') ? "file://" : "";
-  for (const char c : path) {
-    const auto byte = static_cast<uint8_t>(c);
-    if (kUnreserved.find(c) != std::string_view::npos) {
-      uri += c;
-    } else {
-      uri.append({'%', kDigits[byte >> 4], kDigits[byte & 15]});
-    }
-  }
-  return uri;
-}
-
-/// The 64-bit hash of Fowler, Noll and Vo (FNV-1a) over some texts, which stays the same from run to run.
-class Fingerprint {
- public:
-  Fingerprint& Add(std::string_view text) {
-    for (const char c : text) Mix(static_cast<uint8_t>(c));
-    Mix(0);
-    return *this;
-  }
-  std::string Text() const {
-    std::array<char, 24> digits;
-    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash_));
-    return digits.data();
-  }
-
- private:
-  void Mix(uint8_t byte) { hash_ = (hash_ ^ byte) * 0x100000001B3u; }
-
-  uint64_t hash_ = 0xCBF29CE484222325u;
-};
+/// The path as a URI reference; one from the root gets the scheme.
+std::string Uri(std::string_view path) { return (path.starts_with('/') ? "file://" : "") + PercentEncoded(path); }
 
 /// Writes the findings of a file.
 class Results {

@@ -9,6 +9,8 @@
 #include <nlohmann/json.hpp>
 
 #include "Options.h"
+#include "Report/EscapedText.h"
+#include "Report/Fingerprint.h"
 #include "Report/Rules.h"
 
 namespace tool {
@@ -16,47 +18,17 @@ namespace {
 
 using nlohmann::json;
 
-/// A hash of values one after the other (FNV-1a of 64 bits).
-class Hash {
- public:
-  void Add(std::string_view text) {
-    for (const char character : text) AddByte(static_cast<uint8_t>(character));
-    Add(uint64_t{text.size()});
-  }
-  void Add(uint64_t number) {
-    for (int shift = 0; shift < 64; shift += 8) AddByte(static_cast<uint8_t>(number >> shift));
-  }
-  uint64_t Value() const { return value_; }
-
- private:
-  void AddByte(uint8_t byte) { value_ = (value_ ^ byte) * 0x100000001B3; }
-
-  uint64_t value_ = 0xCBF29CE484222325;
-};
-
-uint64_t HashOfTexts(std::string_view one, std::string_view other) {
-  Hash hash;
-  hash.Add(one);
-  hash.Add(other);
-  return hash.Value();
-}
+uint64_t HashOfTexts(std::string_view one, std::string_view other) { return Fingerprint().Add(one).Add(other).Value(); }
 
 uint64_t Together(uint64_t font, std::string_view test, uint64_t message) {
-  Hash hash;
-  hash.Add(font);
-  hash.Add(test);
-  hash.Add(message);
-  return hash.Value();
+  return Fingerprint().Add(font).Add(test).Add(message).Value();
 }
 
 /// What a message is within its test. Arguments have been put into a hash.
-uint64_t HashOfMessage(std::string_view ruleOrText, std::string_view part, int64_t glyph, const Hash& arguments) {
-  Hash hash;
-  hash.Add(ruleOrText);
-  hash.Add(part);
-  hash.Add(static_cast<uint64_t>(glyph));
-  hash.Add(arguments.Value());
-  return hash.Value();
+uint64_t HashOfMessage(std::string_view ruleOrText, std::string_view part, int64_t glyph,
+                       const Fingerprint& arguments) {
+  const auto number = static_cast<uint64_t>(glyph);
+  return Fingerprint().Add(ruleOrText).Add(part).Add(number).Add(arguments.Value()).Value();
 }
 
 std::string_view TextAt(TovaDictionaryRef dictionary, TovaStringRef key) {
@@ -93,6 +65,8 @@ class Baseline::Reader {
         stream.seekg(0);
         const json head = json::parse(stream, Callback(kDepthOfFileInDocument));
         if (!head.is_object() || !head.contains("files")) Fail("it is no report of this program");
+        if (head.contains("options") && head["options"].contains("limitToShown"))
+          Fail("it was made with --limit-to-shown");
       }
     } catch (const json::exception&) {
       Fail("it is no report of this program, or it was cut short");
@@ -137,7 +111,7 @@ class Baseline::Reader {
   static uint64_t HashOfValue(const json& message) {
     const std::string_view format = TextIn(message, kVornFontTestMessageFormatKey);
     std::string_view name = TextIn(message, "rule");
-    Hash arguments;
+    Fingerprint arguments;
     for (const json& argument : ArrayIn(message, kVornFontTestMessageArgumentsKey)) {
       if (argument.is_string()) arguments.Add(argument.get_ref<const std::string&>());
       if (argument.is_number_integer()) arguments.Add(static_cast<uint64_t>(argument.get<int64_t>()));
@@ -163,7 +137,8 @@ class Baseline::Reader {
       findings.push_back({.hash = HashOfUnopened(), .test = NumberOf({})});
     }
     for (const json& font : fonts) AddFont(font, findings);
-    const std::string path(TextIn(file, "path"));
+    const std::string_view bytes = TextIn(file, "pathBytes");
+    const std::string path = bytes.empty() ? std::string(TextIn(file, "path")) : PercentDecoded(bytes);
     auto& kept = baseline_.files_[path];
     if (kept.empty()) baseline_.paths_[FileName(path)].push_back(path);
     kept = std::move(findings);
@@ -206,7 +181,7 @@ const Baseline::Findings* Baseline::FindingsOf(const std::string& path) const {
 uint64_t Baseline::HashOf(const FontRecord& font, const TestRecord& test, size_t index) {
   const TovaDictionaryRef message = test.messages.TreeAt(index);
   const Rule* rule = test.messages.JudgementAt(index).rule;
-  Hash arguments;
+  Fingerprint arguments;
   const TovaArrayRef values = Tova::AsArray(TovaDictionaryGetValue(message, kVornFontTestMessageArgumentsKey));
   for (TovaIndex i = 0; i < TovaArrayGetCount(values); ++i) {
     const TovaTypeRef value = TovaArrayGetValueAtIndex(values, i);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 
 namespace tool {
@@ -90,6 +91,31 @@ std::string EscapeForMarkup(std::string_view text, std::string_view special) {
     }
   }
   return result;
+}
+
+std::string PercentEncoded(std::string_view bytes) {
+  constexpr std::string_view kUnreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+  std::string text;
+  for (const char c : bytes) {
+    if (kUnreserved.find(c) != std::string_view::npos) {
+      text += c;
+    } else {
+      AppendEscape(text, "%%%02X", static_cast<uint8_t>(c));
+    }
+  }
+  return text;
+}
+
+std::string PercentDecoded(std::string_view text) {
+  std::string bytes;
+  while (!text.empty()) {
+    uint8_t byte = 0;
+    const bool isCode = text.size() >= 3 && text[0] == '%' &&
+                        std::from_chars(text.data() + 1, text.data() + 3, byte, 16).ptr == text.data() + 3;
+    bytes += isCode ? static_cast<char>(byte) : text[0];
+    text.remove_prefix(isCode ? 3 : 1);
+  }
+  return bytes;
 }
 
 void WriteJsonString(std::string_view text, const TextSink& sink) {

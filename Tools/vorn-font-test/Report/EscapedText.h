@@ -27,6 +27,11 @@ std::string EscapeForTerminal(std::string_view text);
 /// characters of markup and for those of special.
 std::string EscapeForMarkup(std::string_view text, std::string_view special = {});
 
+/// The bytes of a path with those other than unreserved characters and slashes (RFC 3986, 2.3) percent-encoded, and
+/// back.
+std::string PercentEncoded(std::string_view bytes);
+std::string PercentDecoded(std::string_view text);
+
 /// Takes a text piece by piece.
 using TextSink = std::function<void(std::string_view)>;
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "Report/EscapedText.h"
+
 namespace tool {
 namespace {
 
@@ -50,6 +52,7 @@ class Surveyor : public Follower {
   }
   bool string(std::string& text) override {
     if (Depth() == 1 && key_ == "path") survey.path = text;
+    if (Depth() == 1 && key_ == "pathBytes") survey.path = PercentDecoded(text);
     return true;
   }
 

@@ -30,6 +30,13 @@ struct Problem {
 /// The problem of a path that the system refuses with an errno: its own when it is short of something.
 Problem ProblemOfError(int error);
 
+/// The problem of a file over which the process that tested it ended by a signal.
+Problem ProblemOfSignal(int signal);
+/// That of a file that took longer than so many seconds.
+Problem ProblemOfTimeout(uint64_t seconds);
+/// That of a file that took more memory than it may.
+Problem ProblemOfMemory();
+
 /// The word for a kind in reports.
 std::string_view Word(ProblemKind kind);
 /// The kind of a word; a word that is not known counts as a failure of the run.

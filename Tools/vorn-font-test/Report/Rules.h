@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +28,8 @@ struct Rule {
   std::string_view fix;       ///< how to mend it, a clause
   std::string_view document;  ///< the public document with section
 
+  /// Its place in the documents that come with the tool: "docs/rules.md#glyfbox-differs".
+  std::string Link() const;
   /// "glyf".
   std::string_view Group() const { return name.substr(0, name.find('/')); }
 };

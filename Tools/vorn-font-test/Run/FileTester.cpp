@@ -27,8 +27,8 @@ TovaStringRef ReportType(Detail detail) {
 }
 
 /// How many messages of a test are kept. Where nobody reads them, one: with none at all, a test would stop at its first
-/// finding, and might miss a graver one that decides the exit status. Compared with a baseline, what a report leaves out
-/// has to be what it left out then.
+/// finding, and might miss a graver one that decides the exit status. Compared with a baseline, what a report leaves
+/// out has to be what it left out then.
 int64_t MessageLimit(const Options& options) {
   return options.reports.empty() && !options.baseline ? 1 : static_cast<int64_t>(options.maxMessages);
 }

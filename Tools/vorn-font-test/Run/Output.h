@@ -38,10 +38,10 @@ class Output {
   /// Flushes and closes. Standard output stays open.
   void Close();
   bool IsTerminal() const;
-  /// The columns of a terminal; none for another output, or a terminal that does not tell.
-  std::optional<size_t> Columns() const;
   /// For a program that ends where it stands: removes what all reports have written beside their files.
   static void RemoveTemporaries();
+  /// The columns of a terminal; none for another output, or a terminal that does not tell.
+  std::optional<size_t> Columns() const;
   /// Whether closing replaces that file.
   bool Replaces(const std::string& path) const;
 

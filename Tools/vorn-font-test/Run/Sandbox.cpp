@@ -83,12 +83,20 @@ void AllowReading(int ruleset, const std::string& place) {
   close(rule.parent_fd);
 }
 
-void ConfineTo(const ReadablePlaces& places) {
+/// What a set of rules takes away, as the newest version of the interface has it; older ones have less of it.
+struct Ruleset {
+  uint64_t files;
+  uint64_t network;  ///< from version 4 on: serving a TCP port, and connecting to one
+  uint64_t scopes;   ///< from version 6 on: abstract local sockets of others, and signals to them
+};
+
+void ConfineTo(const ReadablePlaces& places, bool askConduit) {
   const long version = LandlockVersion();
   if (version < 1) return;
-  landlock_ruleset_attr attributes = {};
-  attributes.handled_access_fs = RightsOf(version);
-  const long ruleset = syscall(SYS_landlock_create_ruleset, &attributes, sizeof(attributes), 0u);
+  const Ruleset attributes = {
+      .files = RightsOf(version), .network = askConduit ? 0u : 3u, .scopes = askConduit ? 0u : 3u};
+  const size_t size = version >= 6 ? sizeof(attributes) : version >= 4 ? 2 * sizeof(uint64_t) : sizeof(uint64_t);
+  const long ruleset = syscall(SYS_landlock_create_ruleset, &attributes, size, 0u);
   if (ruleset < 0) return;
   for (const std::string& place : places.Places()) AllowReading(static_cast<int>(ruleset), place);
   syscall(SYS_landlock_restrict_self, ruleset, 0u);
@@ -123,43 +131,50 @@ class CallFilter {
  public:
   CallFilter() {
     Load(offsetof(seccomp_data, arch));
-    program_.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, kArchitecture, 1, 0));
-    program_.push_back(kRefuse);
+    RefuseWhen(BPF_JEQ, kArchitecture, false);
     Load(offsetof(seccomp_data, nr));
 #if defined(__x86_64__)
-    constexpr uint32_t kOtherNumbers = 0x40000000;  // the calls of programs with short pointers
-    program_.push_back(BPF_JUMP(BPF_JMP | BPF_JGE | BPF_K, kOtherNumbers, 0, 1));
-    program_.push_back(kRefuse);
+    RefuseWhen(BPF_JGE, 0x40000000, true);  // the numbers of programs with short pointers
 #endif
   }
 
   void Refuse(std::initializer_list<long> calls) {
-    for (const long call : calls) {
-      program_.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<uint32_t>(call), 0, 1));
-      program_.push_back(kRefuse);
-    }
+    for (const long call : calls) RefuseWhen(BPF_JEQ, static_cast<uint32_t>(call), true);
   }
 
   /// Refuses a call unless its first argument is this. To come last.
   void RefuseUnless(long call, uint32_t argument) {
-    program_.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<uint32_t>(call), 0, 3));
+    program_.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<uint32_t>(call), 0, 2));
     Load(offsetof(seccomp_data, args));
-    program_.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, argument, 1, 0));
-    program_.push_back(kRefuse);
+    RefuseWhen(BPF_JEQ, argument, false);
   }
 
   void Install() {
     program_.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+    for (const auto& [at, whenTrue] : refusals_) {
+      uint8_t& jump = whenTrue ? program_[at].jt : program_[at].jf;
+      jump = static_cast<uint8_t>(program_.size() - at - 1);
+    }
+    program_.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM));
     const sock_fprog program = {static_cast<unsigned short>(program_.size()), program_.data()};
     prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
   }
 
  private:
-  static constexpr sock_filter kRefuse = BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM);
+  struct Refusal {
+    size_t at;
+    bool whenTrue;
+  };
 
   void Load(size_t offset) { program_.push_back(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, static_cast<uint32_t>(offset))); }
+  /// Goes to the refusal, which stands at the end, when the comparison with what was loaded comes out so.
+  void RefuseWhen(uint16_t comparison, uint32_t value, bool whenTrue) {
+    refusals_.push_back({program_.size(), whenTrue});
+    program_.push_back(BPF_JUMP(static_cast<uint16_t>(BPF_JMP | comparison | BPF_K), value, 0, 0));
+  }
 
   std::vector<sock_filter> program_;
+  std::vector<Refusal> refusals_;
 };
 
 void RefuseCalls(bool askConduit) {
@@ -240,13 +255,13 @@ void Confine(const Permissions& permissions) {
   Limit(RLIMIT_CORE, 0);
   Limit(RLIMIT_NOFILE, kOpenFiles);
   if (!kSanitized) {  // whose shadow memory no limit would hold, and whose reports are written to files
-    Limit(RLIMIT_FSIZE, 0);
+    if (!permissions.writeErrors) Limit(RLIMIT_FSIZE, 0);
     if (permissions.memory > 0) Limit(RLIMIT_DATA, permissions.memory);
   }
   GiveUpPowers();
   if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return;
-  ConfineTo(*permissions.places);
-  RefuseCalls(permissions.askConduit);
+  ConfineTo(*permissions.places, permissions.askConduit);
+  if (permissions.filterCalls) RefuseCalls(permissions.askConduit);
 }
 
 }  // namespace tool

@@ -35,8 +35,10 @@ class ReadablePlaces {
 
 /// What a worker may still do.
 struct Permissions {
-  uint64_t memory = 0;           ///< bytes; 0: no limit
-  bool askConduit = false;       ///< may connect to the conduit
+  uint64_t memory = 0;       ///< bytes; 0: no limit
+  bool askConduit = false;   ///< may connect to the conduit
+  bool writeErrors = false;  ///< may write to standard error, which may be a file
+  bool filterCalls = true;   ///< system calls are refused one by one; a tenth of a millisecond for the kernel to learn
   const ReadablePlaces* places;  ///< of files
 };
 

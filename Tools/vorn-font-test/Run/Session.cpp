@@ -1,10 +1,12 @@
 #include "Run/Session.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 
 #include "Formats/Explanation.h"
 #include "Formats/TestList.h"
@@ -15,8 +17,10 @@
 #include "Run/FileTester.h"
 #include "Run/FileWalk.h"
 #include "Run/Merge.h"
+#include "Run/OnlyFile.h"
 #include "Run/Progress.h"
 #include "Run/Reports.h"
+#include "Run/Sanitized.h"
 #include "Run/Signals.h"
 #include "Run/TestSelection.h"
 #include "Run/WorkerPool.h"
@@ -57,6 +61,14 @@ std::function<uint64_t()> CounterFor(const Options& options) {
   return [&options] { return CountFiles(options); };
 }
 
+/// Whether all that is wanted is the exit status over a single file, which this process may test unless told how many
+/// others are to.
+bool IsOnlyFile(const Options& options) {
+  struct stat status;
+  return !kSanitized && !options.jobs && options.reports.empty() && !options.filesFrom && options.paths.size() == 1 &&
+         stat(options.paths.front().c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 /// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
 class Session {
  public:
@@ -68,7 +80,8 @@ class Session {
         progress_(options.progress && !options.quiet, CounterFor(options)) {
     const bool askConduit = AskAboutDuplicates(tests.get());
     if (askConduit) conduit_.Ensure();
-    if (options.jobs > 0) StartPool(askConduit);
+    isWorker_ = !askConduit && IsOnlyFile(options);
+    if (options.jobs != 0u && !isWorker_) StartPool(askConduit);
   }
 
   void Test() {
@@ -93,7 +106,7 @@ class Session {
 
  private:
   void StartPool(bool askConduit) {
-    const PoolSettings settings = {.workers = options_.jobs,
+    const PoolSettings settings = {.workers = options_.jobs.value_or(std::max(1u, std::thread::hardware_concurrency())),
                                    .reports = reports_.Count(),
                                    .timeout = std::chrono::seconds(options_.timeout),
                                    .memory = options_.memory << 20,
@@ -106,15 +119,38 @@ class Session {
     pool_.emplace(settings, std::move(events), PlacesOf(options_.paths));
   }
 
+  void Confine(const std::string& path) const {
+    const ReadablePlaces places = PlacesOf({path});
+    BecomeWorker(path,
+                 {.memory = options_.memory << 20,
+                  .askConduit = false,
+                  .writeErrors = true,
+                  .filterCalls = false,
+                  .places = &places},
+                 options_.timeout);
+  }
+
   void Found(const std::string& path) {
     ++found_;
     reports_.RefuseToReplace(path);
     if (pool_) return pool_->Add(path);
     ThrowIfInterrupted();
     ShowProgress(path);
-    FileOutcome outcome(reports_.Count());
-    TestFile(path, outcome);
+    if (isWorker_) Confine(path);
+    FileOutcome outcome = TestHere(path);
     HandOn(path, outcome);
+  }
+
+  FileOutcome TestHere(const std::string& path) const {
+    FileOutcome outcome(reports_.Count());
+    try {
+      TestFile(path, outcome);
+    } catch (const OutputError&) {  // the reports are at an end, not only this file's
+      throw;
+    } catch (const std::exception& error) {
+      outcome.Fail({ProblemKind::kSystem, error.what()});
+    }
+    return outcome;
   }
 
   void Failed(const std::string& path, const Problem& problem) {
@@ -150,6 +186,7 @@ class Session {
   uint64_t found_ = 0;  ///< files and other paths, and
   uint64_t done_ = 0;   ///< how many of them are in the reports
   bool isWalked_ = false;
+  bool isWorker_ = false;  ///< this process does by itself what a worker does
   std::optional<WorkerPool> pool_;
 };
 
@@ -206,10 +243,12 @@ int Run(const Options& options, TestHook hook) {
   return session.Status();
 }
 
+std::string ErrorLine(const std::string& text) { return "vorn-font-test: " + EscapeForTerminal(text) + "\n"; }
+
 void PrintError(const std::string& text) {
   Progress::Hide();
   std::string_view rest;
-  const std::string line = "vorn-font-test: " + EscapeForTerminal(text) + "\n";
+  const std::string line = ErrorLine(text);
   for (rest = line; !rest.empty();) {
     const ssize_t written = write(STDERR_FILENO, rest.data(), rest.size());
     if (written <= 0) return;

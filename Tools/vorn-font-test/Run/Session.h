@@ -33,5 +33,7 @@ int StatusOf(const Totals& totals);
 
 /// Writes a line about a problem to standard error.
 void PrintError(const std::string& text);
+/// That line.
+std::string ErrorLine(const std::string& text);
 
 }  // namespace tool

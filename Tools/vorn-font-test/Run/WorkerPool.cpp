@@ -41,15 +41,9 @@ int Reap(pid_t process) {
 
 /// What the end of a worker says.
 Problem ProblemOf(int status) {
-  if (WIFEXITED(status) && WEXITSTATUS(status) == kWorkerOutOfMemory) {
-    return {ProblemKind::kMemory, "not enough memory (see --memory)"};
-  }
-  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGBUS) {
-    return {ProblemKind::kCrash, "the file was cut short, or could not be read, while it was tested"};
-  }
-  const std::string how =
-      WIFSIGNALED(status) ? strsignal(WTERMSIG(status)) : "exit status " + std::to_string(WEXITSTATUS(status));
-  return {ProblemKind::kCrash, "the process that tested it ended: " + how};
+  if (WIFSIGNALED(status)) return ProblemOfSignal(WTERMSIG(status));
+  if (WEXITSTATUS(status) == kWorkerOutOfMemory) return ProblemOfMemory();
+  return {ProblemKind::kCrash, "the process that tested it ended: exit status " + std::to_string(WEXITSTATUS(status))};
 }
 
 }  // namespace
@@ -261,8 +255,7 @@ void WorkerPool::EndLate() {
   for (auto next = workers_.begin(); next != workers_.end();) {
     Worker& worker = *next++;
     if (!worker.entry || worker.deadline > now) continue;
-    const auto seconds = std::to_string(settings_.timeout.count());
-    End(worker, Problem{ProblemKind::kTimeout, "took longer than " + seconds + " s (see --timeout)"});
+    End(worker, ProblemOfTimeout(static_cast<uint64_t>(settings_.timeout.count())));
   }
 }
 

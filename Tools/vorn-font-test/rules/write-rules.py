@@ -112,21 +112,39 @@ class Catalogue:
 
 
 def literal(text):
-    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n").replace("??", "?\\?") + '"sv'
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n").replace("??", "?\\?") + '"'
+
+
+class Texts:
+    """All texts of the table, one behind the other: rows that point at them would be work for the dynamic linker."""
+
+    def __init__(self):
+        self.places, self.pieces, self.size = {}, [], 0
+
+    def place(self, text):
+        size = len(text.encode("utf-8"))
+        if text not in self.places:
+            self.places[text] = f"{{{self.size}, {size}}}"
+            self.pieces.append(text)
+            self.size += size
+        return self.places[text]
 
 
 def write_table(catalogue, path):
+    texts = Texts()
     tests = [ANY_TEST, *sorted({test for test, _ in catalogue.formats} - {ANY_TEST})]
-    lines = ["// Written by write-rules.py from the catalogue of rules.", "constexpr Rule kRules[] = {"]
-    for rule in catalogue.rules:
-        texts = ", ".join(literal(rule.texts[text]) for text in TEXTS)
-        lines.append(f"    {{{literal(rule.name)}, Severity::k{rule.severity.capitalize()}, "
-                     f"RuleState::k{rule.state.capitalize()}, {texts}}},")
-    lines += ["};", f"constexpr std::string_view kTests[] = {{{', '.join(map(literal, tests))}}};",
-              "constexpr RuleOfFormat kFormats[] = {"]
+    rules = [f"    {{{texts.place(rule.name)}, Severity::k{rule.severity.capitalize()}, "
+             f"RuleState::k{rule.state.capitalize()}, {', '.join(texts.place(rule.texts[text]) for text in TEXTS)}}},"
+             for rule in catalogue.rules]
     rows = sorted((tests.index(test), message, rule) for (test, message), rule in catalogue.formats.items())
-    lines += [f"    {{{test}, {rule}, {literal(message)}}}," for test, message, rule in rows]
-    path.write_text("\n".join([*lines, "};"]) + "\n", encoding="utf-8")
+    formats = [f"    {{{test}, {rule}, {texts.place(message)}}}," for test, message, rule in rows]
+    test_rows = [f"    {texts.place(test)}," for test in tests]
+    lines = ["// Written by write-rules.py from the catalogue of rules.",
+             "constexpr char kTexts[] =", *(f"    {literal(text)}" for text in texts.pieces), "    ;",
+             "constexpr RuleRow kRules[] = {", *rules, "};",
+             "constexpr Text kTests[] = {", *test_rows, "};",
+             "constexpr RuleOfFormat kFormats[] = {", *formats, "};"]
+    path.write_text("\n".join(lines) + "\n", encoding="utf-8")
 
 
 def write_strings(catalogue, folder):
