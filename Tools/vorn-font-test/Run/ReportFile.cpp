@@ -31,7 +31,7 @@ void ReportFile::End(const Totals& totals) {
     waiting_.CopyTo([this](std::string_view text) { Write(text); });
   }
   Write(format_->End(totals));
-  output_.Close();
+  output_.Flush();
 }
 
 }  // namespace tool

@@ -22,7 +22,10 @@ class ReportFile {
   void Begin();
   /// The part of the next file.
   void Add(Spool& part);
+  /// What is left to be written.
   void End(const Totals& totals);
+  /// Puts the report in its place. To be called last, when all reports are whole.
+  void Close() { output_.Close(); }
 
  private:
   void Write(std::string_view text) { output_.Write(text); }

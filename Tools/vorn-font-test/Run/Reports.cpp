@@ -67,6 +67,7 @@ void Reports::NameUnmetIgnores() const {
 void Reports::End() {
   NameUnmetIgnores();
   for (const auto& file : files_) file->End(totals_);
+  for (const auto& file : files_) file->Close();
 }
 
 }  // namespace tool
