@@ -59,7 +59,7 @@ extern "C" {
  * carry the severity under kVornFontTestSeverityKey.
  *
  * The size of a report is bounded: some 32 megabytes and 64 bytes for each byte of the file, 512 megabytes at most, and
- * no more than four kilobytes for each message that kVornFontTestMessageLimitOptionKey allows, but 32 megabytes at
+ * no more than five kilobytes for each message that kVornFontTestMessageLimitOptionKey allows, but 32 megabytes at
  * least. A quarter of it is kept for major and fatal findings. What is left out is said in the report.
  */
 VORNFONTTEST_EXPORT TovaDictionaryRef VornFontTestCreateReport(TovaURLRef url, TovaDictionaryRef options);

@@ -84,27 +84,6 @@ std::string NamedPartFormat(const Finding& iFinding) {
   return (iFinding.prefix ? Escaped(iFinding.prefix) + ": " : "") + "%s: %@";
 }
 
-/// An argument of a format as a value of a report.
-Tova::Value ValueOf(const Tova::FormatArgument& iArgument) {
-  switch (iArgument.kind) {
-    case kTovaFormatArgumentInteger:
-      return Tova::Adopt(TovaNumberCreateWithInteger(iArgument.content.integer));
-    case kTovaFormatArgumentReal:
-      return Tova::Adopt(TovaNumberCreateWithReal(iArgument.content.real));
-    case kTovaFormatArgumentText: {
-      const std::string_view tText = iArgument.content.text ? iArgument.content.text : "";
-      return Tova::Adopt(TovaStringCreateWithLossyUTF8(tText.data(), tText.size()));
-    }
-    default:
-      return Tova::Share(iArgument.content.value);
-  }
-}
-
-void SetNumber(TovaMutableDictionaryRef ioDictionary, TovaStringRef iKey, uint64_t iNumber) {
-  const auto tNumber = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(iNumber)));
-  TovaDictionarySetValue(ioDictionary, iKey, tNumber.get());
-}
-
 }  // namespace
 
 ReportTree::ReportTree(const Options& iOptions)
@@ -223,6 +202,36 @@ void ReportTree::AddArguments(TovaMutableDictionaryRef ioMessage, std::span<cons
     TovaArrayAppendValue(tArguments.get(), ValueOf(tArgument).get());
   }
   TovaDictionarySetValue(ioMessage, kVornFontTestMessageArgumentsKey, tArguments.get());
+}
+
+/// An argument of a format as a value of the report.
+Tova::Value ReportTree::ValueOf(const Tova::FormatArgument& iArgument) {
+  switch (iArgument.kind) {
+    case kTovaFormatArgumentInteger:
+      return KeptNumber(iArgument.content.integer);
+    case kTovaFormatArgumentReal:
+      return Tova::Adopt(TovaNumberCreateWithReal(iArgument.content.real));
+    case kTovaFormatArgumentText: {
+      const std::string_view tText = iArgument.content.text ? iArgument.content.text : "";
+      return Tova::Adopt(TovaStringCreateWithLossyUTF8(tText.data(), tText.size()));
+    }
+    default:
+      return Tova::Share(iArgument.content.value);
+  }
+}
+
+void ReportTree::SetNumber(TovaMutableDictionaryRef ioMessage, TovaStringRef iKey, uint64_t iNumber) {
+  TovaDictionarySetValue(ioMessage, iKey, KeptNumber(static_cast<int64_t>(iNumber)).get());
+}
+
+/// A number, the same one each time for those that messages repeat: indexes of glyphs and parts, and characters.
+Tova::Number ReportTree::KeptNumber(int64_t iNumber) {
+  constexpr int64_t kNumbersKept = 0x10000;
+  if (iNumber < 0 || iNumber >= kNumbersKept) return Tova::Adopt(TovaNumberCreateWithInteger(iNumber));
+  const auto tIndex = static_cast<size_t>(iNumber);
+  if (tIndex >= _fNumbers.size()) _fNumbers.resize(tIndex + 1);
+  if (!_fNumbers[tIndex]) _fNumbers[tIndex] = Tova::Adopt(TovaNumberCreateWithInteger(iNumber));
+  return _fNumbers[tIndex];
 }
 
 /// Adds the name that the font gives the glyph and the character that leads to it; nothing where there is none.

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "Core/FontDetails.h"
 #include "Tests/Finding.h"
@@ -51,7 +52,10 @@ class ReportTree {
   Tova::Array MakeMessages(const FTFont& iFont, const FindingSink& iSink);
   Tova::Dictionary MakeMessage(const FTFont& iFont, const FindingSink& iSink, const Finding& iFinding);
   void AddDetails(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, const Finding& iFinding);
-  static void AddArguments(TovaMutableDictionaryRef ioMessage, std::span<const Tova::FormatArgument> iArguments);
+  void AddArguments(TovaMutableDictionaryRef ioMessage, std::span<const Tova::FormatArgument> iArguments);
+  Tova::Value ValueOf(const Tova::FormatArgument& iArgument);
+  void SetNumber(TovaMutableDictionaryRef ioMessage, TovaStringRef iKey, uint64_t iNumber);
+  Tova::Number KeptNumber(int64_t iNumber);
   void AddGlyphNames(TovaMutableDictionaryRef ioMessage, const FTFont& iFont, uint32_t iGlyph);
   Tova::String TextOf(const FindingSink& iSink, const Finding& iFinding);
   Tova::String FormatFor(const Finding& iFinding, bool iTranslated);
@@ -74,6 +78,7 @@ class ReportTree {
   uint64_t _fRoom = 0;
   uint64_t _fRoomForLongNames;
   GlyphCharacters _fCharacters;
+  std::vector<Tova::Number> _fNumbers;                                // by their values, as far as they were needed
   std::unordered_map<FormatKey, Tova::String, FormatHash> _fFormats;  // as looked up, prefix included
   std::unordered_map<std::string, Tova::String> _fStrings;            // names, formats, tags and parts, each once
 };

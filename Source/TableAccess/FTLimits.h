@@ -57,7 +57,7 @@ struct FTLimits {
 
   /// A report whose caller does: no more than so much for each message that a test may keep, where that is less, but
   /// the room for small files at least.
-  uint64_t reportBytesPerMessageAllowed = 4096;
+  uint64_t reportBytesPerMessageAllowed = 5120;
 
   /// Names above longName bytes may take longNameBytes in all; further ones are cut to that length. Thousands of fonts
   /// of a collection may have the same name of 64 kilobytes, which takes three times that in UTF-8.

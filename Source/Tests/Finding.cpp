@@ -6,8 +6,9 @@ namespace {
 
 /// About what a message takes in a report besides its text: a dictionary, its entries and the values that are no texts.
 constexpr uint64_t kMessageBytes = 384;
-/// About what an argument takes as a value of its own, its text aside.
-constexpr uint64_t kArgumentBytes = 64;
+/// About what the array of its arguments takes, and one of them, their texts aside.
+constexpr uint64_t kArgumentsBytes = 64;
+constexpr uint64_t kArgumentBytes = 16;
 
 uint64_t TextBytesOf(const Tova::FormatArgument& iArgument) {
   if (iArgument.kind == kTovaFormatArgumentText)
@@ -28,6 +29,7 @@ void FindingSink::AppendMessage(Severity iSeverity, const char* iPrefix, const c
                                 bool iNamesPart) {
   if (!_fWantsMessages) return;
   uint64_t tBytes = kMessageBytes + std::strlen(iFormat);
+  if (_fLimits.keepsArguments && !iArguments.empty()) tBytes += kArgumentsBytes;
   for (const Tova::FormatArgument& tArgument : iArguments) {
     tBytes += TextBytesOf(tArgument);
     if (_fLimits.keepsArguments) tBytes += kArgumentBytes + TextBytesOf(tArgument);

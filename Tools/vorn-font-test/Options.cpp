@@ -3,8 +3,12 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <set>
 #include <string_view>
 #include <utility>
+
+#include "Report/Configuration.h"
 
 namespace tool {
 namespace {
@@ -185,6 +189,19 @@ void AddRunOptions(CLI::App& app, Options& options) {
             "count. Default: default.")
       ->option_text("PROFILE")
       ->group(group);
+  app.add_option("--baseline", options.baseline,
+                 "Compare with an earlier report in json or jsonl: findings\n"
+                 "that stand there do not count.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("FILE")
+      ->group(group);
+  app.add_option("--config", options.configurationFile,
+                 "Read this configuration. Default: vorn-font-test.toml in\n"
+                 "the folder of the fonts or the nearest above it.")
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+      ->option_text("FILE")
+      ->group(group);
+  app.add_flag("!--no-config", options.useConfiguration, "Read no configuration.")->group(group);
   AddChoice(app, "--fail-on", options.failOn, kFailLevels,
             "Exit with 1 when something of this level or above is\n"
             "found; or never. Default: major.")
@@ -295,10 +312,15 @@ Options AnswerOnly(const std::string& text) {
   return options;
 }
 
-}  // namespace
-
-Options ParseCommandLine(int argc, const char* const* argv) {
+/// What arguments ask for.
+struct Parsed {
   Options options;
+  std::set<std::string> given;  ///< the long names of the options that they set
+};
+
+Parsed Parse(std::vector<std::string> arguments) {
+  Parsed result;
+  Options& options = result.options;
   CLI::App app(kDescription, "vorn-font-test");
   auto formatter = std::make_shared<HelpFormatter>();
   formatter->column_width(24);
@@ -309,14 +331,13 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   std::vector<std::string> outputs;
   AddReportOptions(app, options, outputs);
   AddRunOptions(app, options);
-  const char* const* end = argv + argc;
-  const char* const* dashes = std::find(argv, end, std::string_view("--"));
+  const auto dashes = std::ranges::find(arguments, "--");
   try {
-    app.parse(static_cast<int>(dashes - argv), argv);
+    app.parse(std::vector<std::string>(std::reverse_iterator(dashes), arguments.rend()));
   } catch (const CLI::CallForHelp&) {
-    return AnswerOnly(HelpText(app));
+    return {.options = AnswerOnly(HelpText(app)), .given = {}};
   } catch (const CLI::CallForVersion& version) {
-    return AnswerOnly(std::string(version.what()) + "\n");
+    return {.options = AnswerOnly(std::string(version.what()) + "\n"), .given = {}};
   } catch (const CLI::ArgumentMismatch& error) {
     const std::string text = error.what();
     throw UsageError(text.substr(0, text.find(':')) + " needs a value");
@@ -325,12 +346,52 @@ Options ParseCommandLine(int argc, const char* const* argv) {
   }
   TakePaths(app, options);
   options.reports = ReportsWanted(options, outputs);
-  if (dashes != end) options.paths.insert(options.paths.end(), dashes + 1, end);
+  if (dashes != arguments.end()) options.paths.insert(options.paths.end(), dashes + 1, arguments.end());
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->count() > 0 && !option->get_lnames().empty()) result.given.insert(option->get_lnames().front());
+  }
+  return result;
+}
+
+/// The configuration that the options name, or that lies with the fonts; null for none.
+std::shared_ptr<const Configuration> ConfigurationFor(const Options& options) {
+  if (!options.useConfiguration) return nullptr;
+  const auto file = options.configurationFile ? options.configurationFile : FindConfiguration(options.paths);
+  return file ? std::make_shared<const Configuration>(ReadConfiguration(*file)) : nullptr;
+}
+
+/// The options with what a configuration sets of those that the command line leaves open.
+Options WithConfiguration(const Parsed& parsed, const std::vector<std::string>& arguments) {
+  const auto configuration = ConfigurationFor(parsed.options);
+  if (!configuration) return parsed.options;
+  std::vector<std::string> all;
+  for (const ConfiguredOption& option : configuration->options) {
+    try {
+      Parse(option.arguments);
+    } catch (const UsageError& error) {
+      throw UsageError(option.place + ": " + error.what());
+    }
+    if (!parsed.given.contains(option.name)) all.insert(all.end(), option.arguments.begin(), option.arguments.end());
+  }
+  all.insert(all.end(), arguments.begin(), arguments.end());
+  Options options = Parse(all).options;
+  options.configuration = configuration;
+  return options;
+}
+
+}  // namespace
+
+Options ParseCommandLine(int argc, const char* const* argv) {
+  const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  const Parsed parsed = Parse(arguments);
+  if (!parsed.options.answer.empty() || parsed.options.explain) return parsed.options;
+  Options options = WithConfiguration(parsed, arguments);
   if (options.listTests && !IsFormatOfTestList(options.format)) {
     throw UsageError("--list-tests: the list has the formats text, json, jsonl and plist");
   }
-  if (options.paths.empty() && !options.filesFrom && !options.listTests && !options.explain)
+  if (options.paths.empty() && !options.filesFrom && !options.listTests) {
     throw UsageError("no font file or directory given");
+  }
   return options;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -29,7 +30,9 @@ struct ReportRequest {
   std::optional<std::string> file;  ///< none: standard output
 };
 
-/// What the command line asks for.
+struct Configuration;
+
+/// What the command line and the configuration ask for.
 struct Options {
   std::vector<std::string> paths;
   std::vector<std::string> tests;     ///< identifiers and globs, in the order given; empty: all tests
@@ -49,7 +52,11 @@ struct Options {
   bool quiet = false;
 
   Profile profile = Profile::kDefault;
-  std::optional<Severity> failOn = Severity::kMajor;  ///< none: findings never fail the run
+  bool useConfiguration = true;
+  std::optional<std::string> configurationFile;        ///< none: the one that lies with the fonts
+  std::shared_ptr<const Configuration> configuration;  ///< what stands in it; null for none
+  std::optional<std::string> baseline;                 ///< an earlier report; none: all findings are new
+  std::optional<Severity> failOn = Severity::kMajor;   ///< none: findings never fail the run
   bool listTests = false;
   std::optional<std::string> explain;    ///< the rule, test or group of rules to be explained
   bool merge = false;                    ///< the paths are parts of reports, to be made one

@@ -60,6 +60,7 @@ class EntryWriter {
       WriteText("rule", judgement.rule->name);
       WriteText("state", Word(judgement.rule->state));
     }
+    if (judgement.severity != judgement.given) WriteText("level", Word(judgement.severity));
     if (judgement.standing != Standing::kCounts) WriteText("standing", Word(judgement.standing));
     sink_.EndDictionary();
   }

@@ -16,14 +16,11 @@ class Grouping {
   explicit Grouping(size_t placesKept) : placesKept_(placesKept) {}
 
   void Add(const TestRecord& test) {
-    SeveritySet explained;
     for (size_t i = 0; i < test.messages.size(); ++i) {
-      explained.Add(test.messages.JudgementAt(i).given);
       if (test.messages.JudgementAt(i).standing == Standing::kCounts) AddMessage(test, i, test.messages[i]);
     }
-    const SeveritySet unexplained = test.results.Without(explained);
     for (const Severity severity : kSeverities) {
-      if (unexplained.Has(severity)) {
+      if (test.unexplained.Has(severity)) {
         groups_.push_back({.severity = severity, .rule = nullptr, .format = {}, .count = 1});
         groups_.back().places.push_back({&test, test.messages.size()});
         words_.emplace_back();

@@ -86,14 +86,9 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
 }
 
 void ForEachFinding(const TestRecord& test, const std::function<void(const Message&)>& take) {
-  SeveritySet explained;
-  for (size_t i = 0; i < test.messages.size(); ++i) {
-    const Message message = test.messages[i];
-    explained.Add(message.given);
-    take(message);
-  }
+  for (size_t i = 0; i < test.messages.size(); ++i) take(test.messages[i]);
   for (const Severity severity : kGravestFirst) {
-    if (test.results.Without(explained).Has(severity)) take({.severity = severity, .text = kNoText});
+    if (test.unexplained.Has(severity)) take({.severity = severity, .text = kNoText});
   }
 }
 

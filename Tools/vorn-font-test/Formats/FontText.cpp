@@ -15,7 +15,6 @@ namespace {
 /// How many findings of a rule are shown before the rest of them is counted.
 constexpr size_t kExamples = 3;
 constexpr size_t kExampleIndent = 5;
-constexpr size_t kLabelColumns = 13;  // of " Not tested  "
 /// Columns between what stands on the left of a line and what stands at its right end.
 constexpr size_t kGap = 2;
 
@@ -226,7 +225,9 @@ std::string LeftOutLines(const std::string& indent, const Totals& totals, size_t
   const struct {
     Standing standing;
     std::string_view label, words;
-  } kinds[] = {{Standing::kHistoric, "Left out", " of older systems (--profile strict)"}};
+  } kinds[] = {{Standing::kHistoric, "Left out", " of older systems (--profile strict)"},
+               {Standing::kIgnored, "Ignored", " that the configuration names"},
+               {Standing::kKnown, "Known", " that stand in the baseline"}};
   std::string text;
   for (const auto& kind : kinds) {
     const size_t count = totals.Count(kind.standing);

@@ -42,6 +42,9 @@ class FontText {
   std::vector<FindingGroup> groups_;
 };
 
+/// Columns of the labels of lines about what was tested and left out, " Not tested  ".
+inline constexpr size_t kLabelColumns = 13;
+
 /// Lines about findings that do not count, and why they do not.
 std::string LeftOutLines(const std::string& indent, const Totals& totals, size_t width);
 

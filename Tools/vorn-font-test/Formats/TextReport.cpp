@@ -65,7 +65,9 @@ void FileText::Write() const {
           "\n");
     return;
   }
-  if (report_.fonts.empty() && !report_.unopened.empty()) return WriteUnopened();
+  if (report_.fonts.empty() && !report_.unopened.empty()) {
+    return report_.isKnown ? WriteLine({report_.unopened}) : WriteUnopened();
+  }
   std::vector<FontText> fonts;
   for (const FontRecord& font : report_.fonts) fonts.emplace_back(font, choices_, style_);
   if (std::ranges::any_of(fonts, &FontText::IsShown)) return WriteFonts(fonts);
@@ -143,6 +145,7 @@ void FileText::WriteVerdict(size_t rules) const {
     counts += "  " + (count > 0 ? style_.Of(severity, text) : text);
   }
   if (rules > 0) counts += " in " + Counted(rules, "rule");
+  if (report_.fixed > 0) counts += "; " + Grouped(report_.fixed) + " fixed";
   sink_("\n " + Passed() + " (" + FailLevel(choices_.failOn) + ") " + counts + "\n");
 }
 
@@ -153,8 +156,12 @@ std::string FileText::Remark() const {
   const bool hasResults = !report_.results.Empty() && choices_.detail == Detail::kResults;
   if (count > 0) remark = Grouped(count) + " below " + std::string(Word(choices_.show));
   if (hasResults) remark = "nothing from " + std::string(Word(choices_.show)) + " on";
-  const size_t historic = totals_.Count(Standing::kHistoric);
-  if (historic > 0) remark += ", " + Grouped(historic) + " of older systems left out";
+  for (const auto& [standing, words] : {std::pair(Standing::kHistoric, " of older systems left out"),
+                                        {Standing::kIgnored, " ignored"},
+                                        {Standing::kKnown, " known"}}) {
+    if (totals_.Count(standing) > 0) remark += ", " + Grouped(totals_.Count(standing)) + words;
+  }
+  if (report_.fixed > 0) remark += ", " + Grouped(report_.fixed) + " fixed";
   const size_t tables = CountTablesNotTested();
   return tables == 0 ? remark : remark + ", " + Counted(tables, "table") + " not tested";
 }
@@ -215,8 +222,11 @@ std::string TextReport::Summary(const Totals& totals) const {
   }
   text += "Findings: " + (counts.empty() ? style_.Good("none") : counts) + "\n";
   text += LeftOutLines("", totals, choices_.width);
+  if (totals.fixed > 0)
+    text += Padded("Fixed", kLabelColumns - 1) + Counted(totals.fixed, "finding") + " of the baseline\n";
   const size_t passed = totals.files - totals.failed - totals.reached;
-  text += (totals.reached > 0 ? style_.Bad("FAIL") : style_.Good("PASS")) + " (" + FailLevel(choices_.failOn) + ")  " +
+  const bool fails = totals.reached + totals.unreadable + totals.failed > 0;
+  text += (fails ? style_.Bad("FAIL") : style_.Good("PASS")) + " (" + FailLevel(choices_.failOn) + ")  " +
           Grouped(totals.reached) + " failed, " + Grouped(passed) + " passed\n";
   return text;
 }

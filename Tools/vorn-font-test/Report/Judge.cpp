@@ -3,6 +3,7 @@
 #include <Tova/Tova.hpp>
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 #include "Report/Rules.h"
 
@@ -11,6 +12,9 @@ namespace {
 
 /// The rule of the last message where a test has left messages out.
 constexpr std::string_view kFurtherMessages = "run/further-messages";
+
+/// Whether a message says that a test has left messages out; it is about the report, not about the font.
+bool IsAboutRest(const Judgement& judgement) { return judgement.rule && judgement.rule->name == kFurtherMessages; }
 
 /// The format of messages that say why a font could not be tested; they do not tell it themselves.
 constexpr std::string_view kFailureFormat = "%@";
@@ -48,35 +52,129 @@ Severity GravestHistoric(std::string_view test) {
 
 }  // namespace
 
-Judge::Judge(const Options& options) : leavesHistoricOut_(options.profile == Profile::kDefault) {}
+/// The judging of one file: what the baseline has of it is used up finding by finding.
+class Judge::OneFile {
+ public:
+  OneFile(const Judge& judge, FileReport& report) : judge_(judge), report_(report) {
+    if (judge_.configuration_) report_.ignoresMet.resize(judge_.configuration_->ignores.size());
+    const Baseline::Findings* findings = judge_.baseline_ ? judge_.baseline_->FindingsOf(report.path) : nullptr;
+    for (size_t i = 0; findings && i < findings->size(); ++i) {
+      const Baseline::Finding& finding = (*findings)[i];
+      ++known_[finding.hash];
+      ran_[finding.hash] =
+          judge_.tests_.empty() ||
+          std::ranges::find(judge_.tests_, judge_.baseline_->Test(finding.test)) != judge_.tests_.end();
+    }
+  }
 
-Standing Judge::StandingOf(const Rule* rule) const {
-  return leavesHistoricOut_ && rule && rule->state == RuleState::kHistoric ? Standing::kHistoric : Standing::kCounts;
-}
+  void Apply() {
+    if (report_.listsFonts && report_.fonts.empty() && !report_.results.Empty()) {
+      report_.isKnown = TakeKnown(Baseline::HashOfUnopened());
+    }
+    for (FontRecord& font : report_.fonts) {
+      FindIgnores(font);
+      for (TestRecord& test : font.tests) ApplyTo(font, test);
+    }
+    for (const auto& [hash, count] : known_) {
+      if (ran_[hash]) report_.fixed += count;
+    }
+  }
 
-void Judge::Apply(FileReport& report) const {
-  for (FontRecord& font : report.fonts) {
-    for (TestRecord& test : font.tests) ApplyTo(test);
+ private:
+  void FindIgnores(const FontRecord& font) {
+    ignores_.clear();
+    for (size_t i = 0; i < report_.ignoresMet.size(); ++i) {
+      ignores_.push_back(judge_.configuration_->ignores[i].IsAbout(report_.path, font));
+    }
+  }
+
+  void ApplyTo(const FontRecord& font, TestRecord& test) {
+    RuleFinder rules(test.identifier);
+    std::vector<Judgement> judgements;
+    judgements.reserve(test.messages.size());
+    for (size_t i = 0; i < test.messages.size(); ++i) {
+      Judgement judgement = test.messages.JudgementAt(i);
+      judgement.rule = rules.Find(test.messages.FormatAt(i));
+      if (!judgement.rule && !test.ran) judgement.rule = FindRule(test.identifier, kFailureFormat);
+      judgements.push_back(judgement);
+    }
+    test.messages.SetJudgements(judgements);
+    if (!judge_.leavesHistoricOut_ && judge_.views_.empty() && !judge_.baseline_) return;
+    for (size_t i = 0; i < judgements.size(); ++i) {
+      const RuleView& view = judge_.ViewOf(judgements[i].rule);
+      if (view.level) judgements[i].severity = *view.level;
+      judgements[i].standing = StandingOf(font, test, i, judgements[i].rule, view);
+    }
+    // As many messages as in the baseline are left out: the same ones.
+    const bool restIsKnown =
+        !judgements.empty() && IsAboutRest(judgements.back()) && judgements.back().standing == Standing::kKnown;
+    if (restIsKnown) test.unexplained = {};
+    test.messages.SetJudgements(std::move(judgements));
+  }
+
+  Standing StandingOf(const FontRecord& font, const TestRecord& test, size_t index, const Rule* rule,
+                      const RuleView& view) {
+    const bool isKnown = judge_.baseline_ && TakeKnown(Baseline::HashOf(font, test, index));
+    for (const size_t ignore : view.ignores) {
+      if (!ignores_[ignore] || !judge_.configuration_->ignores[ignore].IsAboutGlyph(test.messages[index])) continue;
+      ++report_.ignoresMet[ignore];
+      return Standing::kIgnored;
+    }
+    const bool isHistoric = rule && rule->state == RuleState::kHistoric;
+    if (judge_.leavesHistoricOut_ && isHistoric && !view.level) return Standing::kHistoric;
+    return isKnown ? Standing::kKnown : Standing::kCounts;
+  }
+
+  /// Whether the baseline has the finding once more than it was met.
+  bool TakeKnown(uint64_t hash) {
+    const auto found = known_.find(hash);
+    if (found == known_.end() || found->second == 0) return false;
+    --found->second;
+    return true;
+  }
+
+  const Judge& judge_;
+  FileReport& report_;
+  std::unordered_map<uint64_t, size_t> known_;  ///< findings of the baseline that were not met yet
+  std::unordered_map<uint64_t, bool> ran_;      ///< whether their tests are among those of this run
+  std::vector<bool> ignores_;                   ///< which of them are about the font
+};
+
+Judge::Judge(const Options& options, std::vector<std::string> tests)
+    : leavesHistoricOut_(options.profile == Profile::kDefault),
+      maxMessages_(options.maxMessages),
+      tests_(std::move(tests)),
+      configuration_(options.configuration) {
+  if (options.baseline) baseline_ = std::make_shared<const Baseline>(*options.baseline);
+  if (!configuration_) return;
+  for (const Rule& rule : AllRules()) {
+    RuleView& view = views_.emplace_back();
+    size_t length = 0;  // of the glob, the longest of which is the most particular one
+    for (const RuleLevel& level : configuration_->levels) {
+      if (!MatchesGlob(level.rule, rule.name) || (view.level && level.rule != rule.name && level.rule.size() < length))
+        continue;
+      view.level = level.severity;
+      length = level.rule == rule.name ? std::string::npos : level.rule.size();
+    }
+    if (view.level) gravestLevel_ = std::max(gravestLevel_, *view.level);
+    for (size_t i = 0; i < configuration_->ignores.size(); ++i) {
+      if (MatchesGlob(configuration_->ignores[i].rule, rule.name)) view.ignores.push_back(i);
+    }
   }
 }
 
-void Judge::ApplyTo(TestRecord& test) const {
-  RuleFinder rules(test.identifier);
-  std::vector<Judgement> judgements;
-  judgements.reserve(test.messages.size());
-  for (size_t i = 0; i < test.messages.size(); ++i) {
-    Judgement judgement = test.messages.JudgementAt(i);
-    judgement.rule = rules.Find(test.messages.FormatAt(i));
-    if (!judgement.rule && !test.ran) judgement.rule = FindRule(test.identifier, kFailureFormat);
-    judgement.standing = StandingOf(judgement.rule);
-    judgements.push_back(judgement);
-  }
-  test.messages.SetJudgements(std::move(judgements));
+const Judge::RuleView& Judge::ViewOf(const Rule* rule) const {
+  static const RuleView kNone;
+  return rule && !views_.empty() ? views_[static_cast<size_t>(rule - AllRules().data())] : kNone;
 }
+
+void Judge::Apply(FileReport& report) const { OneFile(*this, report).Apply(); }
 
 Judge::Decision Judge::Decide(const FileReport& report, Severity level) const {
   if (!report.listsFonts) return DecideUnseen(report.results, {}, level);
-  if (report.fonts.empty()) return report.results.Reaches(level) ? Decision::kFails : Decision::kPasses;
+  if (report.fonts.empty()) {
+    return report.results.Reaches(level) && !report.isKnown ? Decision::kFails : Decision::kPasses;
+  }
   Decision decision = Decision::kPasses;
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) {
@@ -90,6 +188,7 @@ Judge::Decision Judge::Decide(const FileReport& report, Severity level) const {
 
 std::vector<std::string_view> Judge::OpenTests(const FileReport& report, Severity level) const {
   std::vector<std::string_view> tests;
+  if (baseline_) return tests;
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) {
       if (Decide(test, level) == Decision::kUndecided) tests.push_back(test.identifier);
@@ -99,20 +198,24 @@ std::vector<std::string_view> Judge::OpenTests(const FileReport& report, Severit
 }
 
 Judge::Decision Judge::Decide(const TestRecord& test, Severity level) const {
-  SeveritySet seen;
   bool isComplete = test.messages.size() > 0;
   for (size_t i = 0; i < test.messages.size(); ++i) {
     const Judgement judgement = test.messages.JudgementAt(i);
-    if (judgement.standing == Standing::kCounts && judgement.severity >= level) return Decision::kFails;
-    seen.Add(judgement.given);
-    if (judgement.rule && judgement.rule->name == kFurtherMessages) isComplete = false;
+    if (IsAboutRest(judgement)) {
+      isComplete = judgement.standing == Standing::kKnown;
+    } else if (judgement.standing == Standing::kCounts && judgement.severity >= level) {
+      return Decision::kFails;
+    }
   }
-  return DecideUnseen(isComplete ? test.results.Without(seen) : test.results, test.identifier, level);
+  if (!isComplete) return DecideUnseen(test.results, test.identifier, level);
+  return test.unexplained.Reaches(level) ? Decision::kFails : Decision::kPasses;
 }
 
 /// Of findings that nothing is known of but their severities.
 Judge::Decision Judge::DecideUnseen(SeveritySet unseen, std::string_view test, Severity level) const {
-  if (!unseen.Reaches(level)) return Decision::kPasses;
+  const bool mayBeRaised = !unseen.Empty() && gravestLevel_ >= level;
+  if (!unseen.Reaches(level) && !mayBeRaised) return Decision::kPasses;
+  if (configuration_ || baseline_) return Decision::kUndecided;
   if (!leavesHistoricOut_) return Decision::kFails;
   const Severity gravestHistoric = GravestHistoric(test);
   for (const Severity severity : kSeverities) {

@@ -31,12 +31,17 @@ std::vector<T> ReadAll(TovaDictionaryRef dictionary, TovaStringRef key, T (*read
 }
 
 TestRecord ReadTest(TovaDictionaryRef test) {
-  return {.identifier = TextAt(test, kVornFontTestIdentifierKey),
-          .name = TextAt(test, kVornFontTestNameKey),
-          .target = TextAt(test, kVornFontTestTargetKey),
-          .ran = TovaDictionaryGetValue(test, kVornFontTestTimeStampKey) != nullptr,
-          .results = SeveritySet(ArrayAt(test, kVornFontTestResultKey)),
-          .messages = MessageList(ArrayAt(test, kVornFontTestMessagesKey))};
+  TestRecord record{.identifier = TextAt(test, kVornFontTestIdentifierKey),
+                    .name = TextAt(test, kVornFontTestNameKey),
+                    .target = TextAt(test, kVornFontTestTargetKey),
+                    .ran = TovaDictionaryGetValue(test, kVornFontTestTimeStampKey) != nullptr,
+                    .results = SeveritySet(ArrayAt(test, kVornFontTestResultKey)),
+                    .unexplained = {},
+                    .messages = MessageList(ArrayAt(test, kVornFontTestMessagesKey))};
+  SeveritySet explained;
+  for (size_t i = 0; i < record.messages.size(); ++i) explained.Add(record.messages.JudgementAt(i).given);
+  record.unexplained = record.results.Without(explained);
+  return record;
 }
 
 /// What a font is, by its kind of outlines, or by its type where it has none.
@@ -122,8 +127,7 @@ Message MessageList::operator[](size_t index) const {
           .offset = NumberAt(message, kVornFontTestMessageOffsetKey),
           .part = TextAt(message, kVornFontTestMessagePartKey),
           .rule = judgement.rule,
-          .standing = judgement.standing,
-          .given = judgement.given};
+          .standing = judgement.standing};
 }
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {
@@ -142,13 +146,11 @@ Tova::Dictionary EmptyTree() {
 
 SeverityCounts CountFindings(const TestRecord& test) {
   SeverityCounts counts;
-  SeveritySet explained;
   for (size_t i = 0; i < test.messages.size(); ++i) {
     const Judgement judgement = test.messages.JudgementAt(i);
-    explained.Add(judgement.given);
     counts[judgement.severity] += judgement.standing == Standing::kCounts;
   }
-  for (Severity severity : kSeverities) counts[severity] += test.results.Without(explained).Has(severity);
+  for (Severity severity : kSeverities) counts[severity] += test.unexplained.Has(severity);
   return counts;
 }
 

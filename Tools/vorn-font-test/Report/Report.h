@@ -49,7 +49,6 @@ struct Message {
   std::string_view part = {};                       ///< of the table, in words
   const Rule* rule = nullptr;                       ///< see Judgement
   Standing standing = Standing::kCounts;
-  Severity given = severity;  ///< as the test gave it
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.
@@ -79,6 +78,7 @@ struct TestRecord {
   std::string_view target;  ///< constant of the table that it examines; empty for none or several
   bool ran = false;         ///< false for the record that says why a font could not be tested
   SeveritySet results;      ///< as the test gave them
+  SeveritySet unexplained;  ///< those of them that no message explains, and that count
   MessageList messages;
 };
 
@@ -95,9 +95,12 @@ struct FontRecord {
 /// The report of one file as plain values, which borrow the texts of the library's tree.
 struct FileReport {
   std::string path;
-  SeveritySet results;     ///< as the tests gave them
-  bool listsFonts = true;  ///< false where nothing but the severities was asked for
-  bool fails = false;      ///< whether something in it fails the run
+  SeveritySet results;                  ///< as the tests gave them
+  bool listsFonts = true;               ///< false where nothing but the severities was asked for
+  size_t fixed = 0;                     ///< findings of the baseline that are not there any more
+  std::vector<size_t> ignoresMet = {};  ///< findings that each ignore of the configuration is for
+  bool isKnown = false;                 ///< that no font can be opened stands in the baseline
+  bool fails = false;                   ///< whether something in it fails the run
   std::vector<FontRecord> fonts;
   TovaDictionaryRef tree = nullptr;  ///< borrowed
   std::string unopened = {};         ///< why no font of it could be opened, where none could

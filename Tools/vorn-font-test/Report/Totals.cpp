@@ -46,8 +46,8 @@ class NumberReader {
 /// All numbers but those of rules.
 template <class AnyTotals, class Action>
 void ForEachNumber(AnyTotals& totals, Action& action) {
-  for (auto* number :
-       {&totals.files, &totals.fonts, &totals.tests, &totals.unreadable, &totals.failed, &totals.reached}) {
+  for (auto* number : {&totals.files, &totals.fonts, &totals.tests, &totals.unreadable, &totals.failed, &totals.reached,
+                       &totals.fixed}) {
     action(*number);
   }
   for (const Severity severity : kSeverities) action(totals.findings[severity]);
@@ -75,9 +75,12 @@ Totals& Totals::operator+=(const Totals& other) {
   failed += other.failed;
   reached += other.reached;
   findings += other.findings;
+  fixed += other.fixed;
   Add(standings, other.standings);
   rules.resize(std::max(rules.size(), other.rules.size()));
   for (size_t i = 0; i < other.rules.size(); ++i) Add(rules[i], other.rules[i]);
+  ignoresMet.resize(std::max(ignoresMet.size(), other.ignoresMet.size()));
+  for (size_t i = 0; i < other.ignoresMet.size(); ++i) ignoresMet[i] += other.ignoresMet[i];
   return *this;
 }
 
@@ -90,6 +93,8 @@ std::string ToBytes(const Totals& totals) {
   std::string bytes;
   NumberWriter writer(bytes);
   ForEachNumber(totals, writer);
+  writer(totals.ignoresMet.size());
+  for (const size_t count : totals.ignoresMet) writer(count);
   for (size_t rule = 0; rule < totals.rules.size(); ++rule) {
     if (totals.rules[rule] == StandingCounts{}) continue;
     writer(rule);
@@ -102,6 +107,8 @@ Totals TotalsFromBytes(std::string_view bytes) {
   Totals totals;
   NumberReader reader(bytes);
   ForEachNumber(totals, reader);
+  size_t ignores = 0;
+  for (reader(ignores); ignores > 0 && reader.HasMore(); --ignores) reader(totals.ignoresMet.emplace_back());
   while (reader.HasMore()) {
     size_t rule = 0;
     reader(rule);
@@ -132,9 +139,15 @@ Totals TotalsOf(const FileReport& report) {
   totals.files = 1;
   totals.failed = report.problem ? 1 : 0;
   totals.reached = report.fails;
+  totals.fixed = report.fixed;
+  totals.ignoresMet = report.ignoresMet;
   for (const FontRecord& font : report.fonts) totals += TotalsOf(font);
   if (!report.fonts.empty()) return totals;
   // Nothing but the severities is told of a file that is no font, and of any file where no more was asked for.
+  if (report.isKnown) {
+    ++totals.standings[static_cast<size_t>(Standing::kKnown)];
+    return totals;
+  }
   for (Severity severity : kSeverities) totals.findings[severity] = report.results.Has(severity);
   return totals;
 }

@@ -22,8 +22,10 @@ struct Totals {
   size_t failed = 0;                  ///< files that could not be tested, by no fault of theirs
   size_t reached = 0;                 ///< files in which something at or above the level that fails the run was found
   SeverityCounts findings;            ///< that count, as grave as they count
+  size_t fixed = 0;                   ///< findings of the baseline that are not there any more
   StandingCounts standings{};         ///< findings that have messages
   std::vector<StandingCounts> rules;  ///< the same of each rule, in the order of AllRules; empty for none
+  std::vector<size_t> ignoresMet;     ///< findings that each ignore of the configuration is for
 
   Totals& operator+=(const Totals& other);
   size_t Count(Standing standing) const { return standings[static_cast<size_t>(standing)]; }

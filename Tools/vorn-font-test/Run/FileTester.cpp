@@ -26,10 +26,14 @@ TovaStringRef ReportType(Detail detail) {
   return kVornFontTestReportTypeFull;
 }
 
+/// Whether messages are read, and not only the severities found.
+bool WantsMessages(const Options& options) { return !options.reports.empty() || options.baseline; }
+
 /// How many messages of a test are kept. Where nobody reads them, one: with none at all, a test would stop at its first
-/// finding, and might miss a graver one that decides the exit status.
+/// finding, and might miss a graver one that decides the exit status. Compared with a baseline, what a report leaves
+/// out has to be what it left out then.
 int64_t MessageLimit(const Options& options) {
-  return options.reports.empty() ? 1 : static_cast<int64_t>(options.maxMessages);
+  return WantsMessages(options) ? static_cast<int64_t>(options.maxMessages) : 1;
 }
 
 Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests) {
@@ -42,12 +46,21 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   TovaDictionarySetValue(result.get(), kVornFontTestSeverityKey, severities.get());
   TovaDictionarySetValue(result.get(), kVornFontTestCreateReportTypeKey, ReportType(options.detail));
   TovaDictionarySetValue(result.get(), kVornFontTestSkipDuplicateFontTestOptionKey, Tova::Boolean(!options.duplicates));
-  TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, Tova::Boolean(WantsMessages(options)));
   const bool untranslated = options.language == kNoLanguage || options.reports.empty();
   TovaDictionarySetValue(result.get(), kVornFontTestUntranslatedOptionKey, Tova::Boolean(untranslated));
   const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(MessageLimit(options)));
   TovaDictionarySetValue(result.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   return result;
+}
+
+std::vector<std::string> IdentifiersOf(TovaArrayRef tests) {
+  std::vector<std::string> identifiers;
+  for (TovaIndex i = 0; i < TovaArrayGetCount(tests); ++i) {
+    const TovaDictionaryRef test = Tova::AsDictionary(TovaArrayGetValueAtIndex(tests, i));
+    identifiers.emplace_back(Tova::Text(Tova::AsString(TovaDictionaryGetValue(test, kVornFontTestIdentifierKey))));
+  }
+  return identifiers;
 }
 
 /// Why a file cannot be read as a whole; none when it can. The library takes such a file for a broken font.
@@ -86,6 +99,16 @@ class LogLines {
   OutcomeSink& sink_;
 };
 
+/// Leaves the messages out, so that what is judged are the severities.
+void ForgetMessages(FileReport& report) {
+  for (FontRecord& font : report.fonts) {
+    for (TestRecord& test : font.tests) {
+      test.messages = MessageList();
+      test.unexplained = test.results;
+    }
+  }
+}
+
 /// What is not wanted of a file's lines.
 void Drop(TovaStringRef, void*) {}
 
@@ -94,7 +117,8 @@ void Drop(TovaStringRef, void*) {}
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
     : failOn_(options.failOn),
       quiet_(options.quiet),
-      judge_(options),
+      wantsMessages_(WantsMessages(options)),
+      judge_(options, IdentifiersOf(tests.get())),
       libraryOptions_(LibraryOptions(options, tests)),
       formats_(std::move(formats)) {}
 
@@ -106,6 +130,7 @@ void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
   if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
   FileReport report = ReadReport(path, tree.get());
+  if (!wantsMessages_) ForgetMessages(report);
   if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.unopened = WhyUnopened(path);
   judge_.Apply(report);
   report.fails = Fails(report, url.get());
@@ -149,8 +174,9 @@ bool FileTester::Fails(const FileReport& report, TovaURLRef url) const {
 Tova::Dictionary FileTester::OptionsForAllMessages(const std::vector<std::string_view>& tests) const {
   auto options = Tova::Adopt(TovaDictionaryCreateMutableCopy(libraryOptions_.get()));
   TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
-  const auto noLimit = Tova::Adopt(TovaNumberCreateWithInteger(0));
-  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, noLimit.get());
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(judge_.MessagesToDecide())));
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   if (tests.empty()) return options;
   const TovaArrayRef all = Tova::AsArray(TovaDictionaryGetValue(options.get(), kVornFontTestArrayKey));
   const auto wanted = Tova::Adopt(TovaArrayCreateMutable());

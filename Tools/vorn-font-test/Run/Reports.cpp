@@ -1,5 +1,6 @@
 #include "Run/Reports.h"
 
+#include "Report/Configuration.h"
 #include "Run/Progress.h"
 #include "Run/Session.h"
 
@@ -21,7 +22,7 @@ void PrintLines(Spool& lines) {
 
 }  // namespace
 
-Reports::Reports(const Options& options) {
+Reports::Reports(const Options& options) : configuration_(options.quiet ? nullptr : options.configuration) {
   for (const ReportRequest& request : options.reports) {
     files_.push_back(std::make_unique<ReportFile>(request, options));
   }
@@ -54,7 +55,17 @@ void Reports::Add(const std::string& path, FileOutcome& outcome) {
   }
 }
 
+/// Names the ignores of the configuration that met nothing, after which it may be tidied.
+void Reports::NameUnmetIgnores() const {
+  for (size_t i = 0; configuration_ && i < configuration_->ignores.size(); ++i) {
+    const Ignore& ignore = configuration_->ignores[i];
+    const bool isMet = i < totals_.ignoresMet.size() && totals_.ignoresMet[i] > 0;
+    if (!isMet) PrintError(ignore.place + ": nothing was found to ignore: " + ignore.rule + " in " + ignore.font);
+  }
+}
+
 void Reports::End() {
+  NameUnmetIgnores();
   for (const auto& file : files_) file->End(totals_);
 }
 

@@ -28,6 +28,9 @@ class Reports {
   const Totals& GetTotals() const { return totals_; }
 
  private:
+  void NameUnmetIgnores() const;
+
+  std::shared_ptr<const Configuration> configuration_;  ///< null for none whose ignores are to be looked at
   std::vector<std::unique_ptr<ReportFile>> files_;
   Totals totals_;
 };
