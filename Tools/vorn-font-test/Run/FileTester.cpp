@@ -26,11 +26,14 @@ TovaStringRef ReportType(Detail detail) {
   return kVornFontTestReportTypeFull;
 }
 
+/// Whether messages are read, and not only the severities found.
+bool WantsMessages(const Options& options) { return !options.reports.empty() || options.baseline; }
+
 /// How many messages of a test are kept. Where nobody reads them, one: with none at all, a test would stop at its first
 /// finding, and might miss a graver one that decides the exit status. Compared with a baseline, what a report leaves
 /// out has to be what it left out then.
 int64_t MessageLimit(const Options& options) {
-  return options.reports.empty() && !options.baseline ? 1 : static_cast<int64_t>(options.maxMessages);
+  return WantsMessages(options) ? static_cast<int64_t>(options.maxMessages) : 1;
 }
 
 Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests) {
@@ -43,7 +46,7 @@ Tova::Dictionary LibraryOptions(const Options& options, const Tova::Array& tests
   TovaDictionarySetValue(result.get(), kVornFontTestSeverityKey, severities.get());
   TovaDictionarySetValue(result.get(), kVornFontTestCreateReportTypeKey, ReportType(options.detail));
   TovaDictionarySetValue(result.get(), kVornFontTestSkipDuplicateFontTestOptionKey, Tova::Boolean(!options.duplicates));
-  TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
+  TovaDictionarySetValue(result.get(), kVornFontTestMessageDetailsOptionKey, Tova::Boolean(WantsMessages(options)));
   const bool untranslated = options.language == kNoLanguage || options.reports.empty();
   TovaDictionarySetValue(result.get(), kVornFontTestUntranslatedOptionKey, Tova::Boolean(untranslated));
   const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(MessageLimit(options)));
@@ -96,6 +99,16 @@ class LogLines {
   OutcomeSink& sink_;
 };
 
+/// Leaves the messages out, so that what is judged are the severities.
+void ForgetMessages(FileReport& report) {
+  for (FontRecord& font : report.fonts) {
+    for (TestRecord& test : font.tests) {
+      test.messages = MessageList();
+      test.unexplained = test.results;
+    }
+  }
+}
+
 /// What is not wanted of a file's lines.
 void Drop(TovaStringRef, void*) {}
 
@@ -104,6 +117,7 @@ void Drop(TovaStringRef, void*) {}
 FileTester::FileTester(const Options& options, const Tova::Array& tests, std::vector<const ReportFormat*> formats)
     : failOn_(options.failOn),
       quiet_(options.quiet),
+      wantsMessages_(WantsMessages(options)),
       judge_(options, IdentifiersOf(tests.get())),
       libraryOptions_(LibraryOptions(options, tests)),
       formats_(std::move(formats)) {}
@@ -116,6 +130,7 @@ void FileTester::Test(const std::string& path, OutcomeSink& sink) const {
   const auto tree = Tova::Adopt(VornFontTestCreateReport(url.get(), libraryOptions_.get()));
   if (!tree) return sink.Fail({ProblemKind::kSystem, "the library made no report"});
   FileReport report = ReadReport(path, tree.get());
+  if (!wantsMessages_) ForgetMessages(report);
   if (report.listsFonts && report.fonts.empty() && !report.results.Empty()) report.unopened = WhyUnopened(path);
   judge_.Apply(report);
   report.fails = Fails(report, url.get());
@@ -159,6 +174,7 @@ bool FileTester::Fails(const FileReport& report, TovaURLRef url) const {
 Tova::Dictionary FileTester::OptionsForAllMessages(const std::vector<std::string_view>& tests) const {
   auto options = Tova::Adopt(TovaDictionaryCreateMutableCopy(libraryOptions_.get()));
   TovaDictionarySetValue(options.get(), kVornFontTestCreateReportTypeKey, kVornFontTestReportTypeFull);
+  TovaDictionarySetValue(options.get(), kVornFontTestMessageDetailsOptionKey, kTovaBooleanTrue);
   const auto limit = Tova::Adopt(TovaNumberCreateWithInteger(static_cast<int64_t>(judge_.MessagesToDecide())));
   TovaDictionarySetValue(options.get(), kVornFontTestMessageLimitOptionKey, limit.get());
   if (tests.empty()) return options;

@@ -31,6 +31,7 @@ class FileTester {
 
   std::optional<Severity> failOn_;
   bool quiet_;
+  bool wantsMessages_;
   Judge judge_;
   Tova::Dictionary libraryOptions_;
   std::vector<const ReportFormat*> formats_;
