@@ -23,8 +23,8 @@ class DuplicatesOption : public testing::Test {
                       {"FONTCONFIG_FILE=" + folder_.File("fonts.conf"), "XDG_RUNTIME_DIR=" + runtime_.File("")});
   }
 
-  const RuntimeFolder runtime_;
-  const InstalledFolder folder_;
+  const RuntimeFolder runtime_{};
+  const InstalledFolder folder_{};
   const std::string installed_ = folder_.WriteFont("fonts/font.ttf", "Some-Name");
   const std::string copy_ = folder_.WriteFont("copy.ttf", "Some-Name");
 };

@@ -59,8 +59,8 @@ class ConduitService : public testing::Test {
     return conduit_.SendIsDuplicateFontMessage(FileUrl(path).get(), Tova::MakeString(name).get(), nullptr);
   }
 
-  const RuntimeFolder runtime_;
-  const InstalledFolder folder_;
+  const RuntimeFolder runtime_{};
+  const InstalledFolder folder_{};
   const std::string first_ = folder_.WriteFont("fonts/first.ttf", "Twice");
   const std::string second_ = folder_.WriteFont("fonts/second.ttf", "Twice");
   const std::string single_ = folder_.WriteFont("fonts/single.ttf", "Once");

@@ -43,8 +43,8 @@ class ConduitClient : public testing::Test {
     return (found ? "yes " : "no ") + (url ? std::string(Tova::Text(url)) : "none");
   }
 
-  const RuntimeFolder folder_;
-  const LogLines log_;
+  const RuntimeFolder folder_{};
+  const LogLines log_{};
   RundleConduit conduit_{Tova::MakeString(kName), {.connect = 0}};
 };
 

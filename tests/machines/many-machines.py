@@ -118,12 +118,14 @@ def main(program, slow_program, sample, document):
         def pids(host):
             return [int(pid) for pid in call("ip", "netns", "pids", host).split()]
 
+        def name_of(pid):
+            try:
+                return pathlib.Path(f"/proc/{pid}/comm").read_text(encoding="utf-8")
+            except OSError:  # it has ended meanwhile
+                return ""
+
         def is_testing(host):
-            for pid in pids(host):
-                with contextlib.suppress(OSError):
-                    if pathlib.Path(f"/proc/{pid}/comm").read_text().startswith("vorn-font"):
-                        return True
-            return False
+            return any(name_of(pid).startswith("vorn-font") for pid in pids(host))
 
         def jobs_done():
             log = folder / "jobs.log"
