@@ -3,8 +3,9 @@
 #include "Tests/VornFontTester.h"
 
 /// Asks the conduit, a service outside this process, whether another font with the font's PostScript name is installed.
-/// Only fonts from files are asked about: sfnt fonts, and families without one among their outlines. Waits for the conduit; without one, for as long as RundleConduitLimits says.
-/// The report is made whatever severities the caller enabled.
+/// Only fonts from files are asked about: sfnt fonts, and families without one among their outlines. Waits for the
+/// conduit; without one, for as long as RundleConduitLimits says. The report is made whatever severities the caller
+/// enabled.
 class VornFontTester_duplicate : public VornFontTester {
  public:
   static constexpr TestIdentity kIdentity = {
