@@ -80,7 +80,9 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
     const bool unopened = severity == Severity::kFatal && detail != Detail::kResults;
     findings.push_back({.severity = severity,
                         .text = report.unopened.empty() ? kNoText : report.unopened,
-                        .rule = unopened ? FindRuleNamed("run/failure") : nullptr});
+                        .rule = unopened ? FindRuleNamed("run/failure") : nullptr,
+                        .standing = report.isKnown ? Standing::kKnown : Standing::kCounts,
+                        .isKnown = report.isKnown});
   }
   return findings;
 }

@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "Formats/JsonStream.h"
+#include "Report/Configuration.h"
+#include "Report/Hash.h"
 
 namespace tool {
 namespace {
@@ -37,30 +39,25 @@ std::string Uri(std::string_view path) {
   return uri;
 }
 
-/// The 64-bit hash of Fowler, Noll and Vo (FNV-1a) over some texts, which stays the same from run to run.
-class Fingerprint {
- public:
-  Fingerprint& Add(std::string_view text) {
-    for (const char c : text) Mix(static_cast<uint8_t>(c));
-    Mix(0);
-    return *this;
-  }
-  std::string Text() const {
-    std::array<char, 24> digits;
-    std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash_));
-    return digits.data();
-  }
-
- private:
-  void Mix(uint8_t byte) { hash_ = (hash_ ^ byte) * 0x100000001B3u; }
-
-  uint64_t hash_ = 0xCBF29CE484222325u;
-};
+/// What a finding is from run to run, whatever the language of its words and the level it is given.
+std::string Fingerprint(const FontRecord& font, const TestRecord& test, const Rule* rule, const Message& message) {
+  Hash hash;
+  for (const std::string_view text : {font.name, font.postScriptName, test.identifier}) hash.Add(text);
+  hash.Add(rule ? rule->name : Word(message.severity));
+  hash.Add(message.format);
+  hash.Add(message.part);
+  hash.Add(static_cast<uint64_t>(message.glyph.value_or(-1)));
+  hash.Add(message.arguments);
+  std::array<char, 24> digits;
+  std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash.Value()));
+  return digits.data();
+}
 
 /// Writes the findings of a file.
 class Results {
  public:
-  Results(const std::string& path, const TextSink& sink) : uri_(Uri(path)), json_(sink) {}
+  Results(const std::string& path, bool hasBaseline, const TextSink& sink)
+      : uri_(Uri(path)), hasBaseline_(hasBaseline), json_(sink) {}
 
   /// The font and the test are empty for a finding about the file.
   void Write(const FontRecord& font, const TestRecord& test, const Message& message);
@@ -72,6 +69,7 @@ class Results {
   void WriteProperties(const TestRecord& test, const Message& message);
 
   std::string uri_;
+  bool hasBaseline_;
   JsonStream json_;
   bool any_ = false;
 };
@@ -87,15 +85,7 @@ void Results::Write(const FontRecord& font, const TestRecord& test, const Messag
   json_.Message("message", message.text);
   WritePlace(font, message);
   json_.Key("partialFingerprints").Open('{');
-  json_.Field("finding/v1", Fingerprint()
-                                .Add(font.name)
-                                .Add(font.postScriptName)
-                                .Add(test.identifier)
-                                .Add(rule ? rule->name : message.format)
-                                .Add(message.glyph ? std::to_string(*message.glyph) : "")
-                                .Add(Word(message.severity))
-                                .Add(message.text)
-                                .Text());
+  json_.Field("finding/v1", Fingerprint(font, test, rule, message));
   json_.Close('}');
   WriteProperties(test, message);
   json_.Close('}');
@@ -105,9 +95,10 @@ void Results::WriteStanding(const Message& message) {
   const bool counts = message.standing != Standing::kHistoric;
   if (!counts) json_.Field("kind", "informational");  // which no level goes with
   json_.Field("level", counts ? Level(message.severity) : "none");
-  if (message.standing == Standing::kKnown) json_.Field("baselineState", "unchanged");
-  if (message.standing == Standing::kIgnored) {
-    json_.Key("suppressions").Open('[').Open('{').Field("kind", "external").Close('}').Close(']');
+  if (hasBaseline_) json_.Field("baselineState", message.isKnown ? "unchanged" : "new");
+  if (message.ignore) {
+    json_.Key("suppressions").Open('[').Open('{').Field("kind", "external");
+    json_.Field("justification", message.ignore->reason).Close('}').Close(']');
   }
 }
 
@@ -173,7 +164,7 @@ void WriteTotals(const Totals& totals, JsonStream& json) {
 std::string SarifReport::Head(const Totals&) const { return "{\"version\":\"2.1.0\",\"runs\":[{\"results\":[\n"; }
 
 void SarifReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  Results results(report.path, sink);
+  Results results(report.path, hasBaseline_, sink);
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) {
       ForEachFinding(test, [&](const Message& message) { results.Write(font, test, message); });

@@ -2,37 +2,19 @@
 
 #include <Tova/Tova.hpp>
 #include <algorithm>
-#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "Options.h"
+#include "Report/Hash.h"
 #include "Report/Rules.h"
 
 namespace tool {
 namespace {
 
 using nlohmann::json;
-
-/// A hash of values one after the other (FNV-1a of 64 bits).
-class Hash {
- public:
-  void Add(std::string_view text) {
-    for (const char character : text) AddByte(static_cast<uint8_t>(character));
-    Add(uint64_t{text.size()});
-  }
-  void Add(uint64_t number) {
-    for (int shift = 0; shift < 64; shift += 8) AddByte(static_cast<uint8_t>(number >> shift));
-  }
-  uint64_t Value() const { return value_; }
-
- private:
-  void AddByte(uint8_t byte) { value_ = (value_ ^ byte) * 0x100000001B3; }
-
-  uint64_t value_ = 0xCBF29CE484222325;
-};
 
 uint64_t HashOfTexts(std::string_view one, std::string_view other) {
   Hash hash;
@@ -141,7 +123,7 @@ class Baseline::Reader {
     for (const json& argument : ArrayIn(message, kVornFontTestMessageArgumentsKey)) {
       if (argument.is_string()) arguments.Add(argument.get_ref<const std::string&>());
       if (argument.is_number_integer()) arguments.Add(static_cast<uint64_t>(argument.get<int64_t>()));
-      if (argument.is_number_float()) arguments.Add(std::bit_cast<uint64_t>(argument.get<double>()));
+      if (argument.is_number_float()) arguments.Add(argument.get<double>());
     }
     if (name.empty()) name = format.empty() ? TextIn(message, kVornFontTestMessageTextKey) : format;
     const auto glyph = message.find(Tova::Text(kVornFontTestMessageGlyphKey));
@@ -207,18 +189,7 @@ uint64_t Baseline::HashOf(const FontRecord& font, const TestRecord& test, size_t
   const TovaDictionaryRef message = test.messages.TreeAt(index);
   const Rule* rule = test.messages.JudgementAt(index).rule;
   Hash arguments;
-  const TovaArrayRef values = Tova::AsArray(TovaDictionaryGetValue(message, kVornFontTestMessageArgumentsKey));
-  for (TovaIndex i = 0; i < TovaArrayGetCount(values); ++i) {
-    const TovaTypeRef value = TovaArrayGetValueAtIndex(values, i);
-    const TovaNumberRef number = Tova::AsNumber(value);
-    if (!number) {
-      arguments.Add(Tova::Text(Tova::AsString(value)));
-    } else if (TovaNumberIsReal(number)) {
-      arguments.Add(std::bit_cast<uint64_t>(TovaNumberGetReal(number)));
-    } else {
-      arguments.Add(static_cast<uint64_t>(TovaNumberGetInteger(number)));
-    }
-  }
+  arguments.Add(Tova::AsArray(TovaDictionaryGetValue(message, kVornFontTestMessageArgumentsKey)));
   const TovaNumberRef glyph = Tova::AsNumber(TovaDictionaryGetValue(message, kVornFontTestMessageGlyphKey));
   const uint64_t hash =
       HashOfMessage(rule ? rule->name : Tova::Text(test.messages.FormatAt(index)),

@@ -32,8 +32,8 @@ class Judge {
   /// Whether the findings of the report fail a run at the level. Where messages were left out, or none were asked for,
   /// only the tests' severities tell of them, and those may be of findings that do not count.
   Decision Decide(const FileReport& report, Severity level) const;
-  /// The identifiers of the tests that are to run again to decide; none: all. With a baseline, all: what a report leaves
-  /// out depends on all of its tests.
+  /// The identifiers of the tests that are to run again to decide; none: all. With a baseline, all: what a report
+  /// leaves out depends on all of its tests.
   std::vector<std::string_view> OpenTests(const FileReport& report, Severity level) const;
   /// How many messages of a test are to be asked for to decide; 0: all.
   uint64_t MessagesToDecide() const { return baseline_ ? maxMessages_ : 0; }
@@ -52,6 +52,7 @@ class Judge {
   Decision DecideUnseen(SeveritySet unseen, std::string_view test, Severity level) const;
 
   bool leavesHistoricOut_;
+  bool seesMessages_;  ///< whether reports have them; without, nothing is known to be fixed
   uint64_t maxMessages_;
   std::vector<std::string> tests_;
   std::shared_ptr<const Configuration> configuration_;  ///< null for none
