@@ -40,10 +40,10 @@ std::string Uri(std::string_view path) {
 }
 
 /// What a finding is from run to run, whatever the language of its words and the level it is given.
-std::string Fingerprint(const FontRecord& font, const TestRecord& test, const Rule* rule, const Message& message) {
+std::string Fingerprint(const FontRecord& font, const TestRecord& test, const Message& message) {
   Hash hash;
   for (const std::string_view text : {font.name, font.postScriptName, test.identifier}) hash.Add(text);
-  hash.Add(rule ? rule->name : Word(message.severity));
+  hash.Add(message.rule ? message.rule->name : Word(message.severity));
   hash.Add(message.format);
   hash.Add(message.part);
   hash.Add(static_cast<uint64_t>(message.glyph.value_or(-1)));
@@ -75,7 +75,7 @@ class Results {
 };
 
 void Results::Write(const FontRecord& font, const TestRecord& test, const Message& message) {
-  const Rule* rule = RuleOf(test, message);
+  const Rule* rule = message.rule;
   if (any_) json_.Line();
   any_ = true;
   json_.Open('{');
@@ -85,7 +85,7 @@ void Results::Write(const FontRecord& font, const TestRecord& test, const Messag
   json_.Message("message", message.text);
   WritePlace(font, message);
   json_.Key("partialFingerprints").Open('{');
-  json_.Field("finding/v1", Fingerprint(font, test, rule, message));
+  json_.Field("finding/v1", Fingerprint(font, test, message));
   json_.Close('}');
   WriteProperties(test, message);
   json_.Close('}');
