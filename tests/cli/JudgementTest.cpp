@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "cli/Program.h"
@@ -71,6 +72,35 @@ TEST_F(Judgement, FindingsAreIgnoredForAReason) {
   }
 }
 
+TEST_F(Judgement, EveryFormatTellsWhatFindingsComeTo) {
+  const std::string baseline = folder_.File("old.json");
+  WriteFont(4);
+  Test({"-q", "-f", "json", "-o", baseline});
+  WriteFont(6);
+  Configure("[[ignore]]\nrule = \"glyf/box-*\"\nfont = \"font.ttf\"\nglyphs = [4]\nreason = \"drawn so\"\n");
+  std::string fingerprints[2];
+  for (const bool translated : {false, true}) {
+    const Outcome log = Test({"-f", "sarif", "--baseline", baseline, "--language", translated ? "en" : "none"});
+    std::map<std::string, int> kinds;
+    const json results = json::parse(log.out)["runs"][0]["results"];
+    for (const json& result : results) {
+      fingerprints[translated] += result["partialFingerprints"]["finding/v1"];
+      ++kinds[result.value("kind", "fail") + " " + result["baselineState"].get<std::string>() + " " +
+              result.value("/suppressions/0/justification"_json_pointer, "")];
+    }
+    EXPECT_THAT(kinds, ElementsAre(Pair("fail new ", 1), Pair("fail new drawn so", 1), Pair("fail unchanged ", 3),
+                                   Pair("informational unchanged ", 3)));
+  }
+  EXPECT_EQ(fingerprints[0], fingerprints[1]);
+  EXPECT_THAT(Test({"-f", "github", "--baseline", baseline}).out, HasSubstr("::font.ttf: 1 finding%0Aglyf: Glyph 5: "));
+  EXPECT_THAT(Test({"-f", "junit", "--baseline", baseline}).out, HasSubstr("<failure message=\"1 minor\""));
+  EXPECT_THAT(Test({"-f", "markdown", "--baseline", baseline}).out, HasSubstr("</code> | 0 | 0 | 1 | 0 | 0 |"));
+  for (const char* detail : {"summary", "results"}) {
+    EXPECT_THAT(Test({"--baseline", baseline, "-r", detail}).out, Not(HasSubstr("fixed")))
+        << "nothing was seen of them";
+  }
+}
+
 TEST_F(Judgement, FaultsOfAConfigurationAreNamedWithTheirLines) {
   for (const auto& [text, fault] : std::initializer_list<std::pair<std::string, std::string>>{
            {"\nshow = \"dire\"", ":2: --show: 'dire' is none of"},
@@ -91,6 +121,7 @@ TEST_F(Judgement, FaultsOfAConfigurationAreNamedWithTheirLines) {
 TEST_F(Judgement, OnlyWhatTheBaselineLacksIsNew) {
   const std::string text = folder_.File("unopened.txt");
   folder_.Write("unopened.txt", Bytes(9, 'n'));
+  const auto hasAlarm = AnyOf(HasSubstr("::error"), HasSubstr("<error"), HasSubstr("<failure"), HasSubstr("> | 1 |"));
   for (const std::string format : {"json", "jsonl"}) {
     WriteFont(5);
     const std::string baseline = folder_.File("baseline." + format);
@@ -100,6 +131,9 @@ TEST_F(Judgement, OnlyWhatTheBaselineLacksIsNew) {
     EXPECT_THAT(same.out, AllOf(HasSubstr("PASS, nothing found, 3 of older systems left out, 4 known"),
                                 HasSubstr("Findings: none")));
     EXPECT_EQ(Test({"-q", "--baseline", baseline}).status, 0);
+    for (const char* other : {"github", "junit", "markdown"}) {
+      EXPECT_THAT(Test({"-f", other, "--baseline", baseline, text}).out, Not(hasAlarm));
+    }
     EXPECT_EQ(Test({"-q", "--max-messages", "3", "--baseline", baseline}).status, 1) << "not the baseline's limit";
 
     WriteFont(7);

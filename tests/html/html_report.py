@@ -57,8 +57,9 @@ class HtmlReportTest(unittest.TestCase):
         (cls.path / "none.ttf").write_bytes(b"no font")
         cls.data = {}  # of each page, by its name: what the same run tells as JSON
         for page, fonts in {"broken": ["<b>&amp;.ttf", SAMPLES / "Broken.ttf", SAMPLES / "Collection.ttc", "none.ttf"],
-                            "large": ["large.ttf", "larger.ttf"]}.items():
-            command = [PROGRAM, "-q", "--profile", "strict", "--max-messages", "0", "-f", "html", "-o", f"{page}.html",
+                            "large": ["large.ttf", "larger.ttf"], "usual": [SAMPLES / "Broken.ttf"]}.items():
+            profile = "default" if page == "usual" else "strict"
+            command = [PROGRAM, "-q", "--profile", profile, "--max-messages", "0", "-f", "html", "-o", f"{page}.html",
                        "-o", f"json:{page}.json", *fonts]
             subprocess.run(command, cwd=cls.path, check=False, timeout=240)
             cls.data[page] = json.loads((cls.path / f"{page}.json").read_text())
@@ -151,6 +152,14 @@ class HtmlReportTest(unittest.TestCase):
                 self.assertRegex(self.status(), rf"^{total} findings ")
         self.run_in_page("choose('filter-text', 'no such words')")
         self.assertEqual(self.status(), "No finding matches the filters")
+
+    def test_counts_what_is_left_out_where_it_is_shown(self):
+        self.open("usual")
+        for clicks in ("", "one('#filter-left-out').click(); await settle();"):
+            counts = self.run_in_page(f"{clicks} return all('#severities b').map((number) => number.textContent)")
+            self.assertRegex(self.status(), rf"^{sum(map(int, counts))} findings in ")
+        self.assertEqual(sum(map(int, counts)), len(self.messages("usual")))
+        self.assertNotIn("<no", self.run_in_page("return one('.list').textContent"))
 
     def test_loads_nothing_and_lets_nothing_run(self):
         class Links(HTMLParser):

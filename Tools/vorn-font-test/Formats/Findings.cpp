@@ -5,8 +5,6 @@
 namespace tool {
 namespace {
 
-constexpr std::string_view kNoText = "(no further text)";
-
 /// How many messages of one rule are shown before the rest of them is counted.
 constexpr size_t kMessagesBeforeFolding = 3;
 
@@ -19,16 +17,16 @@ class Grouping {
  public:
   explicit Grouping(bool fold) : fold_(fold) {}
 
-  void Add(const Message& message, const Rule* rule, std::string_view test) {
-    const std::string_view name = rule ? rule->name : message.format;
+  void Add(const Message& message, std::string_view test) {
+    const std::string_view name = message.rule ? message.rule->name : message.format;
     auto group = std::ranges::find_if(groups_, [&](const RuleFindings& other) {
-      return other.severity == message.severity && other.standing == message.standing && other.rule == rule &&
+      return other.severity == message.severity && other.standing == message.standing && other.rule == message.rule &&
              other.name == name;
     });
     if (group == groups_.end()) {
       groups_.push_back({.severity = message.severity,
                          .standing = message.standing,
-                         .rule = rule,
+                         .rule = message.rule,
                          .name = name,
                          .test = test,
                          .shown = {}});
@@ -64,10 +62,6 @@ FindingChoice::FindingChoice(const Options& options)
       fold(!options.allMessages),
       detail(options.detail) {}
 
-const Rule* RuleOf(const TestRecord& test, const Message& message) {
-  return message.rule ? message.rule : FindRule(test.identifier, message.format);
-}
-
 std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
   std::vector<Message> findings;
   if (report.problem) {
@@ -80,7 +74,9 @@ std::vector<Message> FindingsOfFile(const FileReport& report, Detail detail) {
     const bool unopened = severity == Severity::kFatal && detail != Detail::kResults;
     findings.push_back({.severity = severity,
                         .text = report.unopened.empty() ? kNoText : report.unopened,
-                        .rule = unopened ? FindRuleNamed("run/failure") : nullptr});
+                        .rule = unopened ? FindRuleNamed("run/failure") : nullptr,
+                        .standing = report.isKnown ? Standing::kKnown : Standing::kCounts,
+                        .isKnown = report.isKnown});
   }
   return findings;
 }
@@ -96,7 +92,7 @@ std::vector<RuleFindings> GroupFindings(std::span<const TestRecord> tests, bool 
   Grouping grouping(fold);
   for (const TestRecord& test : tests) {
     ForEachFinding(test, [&](const Message& message) {
-      if (filter(message)) grouping.Add(message, RuleOf(test, message), test.identifier);
+      if (filter(message)) grouping.Add(message, test.identifier);
     });
   }
   return grouping.Finish();
@@ -105,7 +101,7 @@ std::vector<RuleFindings> GroupFindings(std::span<const TestRecord> tests, bool 
 std::vector<RuleFindings> GroupFindingsOfFile(const FileReport& report, Detail detail, const FindingFilter& filter) {
   Grouping grouping(true);
   for (const Message& finding : FindingsOfFile(report, detail)) {
-    if (filter(finding)) grouping.Add(finding, finding.rule, {});
+    if (filter(finding)) grouping.Add(finding, {});
   }
   return grouping.Finish();
 }

@@ -26,8 +26,8 @@ struct FindingChoice {
   Detail detail;  ///< of the library's report
 };
 
-/// The rule of a message of this test; null for one that is not in the catalogue.
-const Rule* RuleOf(const TestRecord& test, const Message& message);
+/// The text of a finding of which only the severity is known.
+inline constexpr std::string_view kNoText = "(no further text)";
 
 /// The findings of a file about whose fonts nothing is told: why it was not tested, or one for each of its severities.
 /// There are none of a file with fonts.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "Formats/Findings.h"
 #include "Formats/GlyphNames.h"
 #include "Formats/LineWrapping.h"
 #include "Report/FontTables.h"
@@ -20,7 +21,6 @@ constexpr size_t kGap = 2;
 
 /// What a rule says that asks for no change.
 constexpr std::string_view kNoFix = "nothing";
-constexpr std::string_view kNoText = "(no further text)";
 
 /// A word of at most five letters.
 std::string_view ShortWord(Severity severity) {

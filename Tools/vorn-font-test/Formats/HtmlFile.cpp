@@ -121,6 +121,7 @@ void FileWriter::WritePlainGroup(const RuleFindings& group) {
   std::string text = "<details><summary><b class=\"severity " + severity + "\">" + severity + "</b> " +
                      Grouped(group.count) + " &times; " + EscapeForMarkup(group.rule ? group.rule->title : group.name);
   if (group.rule) text += " <code>" + EscapeForMarkup(group.name) + "</code>";
+  if (group.standing != Standing::kCounts) text += " (" + std::string(Word(group.standing)) + ")";
   text += "</summary>\n";
   if (group.rule) {
     const Rule& rule = *group.rule;
@@ -188,7 +189,10 @@ void FileWriter::WriteRules(JsonStream& json) {
 void FileWriter::WriteFont(JsonStream& json, const FontPart& part) {
   json.Open('{');
   if (const FontRecord* font = part.font) {
-    json.Field("name", Shown(font->name)).Field("postScriptName", Shown(font->postScriptName));
+    // Where there is no PostScript name the library says so in angle brackets, which such a name cannot have.
+    const bool hasPostScriptName = !font->postScriptName.starts_with('<');
+    json.Field("name", Shown(font->name));
+    json.Field("postScriptName", hasPostScriptName ? Shown(font->postScriptName) : "");
     json.Field("type", Shown(font->type));
   }
   json.Key("groups").Open('[');

@@ -100,7 +100,7 @@ void JUnitReport::WriteFile(const FileReport& report, const TextSink& sink) cons
 std::string JUnitReport::End(const Totals&) const { return "</testsuites>\n"; }
 
 bool JUnitReport::Fails(const Message& message) const {
-  return message.standing == Standing::kCounts && failOn_ && message.severity >= *failOn_;
+  return Counts(message) && failOn_ && message.severity >= *failOn_;
 }
 
 std::string JUnitReport::FontSuite(const std::string& path, const FontRecord& font) const {
@@ -108,8 +108,8 @@ std::string JUnitReport::FontSuite(const std::string& path, const FontRecord& fo
   for (const TestRecord& test : font.tests) {
     const std::span one(&test, 1);
     // Why no test could be run is an error, whatever fails the run.
-    const auto complaints =
-        GroupFindings(one, choice_.fold, [&](const Message& message) { return !test.ran || Fails(message); });
+    const auto complaints = GroupFindings(
+        one, choice_.fold, [&](const Message& message) { return test.ran ? Fails(message) : Counts(message); });
     const auto output =
         GroupFindings(one, choice_.fold, [&](const Message& message) { return test.ran && IsOutput(message); });
     suite.Add(test.identifier, test.ran, complaints, output);
@@ -125,8 +125,8 @@ std::string JUnitReport::FileSuite(const FileReport& report) const {
     suite.Skip("open", "There are no fonts in it");
     return suite.Text();
   }
-  const auto complaints =
-      GroupFindingsOfFile(report, choice_.detail, [&](const Message& message) { return !wasOpened || Fails(message); });
+  const auto complaints = GroupFindingsOfFile(
+      report, choice_.detail, [&](const Message& message) { return wasOpened ? Fails(message) : Counts(message); });
   const auto output = GroupFindingsOfFile(report, choice_.detail,
                                           [&](const Message& message) { return wasOpened && IsOutput(message); });
   suite.Add(wasOpened ? "all tests" : "open", wasOpened, complaints, output);

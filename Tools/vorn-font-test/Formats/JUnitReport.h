@@ -16,6 +16,7 @@ class JUnitReport : public ReportFormat {
   std::string End(const Totals& totals) const override;
 
  private:
+  static bool Counts(const Message& message) { return message.standing == Standing::kCounts; }
   bool Fails(const Message& message) const;
   /// Whether a finding that does not fail its case is part of its output.
   bool IsOutput(const Message& message) const { return !Fails(message) && choice_.Shows(message); }

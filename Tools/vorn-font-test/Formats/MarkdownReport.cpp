@@ -40,7 +40,9 @@ SeverityCounts Count(const FileReport& report) {
     for (const TestRecord& test : font.tests) counts += CountFindings(test);
   }
   if (report.problem) return counts;
-  for (const Message& finding : FindingsOfFile(report, Detail::kFull)) ++counts[finding.severity];
+  for (const Message& finding : FindingsOfFile(report, Detail::kFull)) {
+    counts[finding.severity] += finding.standing == Standing::kCounts;
+  }
   return counts;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "Formats/JsonStream.h"
+#include "Report/Configuration.h"
 #include "Report/Fingerprint.h"
 
 namespace tool {
@@ -24,10 +25,25 @@ std::string_view Level(Severity severity) {
 /// The path as a URI reference; one from the root gets the scheme.
 std::string Uri(std::string_view path) { return (path.starts_with('/') ? "file://" : "") + PercentEncoded(path); }
 
+/// What a finding is from run to run, whatever the language of its words and the level it is given.
+std::string FingerprintOf(const FontRecord& font, const TestRecord& test, const Message& message) {
+  return Fingerprint()
+      .Add(font.name)
+      .Add(font.postScriptName)
+      .Add(test.identifier)
+      .Add(message.rule ? message.rule->name : Word(message.severity))
+      .Add(message.format)
+      .Add(message.part)
+      .Add(static_cast<uint64_t>(message.glyph.value_or(-1)))
+      .Add(message.arguments)
+      .Text();
+}
+
 /// Writes the findings of a file.
 class Results {
  public:
-  Results(const std::string& path, const TextSink& sink) : uri_(Uri(path)), json_(sink) {}
+  Results(const std::string& path, bool hasBaseline, const TextSink& sink)
+      : uri_(Uri(path)), hasBaseline_(hasBaseline), json_(sink) {}
 
   /// The font and the test are empty for a finding about the file.
   void Write(const FontRecord& font, const TestRecord& test, const Message& message);
@@ -39,12 +55,13 @@ class Results {
   void WriteProperties(const TestRecord& test, const Message& message);
 
   std::string uri_;
+  bool hasBaseline_;
   JsonStream json_;
   bool any_ = false;
 };
 
 void Results::Write(const FontRecord& font, const TestRecord& test, const Message& message) {
-  const Rule* rule = RuleOf(test, message);
+  const Rule* rule = message.rule;
   if (any_) json_.Line();
   any_ = true;
   json_.Open('{');
@@ -54,15 +71,7 @@ void Results::Write(const FontRecord& font, const TestRecord& test, const Messag
   json_.Message("message", message.text);
   WritePlace(font, message);
   json_.Key("partialFingerprints").Open('{');
-  json_.Field("finding/v1", Fingerprint()
-                                .Add(font.name)
-                                .Add(font.postScriptName)
-                                .Add(test.identifier)
-                                .Add(rule ? rule->name : message.format)
-                                .Add(message.glyph ? std::to_string(*message.glyph) : "")
-                                .Add(Word(message.severity))
-                                .Add(message.text)
-                                .Text());
+  json_.Field("finding/v1", FingerprintOf(font, test, message));
   json_.Close('}');
   WriteProperties(test, message);
   json_.Close('}');
@@ -72,9 +81,10 @@ void Results::WriteStanding(const Message& message) {
   const bool counts = message.standing != Standing::kHistoric;
   if (!counts) json_.Field("kind", "informational");  // which no level goes with
   json_.Field("level", counts ? Level(message.severity) : "none");
-  if (message.standing == Standing::kKnown) json_.Field("baselineState", "unchanged");
-  if (message.standing == Standing::kIgnored) {
-    json_.Key("suppressions").Open('[').Open('{').Field("kind", "external").Close('}').Close(']');
+  if (hasBaseline_) json_.Field("baselineState", message.isKnown ? "unchanged" : "new");
+  if (message.ignore) {
+    json_.Key("suppressions").Open('[').Open('{').Field("kind", "external");
+    json_.Field("justification", message.ignore->reason).Close('}').Close(']');
   }
 }
 
@@ -140,7 +150,7 @@ void WriteTotals(const Totals& totals, JsonStream& json) {
 std::string SarifReport::Head(const Totals&) const { return "{\"version\":\"2.1.0\",\"runs\":[{\"results\":[\n"; }
 
 void SarifReport::WriteFile(const FileReport& report, const TextSink& sink) const {
-  Results results(report.path, sink);
+  Results results(report.path, hasBaseline_, sink);
   for (const FontRecord& font : report.fonts) {
     for (const TestRecord& test : font.tests) {
       ForEachFinding(test, [&](const Message& message) { results.Write(font, test, message); });

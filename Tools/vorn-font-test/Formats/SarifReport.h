@@ -10,7 +10,7 @@ namespace tool {
 /// finding are counted only.
 class SarifReport : public ReportFormat {
  public:
-  explicit SarifReport(const Options& options) : detail_(options.detail) {}
+  explicit SarifReport(const Options& options) : detail_(options.detail), hasBaseline_(options.baseline.has_value()) {}
   std::string Head(const Totals& totals) const override;
   bool ListsUnreadable() const override { return true; }
   void WriteFile(const FileReport& report, const TextSink& sink) const override;
@@ -19,6 +19,7 @@ class SarifReport : public ReportFormat {
 
  private:
   Detail detail_;
+  bool hasBaseline_;
 };
 
 }  // namespace tool

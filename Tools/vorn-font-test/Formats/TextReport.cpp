@@ -17,6 +17,7 @@ namespace {
 constexpr size_t kSmallestWidth = 60;
 constexpr size_t kHeadingGap = 3;
 constexpr size_t kHeadingIndent = 4;
+constexpr size_t kVerdictIndent = 6;
 
 std::string FailLevel(const std::optional<Severity>& failOn) {
   return failOn ? "fails on " + std::string(Word(*failOn)) : "never fails";
@@ -136,17 +137,25 @@ std::string FileText::Heading(const std::vector<std::string>& parts) const {
 std::string FileText::Passed() const { return report_.fails ? style_.Bad("FAIL") : style_.Good("PASS"); }
 
 void FileText::WriteVerdict(size_t rules) const {
-  std::string counts;
+  std::string text = "\n " + Passed() + " (" + FailLevel(choices_.failOn) + ") ";
+  size_t column = 9 + FailLevel(choices_.failOn).size();
+  const auto add = [&](size_t gap, const std::string& words, const std::string& styled) {
+    const bool fits = column + gap + words.size() <= choices_.width;
+    text += fits ? Spaces(gap) + styled : "\n" + Spaces(kVerdictIndent) + styled;
+    column = (fits ? column + gap : kVerdictIndent) + words.size();
+  };
   for (const Severity severity : kGravestFirst) {
     const size_t count = totals_.findings[severity];
     const bool isAlwaysTold = severity >= std::max(choices_.show, Severity::kMajor);
     if (severity < choices_.show || (count == 0 && !isAlwaysTold)) continue;
-    const std::string text = Grouped(count) + " " + std::string(Word(severity));
-    counts += "  " + (count > 0 ? style_.Of(severity, text) : text);
+    const std::string words = Grouped(count) + " " + std::string(Word(severity));
+    add(2, words, count > 0 ? style_.Of(severity, words) : words);
   }
-  if (rules > 0) counts += " in " + Counted(rules, "rule");
-  if (report_.fixed > 0) counts += "; " + Grouped(report_.fixed) + " fixed";
-  sink_("\n " + Passed() + " (" + FailLevel(choices_.failOn) + ") " + counts + "\n");
+  const std::string inRules = "in " + Counted(rules, "rule") + (report_.fixed > 0 ? ";" : "");
+  if (rules > 0) add(1, inRules, inRules);
+  const std::string fixed = Grouped(report_.fixed) + " fixed";
+  if (report_.fixed > 0) add(rules > 0 ? 1 : 2, fixed, fixed);
+  sink_(text + "\n");
 }
 
 /// What a line says of a file of which nothing is shown.

@@ -2,7 +2,6 @@
 
 #include <Tova/Tova.hpp>
 #include <algorithm>
-#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -115,7 +114,7 @@ class Baseline::Reader {
     for (const json& argument : ArrayIn(message, kVornFontTestMessageArgumentsKey)) {
       if (argument.is_string()) arguments.Add(argument.get_ref<const std::string&>());
       if (argument.is_number_integer()) arguments.Add(static_cast<uint64_t>(argument.get<int64_t>()));
-      if (argument.is_number_float()) arguments.Add(std::bit_cast<uint64_t>(argument.get<double>()));
+      if (argument.is_number_float()) arguments.Add(argument.get<double>());
     }
     if (name.empty()) name = format.empty() ? TextIn(message, kVornFontTestMessageTextKey) : format;
     const auto glyph = message.find(Tova::Text(kVornFontTestMessageGlyphKey));
@@ -181,19 +180,8 @@ const Baseline::Findings* Baseline::FindingsOf(const std::string& path) const {
 uint64_t Baseline::HashOf(const FontRecord& font, const TestRecord& test, size_t index) {
   const TovaDictionaryRef message = test.messages.TreeAt(index);
   const Rule* rule = test.messages.JudgementAt(index).rule;
-  Fingerprint arguments;
-  const TovaArrayRef values = Tova::AsArray(TovaDictionaryGetValue(message, kVornFontTestMessageArgumentsKey));
-  for (TovaIndex i = 0; i < TovaArrayGetCount(values); ++i) {
-    const TovaTypeRef value = TovaArrayGetValueAtIndex(values, i);
-    const TovaNumberRef number = Tova::AsNumber(value);
-    if (!number) {
-      arguments.Add(Tova::Text(Tova::AsString(value)));
-    } else if (TovaNumberIsReal(number)) {
-      arguments.Add(std::bit_cast<uint64_t>(TovaNumberGetReal(number)));
-    } else {
-      arguments.Add(static_cast<uint64_t>(TovaNumberGetInteger(number)));
-    }
-  }
+  const Fingerprint arguments =
+      Fingerprint().Add(Tova::AsArray(TovaDictionaryGetValue(message, kVornFontTestMessageArgumentsKey)));
   const TovaNumberRef glyph = Tova::AsNumber(TovaDictionaryGetValue(message, kVornFontTestMessageGlyphKey));
   const uint64_t hash =
       HashOfMessage(rule ? rule->name : Tova::Text(test.messages.FormatAt(index)),

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <Tova/Tova.hpp>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -18,6 +20,22 @@ class Fingerprint {
   }
   Fingerprint& Add(uint64_t number) {
     for (int shift = 0; shift < 64; shift += 8) Mix(static_cast<uint8_t>(number >> shift));
+    return *this;
+  }
+  Fingerprint& Add(double number) { return Add(std::bit_cast<uint64_t>(number)); }
+  /// The arguments of a message.
+  Fingerprint& Add(TovaArrayRef arguments) {
+    for (TovaIndex i = 0; i < TovaArrayGetCount(arguments); ++i) {
+      const TovaTypeRef value = TovaArrayGetValueAtIndex(arguments, i);
+      const TovaNumberRef number = Tova::AsNumber(value);
+      if (!number) {
+        Add(Tova::Text(Tova::AsString(value)));
+      } else if (TovaNumberIsReal(number)) {
+        Add(TovaNumberGetReal(number));
+      } else {
+        Add(static_cast<uint64_t>(TovaNumberGetInteger(number)));
+      }
+    }
     return *this;
   }
   uint64_t Value() const { return hash_; }

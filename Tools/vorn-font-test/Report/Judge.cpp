@@ -75,6 +75,7 @@ class Judge::OneFile {
       FindIgnores(font);
       for (TestRecord& test : font.tests) ApplyTo(font, test);
     }
+    if (!judge_.seesMessages_) return;
     for (const auto& [hash, count] : known_) {
       if (ran_[hash]) report_.fixed += count;
     }
@@ -103,7 +104,9 @@ class Judge::OneFile {
     for (size_t i = 0; i < judgements.size(); ++i) {
       const RuleView& view = judge_.ViewOf(judgements[i].rule);
       if (view.level) judgements[i].severity = *view.level;
-      judgements[i].standing = StandingOf(font, test, i, judgements[i].rule, view);
+      judgements[i].isKnown = judge_.baseline_ && TakeKnown(Baseline::HashOf(font, test, i));
+      judgements[i].ignore = TakeIgnore(test.messages, i, view);
+      judgements[i].standing = StandingOf(judgements[i], view);
     }
     // As many messages as in the baseline are left out: the same ones.
     const bool restIsKnown =
@@ -112,17 +115,22 @@ class Judge::OneFile {
     test.messages.SetJudgements(std::move(judgements));
   }
 
-  Standing StandingOf(const FontRecord& font, const TestRecord& test, size_t index, const Rule* rule,
-                      const RuleView& view) {
-    const bool isKnown = judge_.baseline_ && TakeKnown(Baseline::HashOf(font, test, index));
-    for (const size_t ignore : view.ignores) {
-      if (!ignores_[ignore] || !judge_.configuration_->ignores[ignore].IsAboutGlyph(test.messages[index])) continue;
-      ++report_.ignoresMet[ignore];
-      return Standing::kIgnored;
+  /// The first ignore that is for the message, and counts it as met; null for none.
+  const Ignore* TakeIgnore(const MessageList& messages, size_t index, const RuleView& view) {
+    for (const size_t i : view.ignores) {
+      const Ignore& ignore = judge_.configuration_->ignores[i];
+      if (!ignores_[i] || !ignore.IsAboutGlyph(messages[index])) continue;
+      ++report_.ignoresMet[i];
+      return &ignore;
     }
-    const bool isHistoric = rule && rule->state == RuleState::kHistoric;
+    return nullptr;
+  }
+
+  Standing StandingOf(const Judgement& judgement, const RuleView& view) const {
+    if (judgement.ignore) return Standing::kIgnored;
+    const bool isHistoric = judgement.rule && judgement.rule->state == RuleState::kHistoric;
     if (judge_.leavesHistoricOut_ && isHistoric && !view.level) return Standing::kHistoric;
-    return isKnown ? Standing::kKnown : Standing::kCounts;
+    return judgement.isKnown ? Standing::kKnown : Standing::kCounts;
   }
 
   /// Whether the baseline has the finding once more than it was met.
@@ -142,6 +150,7 @@ class Judge::OneFile {
 
 Judge::Judge(const Options& options, std::vector<std::string> tests)
     : leavesHistoricOut_(options.profile == Profile::kDefault),
+      seesMessages_(options.detail == Detail::kFull),
       maxMessages_(options.maxMessages),
       tests_(std::move(tests)),
       configuration_(options.configuration) {

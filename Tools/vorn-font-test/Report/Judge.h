@@ -52,6 +52,7 @@ class Judge {
   Decision DecideUnseen(SeveritySet unseen, std::string_view test, Severity level) const;
 
   bool leavesHistoricOut_;
+  bool seesMessages_;  ///< whether reports have them; without, nothing is known to be fixed
   uint64_t maxMessages_;
   std::vector<std::string> tests_;
   std::shared_ptr<const Configuration> configuration_;  ///< null for none

@@ -126,8 +126,11 @@ Message MessageList::operator[](size_t index) const {
           .character = NumberAt(message, kVornFontTestMessageCharacterKey),
           .offset = NumberAt(message, kVornFontTestMessageOffsetKey),
           .part = TextAt(message, kVornFontTestMessagePartKey),
+          .arguments = ArrayAt(message, kVornFontTestMessageArgumentsKey),
           .rule = judgement.rule,
-          .standing = judgement.standing};
+          .standing = judgement.standing,
+          .isKnown = judgement.isKnown,
+          .ignore = judgement.ignore};
 }
 
 FileReport ReadReport(const std::string& path, TovaDictionaryRef tree) {

@@ -13,6 +13,7 @@
 
 namespace tool {
 
+struct Ignore;
 struct Rule;
 
 /// Whether a finding counts for the run: is shown, and may fail it.
@@ -34,6 +35,8 @@ struct Judgement {
   Severity given = Severity::kNonFont;     ///< as the test gave it
   const Rule* rule = nullptr;              ///< that it breaks; null for one that is not in the catalogue
   Standing standing = Standing::kCounts;
+  bool isKnown = false;            ///< whether it stands in the baseline, whatever else it comes to
+  const Ignore* ignore = nullptr;  ///< for which it is ignored
 };
 
 /// A finding, with what the library tells about its place; texts that it does not tell are empty.
@@ -47,8 +50,11 @@ struct Message {
   std::optional<int64_t> character = std::nullopt;  ///< that leads to the glyph
   std::optional<int64_t> offset = std::nullopt;     ///< bytes from the start of the table
   std::string_view part = {};                       ///< of the table, in words
+  TovaArrayRef arguments = nullptr;                 ///< that stand in the text; null for none
   const Rule* rule = nullptr;                       ///< see Judgement
   Standing standing = Standing::kCounts;
+  bool isKnown = false;            ///< see Judgement
+  const Ignore* ignore = nullptr;  ///< see Judgement
 };
 
 /// The messages of a test, read from the tree when asked for: there may be very many.
@@ -97,7 +103,7 @@ struct FileReport {
   std::string path;
   SeveritySet results;                  ///< as the tests gave them
   bool listsFonts = true;               ///< false where nothing but the severities was asked for
-  size_t fixed = 0;                     ///< findings of the baseline that are not there any more
+  size_t fixed = 0;                     ///< findings of the baseline that are not there any more, where messages tell
   std::vector<size_t> ignoresMet = {};  ///< findings that each ignore of the configuration is for
   bool isKnown = false;                 ///< that no font can be opened stands in the baseline
   bool fails = false;                   ///< whether something in it fails the run

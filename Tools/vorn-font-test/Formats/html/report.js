@@ -380,11 +380,10 @@
   }
 
   function severityButtons() {
-    const sums = new Map();
-    for (const group of groups) sums.set(group.severity, (sums.get(group.severity) || 0) + group.count);
-    const buttons = SEVERITIES.filter((severity) => severity !== 'non-font' || sums.has(severity)).map((severity) => {
+    const known = new Set(groups.map((group) => group.severity));
+    const buttons = SEVERITIES.filter((severity) => severity !== 'non-font' || known.has(severity)).map((severity) => {
       const button = element('button', {type: 'button', className: severity, 'data-severity': severity},
-          element('b', {}, count(sums.get(severity) || 0)), ` ${severity}`);
+          element('b', {}), ` ${severity}`);
       button.addEventListener('click', () => {
         const hidden = new Set(filter.hidden);
         if (!hidden.delete(severity)) hidden.add(severity);
@@ -437,7 +436,12 @@
 
   /** Lets the controls show what the filter is. */
   function showControls() {
+    const sums = new Map();
+    for (const {severity, standing, count: number} of groups) {
+      if (!standing || filter.leftOut) sums.set(severity, (sums.get(severity) || 0) + number);
+    }
     for (const button of document.querySelectorAll('[data-severity]')) {
+      button.firstChild.textContent = count(sums.get(button.dataset.severity) || 0);
       button.setAttribute('aria-pressed', String(!filter.hidden.has(button.dataset.severity)));
     }
     for (const button of document.querySelectorAll('[data-view]')) {
