@@ -60,7 +60,7 @@ std::string MarkdownReport::Head(const Totals& totals) const {
     if (totals.findings[severity] == 0) continue;
     list.append(list.empty() ? "" : ", ").append(Grouped(totals.findings[severity]) + " ").append(Word(severity));
   }
-  text += ". Findings: " + (list.empty() ? "none" : list) + ". ";
+  text += ". Findings: " + (list.empty() ? "none" : list) + WhatDoesNotCount(totals) + ". ";
   text += failOn_ ? "Fails on " + std::string(Word(*failOn_)) + " and above.\n" : "Findings never fail the run.\n";
   if (missing > 0) text += "\n**" + Counted(missing, "path") + " could not be tested.**\n";
   if (totals.files + missing == 0) return text;

@@ -165,12 +165,7 @@ std::string FileText::Remark() const {
   const bool hasResults = !report_.results.Empty() && choices_.detail == Detail::kResults;
   if (count > 0) remark = Grouped(count) + " below " + std::string(Word(choices_.show));
   if (hasResults) remark = "nothing from " + std::string(Word(choices_.show)) + " on";
-  for (const auto& [standing, words] : {std::pair(Standing::kHistoric, " of older systems left out"),
-                                        {Standing::kIgnored, " ignored"},
-                                        {Standing::kKnown, " known"}}) {
-    if (totals_.Count(standing) > 0) remark += ", " + Grouped(totals_.Count(standing)) + words;
-  }
-  if (report_.fixed > 0) remark += ", " + Grouped(report_.fixed) + " fixed";
+  remark += WhatDoesNotCount(totals_);
   const size_t tables = CountTablesNotTested();
   return tables == 0 ? remark : remark + ", " + Counted(tables, "table") + " not tested";
 }

@@ -47,6 +47,17 @@ std::string TextStyle::Colored(std::string_view code, std::string_view text) con
   return std::string("\x1b[").append(code).append("m").append(text).append("\x1b[0m");
 }
 
+std::string WhatDoesNotCount(const Totals& totals) {
+  std::string list;
+  for (const auto& [count, words] : {std::pair(totals.Count(Standing::kHistoric), " of older systems left out"),
+                                     {totals.Count(Standing::kIgnored), " ignored"},
+                                     {totals.Count(Standing::kKnown), " known"},
+                                     {totals.fixed, " fixed"}}) {
+    if (count > 0) list += ", " + Grouped(count) + words;
+  }
+  return list;
+}
+
 std::string Grouped(size_t count) {
   std::string digits = std::to_string(count);
   for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, 1, ',');

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Report/Severity.h"
+#include "Report/Totals.h"
 
 namespace tool {
 
@@ -34,5 +35,9 @@ class TextStyle {
 std::string Grouped(size_t count);
 /// A grouped count and the noun in the right number: "1 font", "2 fonts".
 std::string Counted(size_t count, std::string_view noun);
+
+/// How many findings are left out, ignored, known and fixed, as the end of a list: ", 4 known, 1 fixed"; empty for
+/// none.
+std::string WhatDoesNotCount(const Totals& totals);
 
 }  // namespace tool
