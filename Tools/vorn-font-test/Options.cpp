@@ -209,7 +209,9 @@ void AddRunOptions(CLI::App& app, Options& options) {
       ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
       ->option_text("FILE")
       ->group(group);
-  app.add_flag("!--no-config", options.useConfiguration, "Read no configuration.")->group(group);
+  app.add_flag_callback(
+         "--no-config", [&options] { options.useConfiguration = false; }, "Read no configuration.")
+      ->group(group);
   AddChoice(app, "--fail-on", options.failOn, kFailLevels,
             "Exit with 1 when something of this level or above is\n"
             "found; or never. Default: major.")
@@ -255,7 +257,9 @@ void AddRunOptions(CLI::App& app, Options& options) {
       ->check(CLI::Range(uint64_t{0}, kMaximumMemory))
       ->option_text("MB")
       ->group(group);
-  app.add_flag("!--no-progress", options.progress, "Do not show on a terminal how far a long run is.")->group(group);
+  app.add_flag_callback(
+         "--no-progress", [&options] { options.progress = false; }, "Do not show on a terminal how far a long run is.")
+      ->group(group);
   app.set_help_flag("-h,--help", "Print this help.")->group(group);
   app.set_version_flag("--version", "vorn-font-test " VORN_VERSION, "Print the version.")->group(group);
 }

@@ -52,6 +52,7 @@ TEST_F(ManyFiles, ListsNameFilesAndFolders) {
   EXPECT_EQ(RunProgram({"--files-from", folder_.File("none")}).status, 2);
   EXPECT_EQ(RunProgram({"--files-from", folder_.Path()}).status, 2);
   EXPECT_EQ(RunProgram({"--files-from", Text("empty", "\n")}).status, 2);
+  EXPECT_THAT(RunProgram({"--files-from", nulls}).err, HasSubstr("NULs in a path; try -0"));
   EXPECT_THAT(RunProgram({"--files-from", "/dev/zero"}).err, HasSubstr("a path is too long"));
 }
 
@@ -127,16 +128,16 @@ TEST_F(ManyFiles, AReportReplacesAFileWhenItIsWhole) {
   }
 }
 
-/// Starts the program with workers that may hang, has it told to end once it wrote the report of the first file, and
+/// Starts the program over files that may hang, has it told to end once it wrote the report of the first file, and
 /// returns its exit status.
-int StatusAfterSignal(int signal, const std::string& first, const std::string& second) {
+int StatusAfterSignal(int signal, const char* jobs, const std::string& first, const std::string& second) {
   std::array<int, 2> ends = {};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) return -1;
   prctl(PR_SET_CHILD_SUBREAPER, 1);  // what the program leaves behind becomes a child of this process
   const pid_t program = fork();
   if (program == 0) {
     dup2(ends[1], STDOUT_FILENO);
-    execl(TROUBLED_PROGRAM, TROUBLED_PROGRAM, "-j", "2", "-f", "jsonl", first.c_str(), second.c_str(), nullptr);
+    execl(TROUBLED_PROGRAM, TROUBLED_PROGRAM, "-j", jobs, "-f", "jsonl", first.c_str(), second.c_str(), nullptr);
     _exit(127);
   }
   close(ends[1]);
@@ -152,9 +153,11 @@ int StatusAfterSignal(int signal, const std::string& first, const std::string& s
 TEST_F(ManyFiles, SignalsEndTheRunAndItsWorkers) {
   const std::string first = Font("good.ttf");
   const std::string second = Font("hang.ttf");
-  for (const auto& [signal, status] : {std::pair(SIGINT, 130), {SIGTERM, 143}, {SIGKILL, -SIGKILL}}) {
+  using Case = std::tuple<int, const char*, int>;
+  for (const auto& [signal, jobs, status] :
+       {Case(SIGINT, "2", 130), Case(SIGTERM, "2", 143), Case(SIGKILL, "2", -SIGKILL), Case(SIGINT, "0", 130)}) {
     testing::internal::CaptureStderr();
-    EXPECT_EQ(StatusAfterSignal(signal, first, second), status);
+    EXPECT_EQ(StatusAfterSignal(signal, jobs, first, second), status);
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_THAT(said, signal == SIGKILL ? "" : "vorn-font-test: interrupted: 1 file done, with 4 findings\n");
     while (waitpid(-1, nullptr, 0) > 0) continue;  // which would last for ever with one that goes on
@@ -216,6 +219,7 @@ TEST_F(ManyFiles, MergingTakesTheBestReportOfAFile) {
       R"({"path":"b.ttf","report":{"kVornFontTestResultKey":["kVornFontTestSeverityFatalError"],"own":[{"x":1}]}})";
   const std::string crashed =
       R"({"path":"a.ttf","problem":"crashed","problemKind":"crash","report":{"kVornFontTestResultKey":[]}})";
+  const auto unnamed = [](std::string line) { return line.replace(line.find(".ttf") - 1, 5, "\xEF\xBF\xBD"); };
   const struct {
     std::string first, second;
     int status;
@@ -224,6 +228,7 @@ TEST_F(ManyFiles, MergingTakesTheBestReportOfAFile) {
   } cases[] = {{crashed, good, 0, {"a.ttf"}, ""},
                {good + "\n", crashed, 0, {"a.ttf"}, ""},
                {good + "\n" + good, fatal + "\n" + good, 1, {"a.ttf", "b.ttf"}, ""},
+               {unnamed(good), unnamed(good) + "\n" + unnamed(fatal), 1, {2, "\xEF\xBF\xBD"}, ""},
                {crashed, fatal, 3, {"a.ttf", "b.ttf"}, "a.ttf: crashed"},
                {good.substr(0, 40), good, 0, {"a.ttf"}, ""},
                {good.substr(0, 40), fatal, 3, {"a.ttf", "b.ttf"}, "a.ttf: its report was cut short"},

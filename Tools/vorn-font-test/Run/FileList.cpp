@@ -22,6 +22,7 @@ FileList::FileList(const std::string& path, char separator)
     : name_(path == "-" ? "standard input" : path),
       descriptor_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)),
       separator_(separator) {
+  if (descriptor_ < 0) ThrowIfInterrupted();
   if (descriptor_ < 0) throw UsageError("--files-from: " + name_ + ": " + std::strerror(errno));
 }
 
@@ -39,6 +40,7 @@ std::optional<std::string> FileList::Next(const std::function<void(int descripto
     if (begin_ == bytes_.size()) return std::nullopt;
     std::string path = bytes_.substr(begin_, end == std::string::npos ? end : end - begin_);
     begin_ = end == std::string::npos ? bytes_.size() : end + 1;
+    if (path.find('\0') != std::string::npos) throw UsageError("--files-from: " + name_ + ": NULs in a path; try -0");
     if (!path.empty()) return path;
   }
 }

@@ -22,6 +22,10 @@
 namespace tool {
 namespace {
 
+/// Stands in a report for bytes of a path that are no UTF-8. Paths that have it may be those of different files, so
+/// such lines are the same only when all of their text is.
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
 /// A line of a part.
 struct Line {
   size_t part;    ///< its number
@@ -78,7 +82,8 @@ class Survey {
     const ReportLineSurvey survey = SurveyReportLine(line.text);
     Choice choice{line.part, line.number, WorthOf(survey), {}};
     if (choice.worth == Choice::Worth::kNone) return none_.push_back(choice);
-    const auto [found, isNew] = files_.try_emplace(survey.path, choice);
+    const bool isNamed = choice.worth == Choice::Worth::kCut || survey.path.find(kReplacement) == std::string::npos;
+    const auto [found, isNew] = files_.try_emplace(isNamed ? survey.path : line.text, choice);
     if (!isNew && found->second.worth < choice.worth) found->second = choice;
   }
 
@@ -101,7 +106,7 @@ class Survey {
     return survey.hasProblem ? Choice::Worth::kProblem : Choice::Worth::kTested;
   }
 
-  std::unordered_map<std::string, Choice> files_;  ///< by path
+  std::unordered_map<std::string, Choice> files_;  ///< by path, or line
   std::vector<Choice> none_;
 };
 

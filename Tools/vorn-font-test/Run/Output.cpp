@@ -126,6 +126,7 @@ bool Output::Replaces(const std::string& path) const {
 }
 
 void Output::Fail() const {
+  if (errno == EINTR) ThrowIfInterrupted();  // when it was to be opened
   if (errno == EPIPE) throw ReaderGone();
   throw OutputError(name_ + ": " + std::strerror(errno));
 }

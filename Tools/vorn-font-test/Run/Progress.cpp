@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <new>
 #include <string_view>
 
 #include "Report/EscapedText.h"
@@ -109,7 +110,13 @@ void Progress::StartCounting() {
   if (counter_ == 0) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     LeaveSignalsToParent();
-    const uint64_t count = count_();
+    std::set_new_handler([] { _exit(0); });  // the files that this process's parent writes are not its to remove
+    uint64_t count = 0;
+    try {
+      count = count_();
+    } catch (...) {
+      _exit(0);
+    }
     // The bytes of a number, for this process's parent.
     [[maybe_unused]] const auto ignored = write(ends[1], reinterpret_cast<const char*>(&count), sizeof(count));
     _exit(0);

@@ -69,6 +69,30 @@ bool IsOnlyFile(const Options& options) {
          stat(options.paths.front().c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+std::string InterruptedLine(const Totals& totals) {
+  return ErrorLine("interrupted: " + Counted(totals.files, "file") + " done, with " +
+                   Counted(totals.findings.Total(), "finding"));
+}
+
+void WriteErrorLine(std::string_view line) {
+  Progress::Hide();
+  while (!line.empty()) {
+    const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
+    if (written <= 0) return;
+    line.remove_prefix(static_cast<size_t>(written));
+  }
+}
+
+/// What EndAtOnce says.
+std::string gInterruptedLine;
+
+/// Ends the program while this process tests a file. Called by the handler of a signal.
+void EndAtOnce(int signal) {
+  WriteErrorLine(gInterruptedLine);
+  Output::RemoveTemporaries();
+  std::_Exit(kEndedBySignal + signal);
+}
+
 /// Tests the files behind paths, in this process or in workers, and writes the reports in the order of the files.
 class Session {
  public:
@@ -90,9 +114,8 @@ class Session {
     FileWalk walk({.found = [this](const std::string& path) { Found(path); },
                    .failed = [this](const std::string& path, const Problem& problem) { Failed(path, problem); },
                    .looked = [this] { pool_ ? pool_->Poll() : ThrowIfInterrupted(); }});
-    WalkAll(walk, options_, [this](int descriptor) {
-      if (pool_) pool_->WaitForInput(descriptor);
-    });
+    WalkAll(walk, options_,
+            [this](int descriptor) { pool_ ? pool_->WaitForInput(descriptor) : WaitToRead(descriptor); });
     isWalked_ = true;
     if (pool_) pool_->Finish();
     Progress::Hide();
@@ -137,12 +160,14 @@ class Session {
     ThrowIfInterrupted();
     ShowProgress(path);
     if (isWorker_) Confine(path);
+    gInterruptedLine = InterruptedLine(GetTotals());
     FileOutcome outcome = TestHere(path);
     HandOn(path, outcome);
   }
 
   FileOutcome TestHere(const std::string& path) const {
     FileOutcome outcome(reports_.Count());
+    const EndsOnSignal endsOnSignal(EndAtOnce);
     try {
       TestFile(path, outcome);
     } catch (const OutputError&) {  // the reports are at an end, not only this file's
@@ -197,9 +222,7 @@ std::optional<std::string> AnswerFile(const Options& options) {
 
 /// Says what was done when the signal came, and returns the exit status.
 int EndInterrupted(const Totals& totals, int signal) {
-  Progress::Hide();
-  PrintError("interrupted: " + Counted(totals.files, "file") + " done, with " +
-             Counted(totals.findings.Total(), "finding"));
+  WriteErrorLine(InterruptedLine(totals));
   return kEndedBySignal + signal;
 }
 
@@ -245,15 +268,6 @@ int Run(const Options& options, TestHook hook) {
 
 std::string ErrorLine(const std::string& text) { return "vorn-font-test: " + EscapeForTerminal(text) + "\n"; }
 
-void PrintError(const std::string& text) {
-  Progress::Hide();
-  std::string_view rest;
-  const std::string line = ErrorLine(text);
-  for (rest = line; !rest.empty();) {
-    const ssize_t written = write(STDERR_FILENO, rest.data(), rest.size());
-    if (written <= 0) return;
-    rest.remove_prefix(static_cast<size_t>(written));
-  }
-}
+void PrintError(const std::string& text) { WriteErrorLine(ErrorLine(text)); }
 
 }  // namespace tool

@@ -1,6 +1,7 @@
 #include "Run/Signals.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,10 +15,12 @@ constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
 
 volatile std::sig_atomic_t gCaught = 0;
 std::array<int, 2> gPipe = {-1, -1};
+EndsOnSignal::End volatile gEnd = nullptr;
 
 extern "C" void Remember(int signal) {
   const int error = errno;
   gCaught = signal;
+  if (gEnd != nullptr) gEnd(signal);
   [[maybe_unused]] const ssize_t written = write(gPipe[1], "", 1);
   errno = error;
 }
@@ -40,6 +43,21 @@ void CatchSignals() {
 
 void ThrowIfInterrupted() {
   if (gCaught != 0) throw Interrupted{gCaught};
+}
+
+EndsOnSignal::EndsOnSignal(End end) {
+  gEnd = end;
+  if (gCaught != 0) end(gCaught);
+}
+
+EndsOnSignal::~EndsOnSignal() { gEnd = nullptr; }
+
+void WaitToRead(int descriptor) {
+  std::array<pollfd, 2> polled = {{{gPipe[0], POLLIN, 0}, {descriptor, POLLIN, 0}}};
+  do {
+    ThrowIfInterrupted();
+  } while (poll(polled.data(), polled.size(), -1) < 0 && errno == EINTR);
+  ThrowIfInterrupted();
 }
 
 int InterruptionDescriptor() { return gPipe[0]; }
