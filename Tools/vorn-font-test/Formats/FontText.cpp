@@ -207,14 +207,18 @@ std::string FontText::TestResults() const {
   return text;
 }
 
+/// What was looked at and what was not, so that "nothing found" does not pass for "all was examined".
 std::string FontText::Tables() const {
   const FontTables tables = TablesOf(font_);
+  if (font_.tables.empty()) {
+    const auto ran = static_cast<size_t>(std::ranges::count_if(font_.tests, &TestRecord::ran));
+    return Padded(" Tested", kLabelColumns) + Counted(ran, "test") + "; no more is looked at in a font of this kind\n";
+  }
   if (choices_.show > Severity::kInformation) {
     if (tables.notTested.empty()) return {};
     return Padded(" Not tested", kLabelColumns) + Counted(tables.notTested.size(), "table") +
            " (--show information names them)\n";
   }
-  if (font_.tables.empty()) return {};
   return Labelled(Padded(" Tested", kLabelColumns), TagList(tables.tested), choices_.width) +
          Labelled(Padded(" Not tested", kLabelColumns), TagList(tables.notTested), choices_.width);
 }

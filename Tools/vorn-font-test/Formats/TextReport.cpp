@@ -160,7 +160,10 @@ void FileText::WriteVerdict(size_t rules) const {
 
 /// What a line says of a file of which nothing is shown.
 std::string FileText::Remark() const {
-  std::string remark = "nothing found";
+  // A font without tables is examined by few tests, so that their number tells more than that of the tables.
+  const bool hasTables =
+      std::ranges::any_of(report_.fonts, [](const FontRecord& font) { return !font.tables.empty(); });
+  std::string remark = "nothing found" + (hasTables ? "" : " by " + Counted(totals_.tests, "test"));
   const size_t count = choices_.detail == Detail::kResults ? 0 : totals_.findings.Total();
   const bool hasResults = !report_.results.Empty() && choices_.detail == Detail::kResults;
   if (count > 0) remark = Grouped(count) + " below " + std::string(Word(choices_.show));

@@ -16,6 +16,8 @@ struct Signature {
   std::string_view words;
 };
 
+constexpr std::string_view kPlainType1 = "is a Type 1 font in plain form (.pfa, .t1); segments (.pfb) can be tested";
+
 /// Files that people take for fonts, by their first bytes.
 constexpr Signature kSignatures[] = {{"PK\x03\x04", "is a ZIP archive; unpack it first"},
                                      {"\x1F\x8B", "is compressed (gzip); unpack it first"},
@@ -26,7 +28,9 @@ constexpr Signature kSignatures[] = {{"PK\x03\x04", "is a ZIP archive; unpack it
                                      {"\x89PNG", "is an image (PNG)"},
                                      {"GIF8", "is an image (GIF)"},
                                      {"\xFF\xD8\xFF", "is an image (JPEG)"},
-                                     {"%PDF", "is a PDF document"}};
+                                     {"%PDF", "is a PDF document"},
+                                     {"%!PS-AdobeFont", kPlainType1},
+                                     {"%!FontType1", kPlainType1}};
 
 /// Whether the bytes are text; the last character may be cut off.
 bool IsText(std::string_view bytes) {
