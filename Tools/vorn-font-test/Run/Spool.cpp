@@ -17,6 +17,7 @@ constexpr size_t kMemorySize = size_t{1} << 20;
 }  // namespace
 
 void Spool::Write(std::string_view text) {
+  if (text.empty()) return;
   size_ += text.size();
   lines_ += static_cast<uint64_t>(std::ranges::count(text, '\n'));
   if (!file_ && memory_.size() + text.size() <= kMemorySize) {
